@@ -1,0 +1,10 @@
+# corvrec_warnings: the one place for compiler flags. Every target of ours links it privately.
+add_library(corvrec_warnings INTERFACE)
+target_compile_options(corvrec_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(CORVREC_WERROR)
+  target_compile_options(corvrec_warnings INTERFACE -Werror)
+endif()
+if(CORVREC_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()

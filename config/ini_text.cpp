@@ -1,0 +1,653 @@
+#include "config/ini_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::string_view kUtf16Mark = "\xFF\xFE";
+
+// The profile functions count the length of a value in 16 bits.
+constexpr std::size_t kValueLengths = 65536;
+
+// Code page 1252 from 80 to 9F; all other bytes are the character of the same number, as are the five
+// unassigned ones.
+constexpr std::array<char16_t, 32> kHighCharacters = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+unsigned char Number(char byte)
+{
+    return static_cast<unsigned char>(byte); // char is signed here, unsigned elsewhere
+}
+
+char16_t Widened(char byte)
+{
+    const unsigned char number = Number(byte);
+    return number >= 0x80 && number < 0xA0 ? kHighCharacters.at(number - 0x80U) : char16_t{number};
+}
+
+char Narrowed(char16_t unit)
+{
+    if (unit < 0x80 || (unit >= 0xA0 && unit < 0x100))
+        return static_cast<char>(unit);
+    const auto* const found = std::ranges::find(kHighCharacters, unit);
+    return found == kHighCharacters.end() ? '?' : static_cast<char>(0x80 + (found - kHighCharacters.begin()));
+}
+
+std::string Utf16FromBytes(std::string_view bytes)
+{
+    std::string wide;
+    wide.reserve(2 * bytes.size());
+    for (const char byte : bytes) {
+        const char16_t unit = Widened(byte);
+        wide += static_cast<char>(unit & 0xFF);
+        wide += static_cast<char>(unit >> 8);
+    }
+    return wide;
+}
+
+std::string BytesFromUtf16(std::string_view wide)
+{
+    std::string bytes;
+    bytes.reserve(wide.size() / 2);
+    for (std::size_t i = 0; i + 1 < wide.size(); i += 2)
+        bytes += Narrowed(static_cast<char16_t>(Number(wide[i]) | Number(wide[i + 1]) << 8));
+    return bytes;
+}
+
+// Letter case as Windows folds it in code page 1252: accents stay, DF, B5, 83 and D7 have no partner in the
+// page.
+constexpr std::array<unsigned char, 256> FoldTable()
+{
+    std::array<unsigned char, 256> table{};
+    for (unsigned i = 0; i < table.size(); ++i) {
+        const bool isLower = (i >= 'a' && i <= 'z') || (i >= 0xE0 && i <= 0xFE && i != 0xF7);
+        table.at(i) = static_cast<unsigned char>(isLower ? i - 0x20 : i);
+    }
+    table.at(0x9A) = 0x8A;
+    table.at(0x9C) = 0x8C;
+    table.at(0x9E) = 0x8E;
+    table.at(0xFF) = 0x9F;
+    return table;
+}
+
+constexpr std::array<unsigned char, 256> kFolded = FoldTable();
+
+unsigned char Folded(char byte)
+{
+    return kFolded[Number(byte)];
+}
+
+bool IsSameName(std::string_view left, std::string_view right)
+{
+    return std::ranges::equal(left, right, {}, Folded, Folded);
+}
+
+// FNV-1a of the folded name.
+std::uint32_t HashOf(std::string_view name)
+{
+    std::uint64_t hash = 0xCBF29CE484222325;
+    for (const char byte : name)
+        hash = (hash ^ Folded(byte)) * 0x100000001B3;
+    return static_cast<std::uint32_t>(hash ^ hash >> 32); // its halves
+}
+
+bool IsLineEnd(char unit)
+{
+    return unit == '\r' || unit == '\n';
+}
+
+// NUL too: a tail of zeros, as a crash leaves it, is a blank line.
+bool IsBlank(char unit)
+{
+    return Number(unit) <= 0x20 && !IsLineEnd(unit);
+}
+
+// Positions count units: bytes, or the 16-bit units behind the mark.
+struct Span {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+std::string_view Slice(std::string_view units, Span span)
+{
+    return units.substr(span.begin, span.end - span.begin);
+}
+
+Span Trimmed(std::string_view units, Span span)
+{
+    while (span.begin < span.end && IsBlank(units[span.begin]))
+        ++span.begin;
+    while (span.begin < span.end && IsBlank(units[span.end - 1]))
+        --span.end;
+    return span;
+}
+
+// A name or value: without the blanks around it, and only up to a NUL.
+Span TextOf(std::string_view units, Span span)
+{
+    const Span text = Trimmed(units, span);
+    const std::size_t nul = Slice(units, text).find('\0');
+    return nul == std::string_view::npos ? text : Trimmed(units, {text.begin, text.begin + nul});
+}
+
+struct Line {
+    std::size_t begin = 0;
+    std::size_t textEnd = 0; // before the line end
+    std::size_t end = 0;     // behind the line end; equal to textEnd when the line has none
+};
+
+Line LineAt(std::string_view units, std::size_t begin)
+{
+    std::size_t textEnd = begin;
+    while (textEnd < units.size() && !IsLineEnd(units[textEnd]))
+        ++textEnd;
+    const std::string_view rest = units.substr(textEnd);
+    const std::size_t endLength = rest.starts_with(kLineEnd) ? 2 : std::min<std::size_t>(rest.size(), 1);
+    return {.begin = begin, .textEnd = textEnd, .end = textEnd + endLength};
+}
+
+enum class LineKind { blank, header, comment, key, bare };
+
+LineKind KindOf(std::string_view units, const Line& line)
+{
+    const std::string_view text = Slice(units, Trimmed(units, {line.begin, line.textEnd}));
+    if (text.empty())
+        return LineKind::blank;
+    if (text.front() == '[')
+        return LineKind::header;
+    if (text.front() == ';')
+        return LineKind::comment;
+    return text.find('=') == std::string_view::npos ? LineKind::bare : LineKind::key;
+}
+
+// Finds the first of equal names by hash. It holds no names, only their places in the owner's list.
+class NameTable
+{
+public:
+    void Reserve(std::size_t names)
+    {
+        std::size_t size = 4;
+        while (3 * size < 4 * names)
+            size *= 2;
+        slots_.assign(size, {});
+    }
+
+    template <typename IsSame>
+    void AddFirst(std::uint32_t hash, std::size_t index, IsSame isSame)
+    {
+        Slot& slot = slots_[PlaceOf(hash, isSame)];
+        if (slot.number == 0)
+            slot = {.hash = hash, .number = static_cast<std::uint32_t>(index + 1)};
+    }
+
+    template <typename IsSame>
+    std::optional<std::size_t> Find(std::uint32_t hash, IsSame isSame) const
+    {
+        const Slot& slot = slots_[PlaceOf(hash, isSame)];
+        return slot.number == 0 ? std::nullopt : std::optional<std::size_t>(slot.number - 1);
+    }
+
+private:
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t number = 0; // the name's index + 1; 0: free
+    };
+
+    // The slot of the name, or the free one where it would go.
+    template <typename IsSame>
+    std::size_t PlaceOf(std::uint32_t hash, IsSame isSame) const
+    {
+        const std::size_t mask = slots_.size() - 1;
+        std::size_t place = hash & mask;
+        while (slots_[place].number != 0 && !(slots_[place].hash == hash && isSame(slots_[place].number - 1)))
+            place = (place + 1) & mask;
+        return place;
+    }
+
+    std::vector<Slot> slots_; // a power of two, at least a quarter of them free
+};
+
+// All positions count from the begin of the section, so that they stay when the section moves. A file has
+// tens of these for each site, so they are kept small.
+struct KeyLine {
+    std::uint32_t hash = 0;
+    std::uint32_t begin = 0;
+    std::uint32_t nameBegin = 0;
+    std::uint32_t nameEnd = 0;
+    std::uint32_t valueBegin = 0; // behind the '='
+    std::uint32_t textEnd = 0;
+    std::uint32_t end = 0;
+
+    [[nodiscard]] Span Name() const { return {nameBegin, nameEnd}; }
+    [[nodiscard]] Span Value() const { return {valueBegin, textEnd}; }
+};
+
+struct KeyIndex {
+    std::vector<KeyLine> lines; // in file order
+    NameTable names;
+};
+
+struct SectionEntry {
+    std::size_t begin = 0; // of the header line
+    Span name;             // from begin
+    std::uint32_t hash = 0;
+    std::unique_ptr<KeyIndex> keys; // nothing until the section is asked for
+};
+
+Span Moved(Span span, std::size_t distance)
+{
+    return {span.begin + distance, span.end + distance};
+}
+
+// Headers are found by their bracket: searching for it is much faster than walking over every line.
+std::vector<SectionEntry> ScanSections(std::string_view units, Span span)
+{
+    std::vector<SectionEntry> found;
+    const std::string_view part = units.substr(0, span.end);
+    std::size_t bracket = part.find('[', span.begin);
+    while (bracket != std::string_view::npos) {
+        std::size_t begin = bracket;
+        while (begin > span.begin && IsBlank(part[begin - 1]))
+            --begin;
+        if (begin == span.begin || IsLineEnd(part[begin - 1])) {
+            std::size_t nameEnd = bracket + 1;
+            while (nameEnd < part.size() && part[nameEnd] != ']' && !IsLineEnd(part[nameEnd]))
+                ++nameEnd;
+            const Span name = TextOf(part, {bracket + 1, nameEnd});
+            found.push_back({.begin = begin,
+                             .name = {name.begin - begin, name.end - begin},
+                             .hash = HashOf(Slice(part, name)),
+                             .keys = nullptr});
+        }
+        bracket = part.find('[', bracket + 1);
+    }
+    return found;
+}
+
+std::uint32_t Narrow(std::size_t position)
+{
+    return static_cast<std::uint32_t>(position); // a text has less than 4 GiB
+}
+
+// section: the units from the header line to the next header.
+std::vector<KeyLine> ScanKeys(std::string_view section)
+{
+    std::vector<KeyLine> found;
+    for (Line line = LineAt(section, 0); line.begin < section.size(); line = LineAt(section, line.end)) {
+        if (KindOf(section, line) != LineKind::key)
+            continue;
+        const std::size_t equals = section.find('=', line.begin);
+        const Span name = TextOf(section, {line.begin, equals});
+        found.push_back({.hash = HashOf(Slice(section, name)),
+                         .begin = Narrow(line.begin),
+                         .nameBegin = Narrow(name.begin),
+                         .nameEnd = Narrow(name.end),
+                         .valueBegin = Narrow(equals + 1),
+                         .textEnd = Narrow(line.textEnd),
+                         .end = Narrow(line.end)});
+    }
+    return found;
+}
+
+// A parameter of the profile functions: up to its first NUL.
+std::string_view Parameter(std::string_view text)
+{
+    return text.substr(0, text.find('\0'));
+}
+
+std::string_view WithoutTrailingSpaces(std::string_view text)
+{
+    return text.substr(0, text.find_last_not_of(' ') + 1); // npos + 1 is 0: nothing but spaces
+}
+
+// Names lose their spaces, and spaces alone: a tab stays, and then equals no name of the file.
+std::string_view NameParameter(std::string_view text)
+{
+    const std::string_view name = WithoutTrailingSpaces(Parameter(text));
+    return name.substr(std::min(name.find_first_not_of(' '), name.size()));
+}
+
+// What a buffer of that size takes of a text, its closing NUL apart.
+std::string_view Cut(std::string_view text, std::size_t size)
+{
+    return text.substr(0, size == 0 ? 0 : size - 1);
+}
+
+std::string FallbackText(std::string_view fallback, std::size_t size)
+{
+    return std::string(Cut(WithoutTrailingSpaces(Parameter(fallback)), size));
+}
+
+std::string_view WithoutQuotes(std::string_view value)
+{
+    const bool isQuoted =
+        value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
+    return isQuoted ? value.substr(1, value.size() - 2) : value;
+}
+
+} // namespace
+
+// The file's units as bytes; in UTF-16 also as they stand in the file, two bytes each.
+struct IniText::View {
+    std::string_view units;
+    std::string_view wide;
+
+    // No character of the span reads as '?' for want of a byte. A name or value that has one equals no
+    // parameter.
+    [[nodiscard]] bool IsExact(Span span) const
+    {
+        if (wide.empty())
+            return true;
+        for (std::size_t i = span.begin; i < span.end; ++i) {
+            if (units[i] == '?' && wide.substr(2 * i, 2) != std::string_view("?\0", 2))
+                return false;
+        }
+        return true;
+    }
+};
+
+// Where sections and keys lie. Every function is handed the text that the index describes.
+class IniText::Index
+{
+public:
+    explicit Index(const View& text)
+        : sections_(ScanSections(text.units, {0, text.units.size()}))
+    {
+        IndexNames(text);
+    }
+
+    [[nodiscard]] std::optional<std::size_t> FindSection(const View& text, std::string_view name) const
+    {
+        return names_.Find(HashOf(name), [&](std::size_t section) {
+            return IsSameName(Slice(text.units, NameOf(section)), name);
+        });
+    }
+
+    [[nodiscard]] Span SpanOf(const View& text, std::size_t section) const
+    {
+        const bool isLast = section + 1 == sections_.size();
+        return {sections_[section].begin, isLast ? text.units.size() : sections_[section + 1].begin};
+    }
+
+    // The lines' positions count from the begin of the section.
+    const KeyIndex& KeysOf(const View& text, std::size_t section)
+    {
+        std::unique_ptr<KeyIndex>& keys = sections_[section].keys;
+        if (!keys)
+            keys = IndexKeys(text, SpanOf(text, section));
+        return *keys;
+    }
+
+    const KeyLine* FindKey(const View& text, std::size_t section, std::string_view name)
+    {
+        const KeyIndex& keys = KeysOf(text, section);
+        const std::size_t begin = sections_[section].begin;
+        const auto found = keys.names.Find(HashOf(name), [&](std::size_t line) {
+            return IsSameName(Slice(text.units, Moved(keys.lines[line].Name(), begin)), name);
+        });
+        return found ? &keys.lines[*found] : nullptr;
+    }
+
+    // The text has changed: `inserted` units now stand in the place of the removed ones. Only the sections
+    // that the change touches are looked at again. The one before it is among them, since what is left may
+    // continue it.
+    void Change(const View& text, Span removed, std::size_t inserted)
+    {
+        auto first = std::ranges::lower_bound(sections_, removed.begin, {}, &SectionEntry::begin);
+        const auto last =
+            std::ranges::lower_bound(first, sections_.end(), removed.end, {}, &SectionEntry::begin);
+        std::size_t begin = 0;
+        if (first != sections_.begin())
+            begin = (--first)->begin;
+        for (auto section = last; section != sections_.end(); ++section)
+            section->begin = section->begin - removed.end + removed.begin + inserted;
+        const std::size_t end = last == sections_.end() ? text.units.size() : last->begin;
+
+        std::vector<SectionEntry> found = ScanSections(text.units, {begin, end});
+        if (std::ssize(found) == last - first) {
+            std::ranges::move(found, first); // an edit may add or remove headers, but never renames one
+            return;
+        }
+        const auto place = sections_.erase(first, last);
+        sections_.insert(place, std::move_iterator(found.begin()), std::move_iterator(found.end()));
+        IndexNames(text);
+    }
+
+private:
+    [[nodiscard]] Span NameOf(std::size_t section) const
+    {
+        return Moved(sections_[section].name, sections_[section].begin);
+    }
+
+    void IndexNames(const View& text)
+    {
+        names_.Reserve(sections_.size());
+        for (std::size_t i = 0; i < sections_.size(); ++i) {
+            const Span name = NameOf(i);
+            if (!text.IsExact(name))
+                continue;
+            names_.AddFirst(sections_[i].hash, i, [&](std::size_t other) {
+                return IsSameName(Slice(text.units, NameOf(other)), Slice(text.units, name));
+            });
+        }
+    }
+
+    static std::unique_ptr<KeyIndex> IndexKeys(const View& text, Span section)
+    {
+        const std::string_view units = Slice(text.units, section);
+        auto keys = std::make_unique<KeyIndex>();
+        keys->lines = ScanKeys(units);
+        keys->names.Reserve(keys->lines.size());
+        for (std::size_t i = 0; i < keys->lines.size(); ++i) {
+            const Span name = keys->lines[i].Name();
+            if (!text.IsExact(Moved(name, section.begin)))
+                continue;
+            keys->names.AddFirst(keys->lines[i].hash, i, [&](std::size_t other) {
+                return IsSameName(Slice(units, keys->lines[other].Name()), Slice(units, name));
+            });
+        }
+        return keys;
+    }
+
+    std::vector<SectionEntry> sections_; // in file order
+    NameTable names_;
+};
+
+IniText::IniText(std::string bytes)
+    : bytes_(std::move(bytes))
+    , isUtf16_(bytes_.starts_with(kUtf16Mark))
+{
+    if (isUtf16_)
+        narrowed_ = BytesFromUtf16(std::string_view(bytes_).substr(kUtf16Mark.size()));
+}
+
+IniText::~IniText() = default;
+IniText::IniText(IniText&& other) noexcept = default;
+IniText& IniText::operator=(IniText&& other) noexcept = default;
+
+IniText::View IniText::Text() const
+{
+    if (!isUtf16_)
+        return {.units = bytes_, .wide = {}};
+    return {.units = narrowed_, .wide = std::string_view(bytes_).substr(kUtf16Mark.size())};
+}
+
+IniText::Index& IniText::Places()
+{
+    if (!index_)
+        index_ = std::make_unique<Index>(Text());
+    return *index_;
+}
+
+std::string IniText::Read(std::string_view section, std::string_view key, std::string_view fallback,
+                          std::size_t size)
+{
+    const View text = Text();
+    const auto place = Places().FindSection(text, NameParameter(section));
+    const KeyLine* const line = place ? Places().FindKey(text, *place, NameParameter(key)) : nullptr;
+    if (line == nullptr)
+        return FallbackText(fallback, size);
+    const Span raw = Moved(line->Value(), Places().SpanOf(text, *place).begin);
+    const std::string_view value = WithoutQuotes(Slice(text.units, TextOf(text.units, raw)));
+    return std::string(Cut(value.substr(0, value.size() % kValueLengths), size));
+}
+
+std::string IniText::Keys(std::string_view section, std::string_view fallback, std::size_t size)
+{
+    const View text = Text();
+    const auto place = Places().FindSection(text, NameParameter(section));
+    if (!place)
+        return FallbackText(fallback, size);
+    const std::string_view units = Slice(text.units, Places().SpanOf(text, *place));
+    const std::size_t length = size < 2 ? 0 : size - 2;
+    bool hasName = false;
+    std::string keys;
+    for (const KeyLine& line : Places().KeysOf(text, *place).lines) {
+        const std::string_view name = Slice(units, line.Name());
+        if (name.empty())
+            continue;
+        hasName = true;
+        if (keys.size() >= length)
+            break;
+        keys.append(name).push_back('\0');
+    }
+    if (!hasName)
+        return FallbackText(fallback, size);
+    keys.resize(std::min(keys.size(), length));
+    return keys;
+}
+
+std::optional<Edit> IniText::Put(std::string_view section, std::string_view key, std::string_view value)
+{
+    if (!IsContinuable())
+        return std::nullopt;
+    const std::string_view newValue = Parameter(value);
+    const std::string newLine = std::string(NameParameter(key)).append("=").append(newValue).append(kLineEnd);
+    const View text = Text();
+    const auto place = Places().FindSection(text, NameParameter(section));
+    if (!place)
+        return NewSection(NameParameter(section), newLine);
+    const KeyLine* const found = Places().FindKey(text, *place, NameParameter(key));
+    if (found == nullptr)
+        return NewLine(*place, newLine);
+
+    const Span raw = Moved(found->Value(), Places().SpanOf(text, *place).begin);
+    if (Slice(text.units, raw) == newValue && text.IsExact(raw))
+        return Edit{};
+    const bool isUnfinished = found->end == found->textEnd;
+    return EditAt(raw.begin, raw.end, std::string(newValue).append(isUnfinished ? kLineEnd : ""));
+}
+
+std::optional<Edit> IniText::EraseKey(std::string_view section, std::string_view key)
+{
+    if (!IsContinuable())
+        return std::nullopt;
+    const View text = Text();
+    const auto place = Places().FindSection(text, NameParameter(section));
+    const KeyLine* const found = place ? Places().FindKey(text, *place, NameParameter(key)) : nullptr;
+    if (found == nullptr)
+        return Edit{};
+    const std::size_t begin = Places().SpanOf(text, *place).begin;
+    return EditAt(begin + found->begin, begin + found->end, "");
+}
+
+std::optional<Edit> IniText::EraseSection(std::string_view section)
+{
+    if (!IsContinuable())
+        return std::nullopt;
+    const View text = Text();
+    const auto place = Places().FindSection(text, NameParameter(section));
+    if (!place)
+        return Edit{};
+
+    const Span span = Places().SpanOf(text, *place);
+    const std::string_view units = text.units.substr(0, span.end);
+    Edit edit = EditAt(span.begin, span.begin, "");
+    std::size_t removedEnd = span.begin;
+    for (Line line = LineAt(units, span.begin); line.begin < span.end; line = LineAt(units, line.end)) {
+        const LineKind kind = KindOf(units, line);
+        if (kind == LineKind::comment || kind == LineKind::blank)
+            continue;
+        const Edit kept = EditAt(removedEnd, line.begin, "");
+        edit.inserted.append(bytes_, kept.offset, kept.removed);
+        removedEnd = line.end;
+    }
+    edit.removed = EditAt(span.begin, removedEnd, "").removed;
+    return edit;
+}
+
+void IniText::Apply(const Edit& edit)
+{
+    if (edit.ChangesNothing())
+        return;
+    bytes_.replace(edit.offset, edit.removed, edit.inserted);
+    Span removed{edit.offset, edit.offset + edit.removed};
+    std::size_t inserted = edit.inserted.size();
+    if (isUtf16_) {
+        removed = {(removed.begin - kUtf16Mark.size()) / 2, (removed.end - kUtf16Mark.size()) / 2};
+        inserted /= 2;
+        narrowed_.replace(removed.begin, removed.end - removed.begin, BytesFromUtf16(edit.inserted));
+    }
+    if (index_)
+        index_->Change(Text(), removed, inserted);
+}
+
+std::string IniText::Filler(std::size_t length) const
+{
+    const std::size_t units = isUtf16_ ? length / 2 : length;
+    if (units == 0)
+        return {};
+    const std::string blanks = units == 1 ? "\n" : std::string(units - 2, ' ').append(kLineEnd);
+    return isUtf16_ ? Utf16FromBytes(blanks) : blanks;
+}
+
+bool IniText::IsContinuable() const
+{
+    return !isUtf16_ || bytes_.size() % 2 == 0;
+}
+
+// The units from begin to end give way to a text in code page 1252.
+Edit IniText::EditAt(std::size_t begin, std::size_t end, std::string_view inserted) const
+{
+    if (!isUtf16_)
+        return {.offset = begin, .removed = end - begin, .inserted = std::string(inserted)};
+    return {.offset = kUtf16Mark.size() + 2 * begin,
+            .removed = 2 * (end - begin),
+            .inserted = Utf16FromBytes(inserted)};
+}
+
+Edit IniText::NewSection(std::string_view section, std::string_view line) const
+{
+    const std::string_view units = Text().units;
+    // A lone mark counts as a line without an end.
+    const bool isUnfinished = !bytes_.empty() && (units.empty() || !IsLineEnd(units.back()));
+    std::string added(isUnfinished ? kLineEnd : "");
+    added.append("[").append(section).append("]").append(kLineEnd).append(line);
+    return EditAt(units.size(), units.size(), added);
+}
+
+// Behind the section's last key, before the comments and blank lines that may follow it.
+Edit IniText::NewLine(std::size_t section, std::string_view line)
+{
+    const View text = Text();
+    const Span span = Places().SpanOf(text, section);
+    const std::vector<KeyLine>& keys = Places().KeysOf(text, section).lines;
+    const Line header = LineAt(Slice(text.units, span), 0);
+    const std::size_t end = keys.empty() ? header.end : keys.back().end;
+    const bool isUnfinished = end == (keys.empty() ? header.textEnd : keys.back().textEnd);
+    return EditAt(span.begin + end, span.begin + end, std::string(isUnfinished ? kLineEnd : "").append(line));
+}
+
+} // namespace corvrec

@@ -1,0 +1,60 @@
+#include "config/modem_catalogue.h"
+
+#include "config/code_page.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <system_error>
+#include <utility>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// Takes the first line and its end off the front of the text, which is not empty.
+std::string_view TakeLine(std::string_view& text)
+{
+    const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
+    const std::string_view line = text.substr(0, end);
+    text.remove_prefix(end);
+    text.remove_prefix(text.starts_with("\r\n") ? 2 : std::min<std::size_t>(1, text.size()));
+    return line;
+}
+
+// Up to the end or the first error.
+std::string Contents(std::ifstream& file)
+{
+    std::string bytes;
+    std::vector<char> chunk(64 * 1024UL);
+    do {
+        file.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
+        bytes.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
+    } while (file);
+    return bytes;
+}
+
+} // namespace
+
+ModemModel ParseCatalogueLine(std::string_view line)
+{
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos)
+        return {.name = "", .initString = std::string(line)};
+    return {.name = std::string(line.substr(0, equals)), .initString = std::string(line.substr(equals + 1))};
+}
+
+ModemCatalogue::ModemCatalogue(const std::filesystem::path& file)
+{
+    std::error_code ignored;                              // what cannot be looked at is no regular file
+    if (!std::filesystem::is_regular_file(file, ignored)) // opening a FIFO would wait for its writer
+        return;
+    file_.open(file, std::ios::binary);
+    const std::string bytes = Contents(file_);
+    std::string_view rest = bytes;
+    while (!rest.empty())
+        models_.push_back(ParseCatalogueLine(Utf8FromCp1252(TakeLine(rest))));
+}
+
+} // namespace corvrec

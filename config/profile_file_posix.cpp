@@ -1,0 +1,559 @@
+#include "config/ini_text.h"
+#include "config/posix_calls.h"
+#include "config/profile_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <fcntl.h>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <tuple>
+#include <unistd.h>
+#include <utility>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// A larger file is not a settings file.
+constexpr std::size_t kLargestFile = std::size_t{64} * 1024 * 1024;
+
+// A kill inside one pwrite tears it at a multiple of this and nowhere else.
+constexpr std::size_t kPageSize = 4096;
+
+// A FIFO must not block, a terminal must not become ours, and a child process must not inherit the file.
+constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+
+class RealCalls final : public PosixCalls
+{
+public:
+    int Open(const char* path, int flags, mode_t mode) override { return ::open(path, flags, mode); }
+    int Close(int descriptor) override { return ::close(descriptor); }
+    int Stat(const char* path, struct stat& status) override { return ::stat(path, &status); }
+    int StatOpened(int descriptor, struct stat& status) override { return ::fstat(descriptor, &status); }
+    int StatFileSystem(int descriptor, struct statfs& status) override
+    {
+        return ::fstatfs(descriptor, &status);
+    }
+    ssize_t Read(int descriptor, char* bytes, std::size_t count, off_t offset) override
+    {
+        return ::pread(descriptor, bytes, count, offset);
+    }
+    ssize_t Write(int descriptor, const char* bytes, std::size_t count, off_t offset) override
+    {
+        return ::pwrite(descriptor, bytes, count, offset);
+    }
+    int Truncate(int descriptor, off_t size) override { return ::ftruncate(descriptor, size); }
+    int Reserve(int descriptor, off_t offset, off_t length) override
+    {
+        // Not posix_fallocate: that one makes the file grow at once, and was seen to do so even when it
+        // failed.
+        return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, offset, length);
+    }
+    int SyncData(int descriptor) override { return ::fdatasync(descriptor); }
+    int Sync(int descriptor) override { return ::fsync(descriptor); }
+    timespec FileClock() override
+    {
+        timespec now{};
+        ::clock_gettime(CLOCK_REALTIME_COARSE, &now);
+        return now;
+    }
+};
+
+// A signal may interrupt any call but close before it has done anything.
+template <typename Call>
+auto Repeated(Call call)
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+// A file offset; no file here is larger than kLargestFile.
+off_t Offset(std::size_t position)
+{
+    return static_cast<off_t>(position);
+}
+
+// An open file, or none. Closed at the latest with the object.
+class Descriptor
+{
+public:
+    Descriptor(PosixCalls& calls, const char* path, int flags)
+        : calls_(calls)
+        , number_(Repeated([&] { return calls.Open(path, flags | kOpenFlags, 0666); }))
+    {
+    }
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&&) = delete;
+    Descriptor& operator=(Descriptor&&) = delete;
+
+    [[nodiscard]] bool IsOpen() const { return number_ != -1; }
+    [[nodiscard]] int Number() const { return number_; }
+
+    // Never repeated: the descriptor is gone whatever the answer is, and EINTR tells nothing about the data.
+    // Any other error does: network file systems report a failed write only here.
+    bool Close()
+    {
+        if (number_ == -1)
+            return true;
+        return calls_.Close(std::exchange(number_, -1)) == 0 || errno == EINTR;
+    }
+
+private:
+    PosixCalls& calls_;
+    int number_;
+};
+
+// A file's or a clock's time.
+struct Moment {
+    std::int64_t seconds = 0;
+    std::int64_t nanoseconds = 0;
+
+    bool operator==(const Moment&) const = default;
+    [[nodiscard]] bool IsBefore(const Moment& other) const
+    {
+        return std::tie(seconds, nanoseconds) < std::tie(other.seconds, other.nanoseconds);
+    }
+    [[nodiscard]] bool IsWholeSecond() const { return nanoseconds == 0; }
+};
+
+Moment MomentOf(const timespec& time)
+{
+    return {.seconds = time.tv_sec, .nanoseconds = time.tv_nsec};
+}
+
+// What tells one state of a file from another, as far as the system can tell.
+struct Stamp {
+    dev_t device = 0;
+    ino_t inode = 0;
+    off_t size = 0;
+    Moment modified;
+    Moment changed; // also when the time of modification was set back
+
+    bool operator==(const Stamp&) const = default;
+};
+
+Stamp StampOf(const struct stat& status)
+{
+    return {.device = status.st_dev,
+            .inode = status.st_ino,
+            .size = status.st_size,
+            .modified = MomentOf(status.st_mtim),
+            .changed = MomentOf(status.st_ctim)};
+}
+
+// File times move in ticks of 1 to 10 ms, or of whole seconds on old file systems, and two changes within one
+// tick leave the same stamp. So a stamp proves something only when it was older than its tick at the time
+// when reading began.
+bool IsOlderThanItsTick(const Stamp& stamp, Moment readingBegan)
+{
+    constexpr std::int64_t margin = 20'000'000; // ns
+    constexpr std::int64_t second = 1'000'000'000;
+    if (stamp.modified.IsWholeSecond() || stamp.changed.IsWholeSecond()) {
+        readingBegan.seconds -= 2;
+    } else if (readingBegan.nanoseconds >= margin) {
+        readingBegan.nanoseconds -= margin;
+    } else {
+        readingBegan.seconds -= 1;
+        readingBegan.nanoseconds += second - margin;
+    }
+    return stamp.modified.IsBefore(readingBegan) && stamp.changed.IsBefore(readingBegan);
+}
+
+// File systems whose times come from this machine's clock. Every other one, known or not, may have its times
+// from another machine or a program, and then no time proves anything.
+bool HasLocalTimes(const struct statfs& status)
+{
+    constexpr std::array<std::uint32_t, 16> local = {
+        0x0000EF53, // ext2, ext3, ext4
+        0x58465342, // XFS
+        0x9123683E, // Btrfs
+        0xCA451A4E, // bcachefs
+        0x2FC12FC1, // ZFS
+        0xF2F52010, // F2FS
+        0x01021994, // tmpfs
+        0x858458F6, // ramfs
+        0x794C7630, // overlayfs
+        0x00004D44, // FAT
+        0x2011BAB0, // exFAT
+        0x7366746E, // NTFS
+        0x3153464A, // JFS
+        0x52654973, // ReiserFS
+        0x00003434, // NILFS
+        0x0000482B, // HFS+
+    };
+    return std::ranges::find(local, static_cast<std::uint32_t>(status.f_type)) != local.end();
+}
+
+// Changes the content of an open file in place, so that a failure leaves it as it was and a kill between two
+// calls leaves a content that reads as the old or the new one. A kill inside a pwrite may tear it at a page
+// border: the limit that is left, since closing it would need a second file or a journal.
+class InPlaceChange
+{
+public:
+    // text: what the file holds.
+    InPlaceChange(PosixCalls& calls, const Descriptor& file, const IniText& text)
+        : calls_(calls)
+        , file_(file.Number())
+        , text_(text)
+        , old_(text.Bytes())
+    {
+    }
+
+    // False: the file is as it was. True also when the end could not be cut off: then filler stands behind
+    // the new content.
+    bool Make(const Edit& edit)
+    {
+        const std::size_t newSize = old_.size() - edit.removed + edit.inserted.size();
+        std::string bytes = edit.inserted;
+        if (newSize != old_.size())
+            bytes.append(old_.substr(edit.offset + edit.removed));
+        const std::string_view there = old_.substr(edit.offset);
+        const auto difference = std::mismatch(bytes.begin(), bytes.end(), there.begin(), there.end());
+        const auto equal = static_cast<std::size_t>(difference.first - bytes.begin());
+        bytes.erase(0, equal);
+        const std::size_t begin = edit.offset + equal;
+
+        if (newSize == old_.size())
+            return Replace(begin, bytes);
+        return newSize > old_.size() ? Grow(begin, bytes) : Shrink(begin, bytes);
+    }
+
+private:
+    bool Replace(std::size_t begin, std::string_view bytes)
+    {
+        while (!bytes.empty() && bytes.back() == old_[begin + bytes.size() - 1])
+            bytes.remove_suffix(1);
+        return WriteOrUndo(begin, bytes);
+    }
+
+    bool Grow(std::size_t begin, std::string_view bytes)
+    {
+        const std::size_t newSize = begin + bytes.size();
+        // At the end a truncation undoes everything and needs no room; inside one page the system reserves by
+        // itself before it copies.
+        const bool needsReserve = begin != old_.size() && begin / kPageSize != (newSize - 1) / kPageSize;
+        return (!needsReserve || ReserveUpTo(newSize)) && WriteOrUndo(begin, bytes);
+    }
+
+    bool ReserveUpTo(std::size_t newSize)
+    {
+        const std::size_t length = newSize - old_.size();
+        if (Repeated([&] { return calls_.Reserve(file_, Offset(old_.size()), Offset(length)); }) == 0)
+            return true;
+        const bool isUnknown = errno == EOPNOTSUPP || errno == ENOSYS || errno == EINVAL;
+        // A file system that cannot reserve: the room is taken by bytes that change no reading.
+        return isUnknown && WriteOrUndo(old_.size(), text_.Filler(length));
+    }
+
+    bool Shrink(std::size_t begin, std::string_view bytes)
+    {
+        // The filler first: after a truncation alone the end of the old content would stand there, from the
+        // middle of a line on.
+        const std::size_t newSize = begin + bytes.size();
+        if (!WriteOrUndo(begin, std::string(bytes) + text_.Filler(old_.size() - newSize)))
+            return false;
+        TruncateTo(newSize); // a failure leaves the filler, and the value is in place
+        return true;
+    }
+
+    // All of the bytes, or none of them. Only if undoing fails too is there nothing more to be done.
+    bool WriteOrUndo(std::size_t begin, std::string_view bytes)
+    {
+        const std::size_t written = Write(begin, bytes);
+        if (written == bytes.size())
+            return true;
+        if (written > 0 && begin < old_.size())
+            Write(begin, old_.substr(begin, written));
+        if (begin + bytes.size() > old_.size())
+            TruncateTo(old_.size()); // needs no room, and gives back what was reserved
+        return false;
+    }
+
+    // How many of the bytes were written: fewer than all after an error.
+    std::size_t Write(std::size_t begin, std::string_view bytes)
+    {
+        std::size_t written = 0;
+        while (written < bytes.size()) {
+            const ssize_t count = Repeated([&] {
+                return calls_.Write(file_, bytes.data() + written, bytes.size() - written,
+                                    Offset(begin + written));
+            });
+            if (count <= 0)
+                break;
+            written += static_cast<std::size_t>(count);
+        }
+        return written;
+    }
+
+    bool TruncateTo(std::size_t size)
+    {
+        return Repeated([&] { return calls_.Truncate(file_, Offset(size)); }) == 0;
+    }
+
+    PosixCalls& calls_;
+    int file_;
+    const IniText& text_;
+    std::string_view old_;
+};
+
+class PosixProfileFile final : public ProfileFile
+{
+public:
+    PosixProfileFile(std::filesystem::path path, PosixCalls& calls)
+        : path_(std::move(path))
+        , calls_(calls)
+    {
+    }
+
+    std::string Read(std::string_view section, std::string_view key, std::string_view fallback,
+                     std::size_t size) override
+    {
+        return Current().Read(section, key, fallback, size);
+    }
+
+    std::string Keys(std::string_view section, std::string_view fallback, std::size_t size) override
+    {
+        return Current().Keys(section, fallback, size);
+    }
+
+    bool Write(std::string_view section, std::string_view key, std::string_view value) override
+    {
+        return Change([&](IniText& text) { return text.Put(section, key, value); });
+    }
+
+    bool DeleteKey(std::string_view section, std::string_view key) override
+    {
+        return Change([&](IniText& text) { return text.EraseKey(section, key); });
+    }
+
+    bool DeleteSection(std::string_view section) override
+    {
+        return Change([&](IniText& text) { return text.EraseSection(section); });
+    }
+
+    void Flush() override
+    {
+        if (!isUnflushed_)
+            return;
+        isUnflushed_ = false;
+        const Descriptor file(calls_, path_.c_str(), O_RDONLY);
+        if (file.IsOpen())
+            Repeated([&] { return calls_.SyncData(file.Number()); });
+        if (std::exchange(isNew_, false))
+            FlushDirectory();
+    }
+
+private:
+    // The file as it was when last read or written. Trusted: an equal stamp proves an equal content.
+    struct Snapshot {
+        IniText text;
+        Stamp stamp;
+        bool isTrusted = false;
+    };
+
+    // The file as it is now; empty when there is none to be read.
+    IniText& Current()
+    {
+        struct stat status {
+        };
+        const bool isFile =
+            Repeated([&] { return calls_.Stat(path_.c_str(), status); }) == 0 && S_ISREG(status.st_mode);
+        if (isFile && snapshot_ && snapshot_->isTrusted && snapshot_->stamp == StampOf(status))
+            return snapshot_->text;
+        if (isFile && TakeSnapshot(StampOf(status)))
+            return snapshot_->text;
+        snapshot_.reset();
+        return nothing_;
+    }
+
+    // stamp: what the file showed a moment ago. A file that changes while it is read is read again; one that
+    // does not come to rest is used as it was last seen, for this one call.
+    bool TakeSnapshot(Stamp stamp)
+    {
+        Moment began = MomentOf(calls_.FileClock());
+        const Descriptor file(calls_, path_.c_str(), O_RDONLY);
+        if (!file.IsOpen())
+            return false;
+        for (int attempt = 1;; ++attempt) {
+            const auto bytes = ReadAll(file, stamp.size);
+            struct stat status {
+            };
+            if (!bytes || calls_.StatOpened(file.Number(), status) != 0 || !S_ISREG(status.st_mode))
+                return false;
+            const Stamp after = StampOf(status);
+            const bool isAtRest = after == stamp && static_cast<std::size_t>(after.size) == bytes->size();
+            if (isAtRest || attempt == 3) {
+                Keep(*bytes);
+                snapshot_->stamp = after;
+                snapshot_->isTrusted =
+                    isAtRest && IsOlderThanItsTick(after, began) && IsLocal(file, after.device);
+                return true;
+            }
+            stamp = after;
+            began = MomentOf(calls_.FileClock());
+        }
+    }
+
+    // Equal bytes keep their index. The bytes are those of buffer_, which the snapshot may take over.
+    void Keep(std::string_view bytes)
+    {
+        if (snapshot_ && bytes == snapshot_->text.Bytes())
+            return;
+        buffer_.resize(bytes.size());
+        snapshot_.emplace(Snapshot{.text = IniText(std::move(buffer_)), .stamp = {}, .isTrusted = false});
+        buffer_.clear();
+    }
+
+    // The whole file into buffer_, whatever its size was said to be; nothing when it cannot be read or is too
+    // large.
+    std::optional<std::string_view> ReadAll(const Descriptor& file, off_t size)
+    {
+        const auto expected = static_cast<std::size_t>(size);
+        std::size_t length = 0;
+        while (expected <= kLargestFile && length <= kLargestFile) {
+            // One byte more than there should be shows the end of the file without another call.
+            const std::size_t wanted = std::max(expected + 1, length + kPageSize);
+            if (buffer_.size() < wanted)
+                buffer_.resize(wanted);
+            const ssize_t count = Repeated([&] {
+                return calls_.Read(file.Number(), buffer_.data() + length, wanted - length, Offset(length));
+            });
+            if (count < 0)
+                return std::nullopt;
+            length += static_cast<std::size_t>(count);
+            if (count == 0 || length == expected)
+                return std::string_view(buffer_).substr(0, length);
+        }
+        return std::nullopt;
+    }
+
+    // Asked anew each time that it would lead to trust; "no" is remembered, since the answer may come over a
+    // network.
+    bool IsLocal(const Descriptor& file, dev_t device)
+    {
+        if (foreignDevice_ == device)
+            return false;
+        struct statfs status {
+        };
+        const bool isLocal = Repeated([&] { return calls_.StatFileSystem(file.Number(), status); }) == 0 &&
+                             HasLocalTimes(status);
+        if (!isLocal)
+            foreignDevice_ = device;
+        return isLocal;
+    }
+
+    // makeEdit: IniText& -> std::optional<Edit>.
+    template <typename MakeEdit>
+    bool Change(MakeEdit makeEdit)
+    {
+        std::optional<Descriptor> file(std::in_place, calls_, path_.c_str(), O_RDWR);
+        if (!file->IsOpen() && errno == ENOENT) {
+            file.emplace(calls_, path_.c_str(), O_RDWR | O_CREAT);
+            isNew_ = isNew_ || file->IsOpen();
+            isUnflushed_ = isUnflushed_ || isNew_;
+        }
+        const bool isDone = file->IsOpen() && RefreshFrom(*file) && Carry(makeEdit(snapshot_->text), *file);
+        if (!isDone)
+            snapshot_.reset();
+        return isDone;
+    }
+
+    // A change never builds on a snapshot that it has not compared with the file.
+    bool RefreshFrom(const Descriptor& file)
+    {
+        struct stat status {
+        };
+        if (calls_.StatOpened(file.Number(), status) != 0 || !S_ISREG(status.st_mode))
+            return false;
+        const auto bytes = ReadAll(file, status.st_size);
+        if (!bytes)
+            return false;
+        const bool isKnown =
+            snapshot_ && snapshot_->stamp == StampOf(status) && *bytes == snapshot_->text.Bytes();
+        if (isKnown)
+            return true;
+        Keep(*bytes);
+        snapshot_->stamp = StampOf(status);
+        snapshot_->isTrusted = false;
+        return true;
+    }
+
+    bool Carry(const std::optional<Edit>& edit, Descriptor& file)
+    {
+        if (!edit || edit->ChangesNothing())
+            return edit.has_value();
+        IniText& text = snapshot_->text;
+        if (text.Bytes().size() - edit->removed + edit->inserted.size() > kLargestFile)
+            return false; // nobody could read it any more
+        if (!InPlaceChange(calls_, file, text).Make(*edit))
+            return false;
+        isUnflushed_ = true;
+
+        struct stat status {
+        };
+        const bool isKnown = calls_.StatOpened(file.Number(), status) == 0;
+        if (!file.Close())
+            return false;
+        if (!isKnown) {
+            snapshot_.reset();
+            return true;
+        }
+        text.Apply(*edit);
+        snapshot_->stamp = StampOf(status);
+        snapshot_->isTrusted =
+            false; // somebody may write in the same tick; a filler that stayed is found so, too
+        return true;
+    }
+
+    // The name of a new file is the directory's data. The directory is that of the file itself, behind all
+    // links.
+    void FlushDirectory()
+    {
+        std::error_code failure;
+        const auto file = std::filesystem::canonical(path_, failure);
+        if (failure)
+            return;
+        const Descriptor directory(calls_, file.parent_path().c_str(), O_RDONLY | O_DIRECTORY);
+        if (directory.IsOpen())
+            Repeated([&] { return calls_.Sync(directory.Number()); });
+    }
+
+    std::filesystem::path path_;
+    PosixCalls& calls_;
+    std::optional<Snapshot> snapshot_;
+    IniText nothing_;    // of a file that is not there
+    std::string buffer_; // kept between calls, so that a read of the same size allocates nothing
+    std::optional<dev_t> foreignDevice_; // holds the file, and its times prove nothing
+    bool isUnflushed_ = false;
+    bool isNew_ = false; // created and not yet flushed
+};
+
+} // namespace
+
+PosixCalls& SystemCalls()
+{
+    static RealCalls calls;
+    return calls;
+}
+
+std::unique_ptr<ProfileFile> OpenProfileFile(const std::filesystem::path& file, PosixCalls& calls)
+{
+    return std::make_unique<PosixProfileFile>(file, calls);
+}
+
+std::unique_ptr<ProfileFile> OpenProfileFile(const std::filesystem::path& file)
+{
+    return OpenProfileFile(file, SystemCalls());
+}
+
+} // namespace corvrec

@@ -1,0 +1,130 @@
+#include "tests/support/controls.h"
+
+#include "widgets/check_list.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAccessible>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// A round longer than this has lost its way.
+constexpr int kMostStops = 100;
+
+QString MarkedRows(const CheckList& list)
+{
+    QStringList rows;
+    for (int row = 0; row < list.count(); ++row) {
+        if (list.Marked(row))
+            rows.append(QString::number(row));
+    }
+    return rows.join(' ');
+}
+
+} // namespace
+
+void BringToFront(QWidget& window)
+{
+    window.activateWindow();
+    // Not qWaitForWindowActive: for that one a dialog is active as soon as its parent is.
+    QVERIFY(QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; }));
+    QCoreApplication::processEvents(); // line edits answer the activation by a queued call
+}
+
+void ShowInFrontOf(QWidget& behind, QWidget& dialog)
+{
+    behind.show();
+    BringToFront(behind);
+    dialog.show();
+    BringToFront(dialog);
+}
+
+void PickRow(QComboBox& list, int row)
+{
+    QTest::keyClick(&list, Qt::Key_F4);
+    QVERIFY(QTest::qWaitFor([&list] { return list.view()->isVisible(); }));
+    QTest::keyClick(list.view(), Qt::Key_Home);
+    for (int i = 0; i < row; ++i)
+        QTest::keyClick(list.view(), Qt::Key_Down);
+    QTest::keyClick(list.view(), Qt::Key_Return);
+    BringToFront(*list.window()); // without a window manager it does not come back by itself
+    QCOMPARE(list.currentIndex(), row);
+}
+
+QString Shown(const QWidget& control)
+{
+    if (const auto* const field = qobject_cast<const QLineEdit*>(&control))
+        return field->text();
+    if (const auto* const list = qobject_cast<const QComboBox*>(&control))
+        return list->currentText();
+    if (const auto* const button = qobject_cast<const QAbstractButton*>(&control))
+        return button->isChecked() ? "on" : "off";
+    if (const auto* const list = qobject_cast<const CheckList*>(&control))
+        return MarkedRows(*list);
+    if (const auto* const label = qobject_cast<const QLabel*>(&control))
+        return label->text();
+    qFatal("%s shows nothing", qPrintable(control.objectName()));
+}
+
+bool IsEnabled(const QWidget& control)
+{
+    return control.isEnabledTo(control.parentWidget());
+}
+
+QStringList TabRound(QWidget& window)
+{
+    QStringList names;
+    const QWidget* const first = window.focusWidget();
+    do {
+        names.append(window.focusWidget()->objectName());
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    } while (window.focusWidget() != first && names.size() < kMostStops);
+    return names;
+}
+
+QString AccessibleName(QWidget& control)
+{
+    if (!control.accessibleName().isEmpty())
+        return control.accessibleName();
+    // Not the interface's own name: where labels are told by relations, a list gives its chosen entry as its
+    // name.
+    for (const auto& [label, relation] : QAccessible::queryAccessibleInterface(&control)->relations()) {
+        if (relation.testFlag(QAccessible::Label))
+            return label->text(QAccessible::Name);
+    }
+    return {};
+}
+
+QStringList LabelsWithoutBuddy(const QWidget& window)
+{
+    QStringList captions;
+    for (const QLabel* const label : window.findChildren<QLabel*>()) {
+        if (label->text().contains('&') && label->buddy() == nullptr)
+            captions.append(label->text());
+    }
+    return captions;
+}
+
+QStringList NamelessFields(const QWidget& window)
+{
+    QStringList names;
+    for (QWidget* const field : window.findChildren<QWidget*>()) {
+        const bool isField = qobject_cast<QLineEdit*>(field) != nullptr ||
+                             qobject_cast<QComboBox*>(field) != nullptr ||
+                             qobject_cast<CheckList*>(field) != nullptr;
+        if (isField && AccessibleName(*field).isEmpty())
+            names.append(field->objectName());
+    }
+    return names;
+}
+
+} // namespace corvrec

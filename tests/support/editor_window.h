@@ -1,0 +1,57 @@
+#pragma once
+
+#include "tests/support/site_window.h"
+#include "tests/support/unanswered_boxes.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+
+#include <optional>
+#include <string_view>
+
+namespace corvrec
+{
+
+// The site editor over the real site list, opened by the list's own steps but not modally: the test acts
+// beside it.
+class EditorWindow : public SiteWindow
+{
+public:
+    explicit EditorWindow(std::string_view settings,
+                          std::optional<std::string_view> catalogue = std::nullopt);
+
+    void Add();             // for a new site
+    void Open(int row = 0); // for the site in this row of the list
+
+    template <class Control>
+    Control& At(const char* name)
+    {
+        return Part<Control>(Editor(), name);
+    }
+    QLineEdit& Field(const char* name) { return At<QLineEdit>(name); }
+    QComboBox& Choice(const char* name) { return At<QComboBox>(name); }
+    QCheckBox& Box(const char* name) { return At<QCheckBox>(name); }
+
+    // What the control of this name shows, in the editor or in one of its option dialogs.
+    QString Shows(const char* name);
+
+    // Puts the control's page in front, as a user has to.
+    void Turn(QWidget& control);
+
+    void Pick(const char* list, int row);
+    void Click(const char* button);
+    void Retype(const char* field, const QString& text); // in place of what the field holds
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier); // where the focus is
+
+    int Tab();
+    QString Focus(); // name of the control with the focus
+
+private:
+    void Show();
+
+    UnansweredBoxes unansweredBoxes_;
+};
+
+} // namespace corvrec

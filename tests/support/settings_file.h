@@ -1,0 +1,50 @@
+#pragma once
+
+#include "config/profile_file.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace corvrec
+{
+
+// A temporary directory of its own with a real Corvrec.ini in it, opened as ProfileFile; removed with the
+// object. All texts are bytes as they stand in the file.
+class SettingsFile
+{
+public:
+    // Nothing: the file is missing at first.
+    explicit SettingsFile(std::optional<std::string_view> bytes = std::nullopt);
+    ~SettingsFile();
+    SettingsFile(const SettingsFile&) = delete;
+    SettingsFile& operator=(const SettingsFile&) = delete;
+    SettingsFile(SettingsFile&&) = delete;
+    SettingsFile& operator=(SettingsFile&&) = delete;
+
+    ProfileFile& operator*() { return *file_; }
+    ProfileFile* operator->() { return file_.get(); }
+
+    [[nodiscard]] std::filesystem::path Directory() const { return directory_; }
+    [[nodiscard]] std::filesystem::path Path() const { return directory_ / "Corvrec.ini"; }
+
+    // The whole file; empty when it is missing, so ask Exists() where that matters.
+    [[nodiscard]] std::string Bytes() const;
+    [[nodiscard]] bool Exists() const;
+
+    // The key's first line in the first section of that name, without its line end; empty when there is none.
+    // Names are compared as they are, and lines are taken apart here, not by the code under test.
+    [[nodiscard]] std::string Line(std::string_view section, std::string_view key) const;
+
+    // Writes the file anew in place, as another program would.
+    void Rewrite(std::string_view bytes) const;
+    void Remove() const;
+
+private:
+    std::filesystem::path directory_;
+    std::unique_ptr<ProfileFile> file_;
+};
+
+} // namespace corvrec

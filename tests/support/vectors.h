@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace corvrec
+{
+
+// The cases of one conversion, from tests/data/conversions.json. The test ends when there are none.
+inline QJsonArray Vectors(const char* list)
+{
+    QFile file(CORVREC_TEST_DATA "/conversions.json");
+    const QJsonArray cases = file.open(QIODevice::ReadOnly)
+                                 ? QJsonDocument::fromJson(file.readAll()).object().value(list).toArray()
+                                 : QJsonArray();
+    if (cases.isEmpty())
+        qFatal("no vectors %s", list);
+    return cases;
+}
+
+} // namespace corvrec

@@ -1,0 +1,116 @@
+#include "config/code_page.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+namespace corvrec
+{
+
+namespace
+{
+
+using namespace std::string_literals;
+
+std::string AllBytes()
+{
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte)
+        bytes += static_cast<char>(byte);
+    return bytes;
+}
+
+TEST(CodePage, EveryByteSurvivesTheWayThereAndBack)
+{
+    const std::string bytes = AllBytes();
+
+    EXPECT_EQ(Cp1252FromUtf8(Utf8FromCp1252(bytes)), bytes);
+}
+
+TEST(CodePage, Bytes80To9fAreThePagesOwnCharacters)
+{
+    const std::string bytes = AllBytes().substr(0x80, 0x20);
+
+    EXPECT_EQ(Utf8FromCp1252(bytes), "€\xC2\x81‚ƒ„…†‡ˆ‰Š‹Œ\xC2\x8DŽ\xC2\x8F"
+                                     "\xC2\x90‘’“”•–—˜™š›œ\xC2\x9DžŸ");
+}
+
+TEST(CodePage, BytesFromA0AreLatin1)
+{
+    const std::string bytes = AllBytes().substr(0xE0, 0x20);
+
+    EXPECT_EQ(Utf8FromCp1252(bytes), "àáâãäåæçèéêëìíîïðñòóôõö÷øùúûüýþÿ");
+    EXPECT_EQ(Utf8FromCp1252("\xA0\xBF\xC0\xDF"), "\xC2\xA0¿Àß");
+}
+
+TEST(CodePage, AsciiAndItsControlCharactersStay)
+{
+    const std::string ascii = AllBytes().substr(0, 0x80);
+
+    EXPECT_EQ(Utf8FromCp1252(ascii), ascii);
+    EXPECT_EQ(Cp1252FromUtf8(ascii), ascii);
+}
+
+TEST(CodePage, ACharacterOutsideThePageBecomesOneQuestionMark)
+{
+    EXPECT_EQ(Cp1252FromUtf8("aЖb"), "a?b");
+    EXPECT_EQ(Cp1252FromUtf8("aāb"), "a?b");
+    EXPECT_EQ(Cp1252FromUtf8("a漢b"), "a?b");
+    EXPECT_EQ(Cp1252FromUtf8("a😀b"), "a?b");
+    EXPECT_EQ(Cp1252FromUtf8("a\xEF\xBF\xBD"
+                             "b"),
+              "a?b");
+}
+
+TEST(CodePage, TheNumberOfAnAssignedByteIsNoCharacterOfThePage)
+{
+    EXPECT_EQ(Cp1252FromUtf8("\xC2\x80"), "?"); // U+0080; the byte 80 is the euro sign
+    EXPECT_EQ(Cp1252FromUtf8("\xC2\x9F"), "?");
+}
+
+struct Broken {
+    const char* name;
+    std::string utf8;
+    std::string bytes;
+};
+
+class BrokenUtf8 : public testing::TestWithParam<Broken>
+{
+};
+
+TEST_P(BrokenUtf8, BecomesAQuestionMark)
+{
+    EXPECT_EQ(Cp1252FromUtf8(GetParam().utf8), GetParam().bytes);
+}
+
+INSTANTIATE_TEST_SUITE_P(CodePage, BrokenUtf8,
+                         testing::Values(Broken{"cutAtTheEnd", "a\xC3", "a?"},
+                                         Broken{"cutInTheMiddle", "a\xE2\x82z", "a?z"},
+                                         Broken{"leadAfterLead", "\xC3\xC3\xA0", "?\xE0"},
+                                         Broken{"continuationAlone", "a\x80z", "a?z"},
+                                         Broken{"twoContinuations", "\xBF\xBF", "??"},
+                                         Broken{"overlongCarriageReturn", "\xC0\x8D", "?"},
+                                         Broken{"overlongNul", "\xE0\x80\x80", "?"},
+                                         Broken{"overlongOfFour", "\xF0\x80\x80\xA9", "?"},
+                                         Broken{"surrogate", "\xED\xA0\x80", "?"},
+                                         Broken{"beyondUnicode", "\xF7\xBF\xBF\xBF", "?"},
+                                         Broken{"noLeadAtAll",
+                                                "\xFF"
+                                                "a",
+                                                "?a"}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(CodePage, NulIsACharacterLikeOthers)
+{
+    EXPECT_EQ(Cp1252FromUtf8("a\0b"s), "a\0b"s);
+    EXPECT_EQ(Utf8FromCp1252("a\0b"s), "a\0b"s);
+}
+
+TEST(CodePage, NothingGivesNothing)
+{
+    EXPECT_EQ(Cp1252FromUtf8(""), "");
+    EXPECT_EQ(Utf8FromCp1252(""), "");
+}
+
+} // namespace
+
+} // namespace corvrec

@@ -1,0 +1,231 @@
+#include "config/conversions.h"
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <limits>
+#include <stdexcept>
+#include <string>
+
+// What the list of shared cases does not hold: limits, and texts that no field and no file should bring.
+namespace corvrec
+{
+
+namespace
+{
+
+using namespace std::string_literals;
+
+constexpr double kLargest = std::numeric_limits<double>::max();
+
+struct Number {
+    const char* name;
+    std::string text;
+    double value;
+};
+
+class OddNumber : public testing::TestWithParam<Number>
+{
+};
+
+TEST_P(OddNumber, HasTheValueOfItsLeadingDigits)
+{
+    EXPECT_EQ(LeadingNumber(GetParam().text), GetParam().value);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Conversions, OddNumber,
+    testing::Values(Number{"infinity", "inf", 0}, Number{"infinityWithSign", "-Infinity", 0},
+                    Number{"notANumber", "nan", 0}, Number{"hexadecimalOfC", "0x1F", 0},
+                    Number{"exponentAlone", "e5", 0}, Number{"pointAlone", ".", 0},
+                    Number{"pointAndExponent", ".e5", 0}, Number{"pointAtTheEnd", "5.", 5},
+                    Number{"exponentWithoutDigits", "5e-", 5}, Number{"negativeExponent", "5e-1", 0.5},
+                    Number{"capitalD", "1D+2", 100}, Number{"secondExponent", "1e1d1", 10},
+                    Number{"exponentStrewnWithBlanks", "1 e\t+\n2", 100}, Number{"carriageReturn", "1\r2", 1},
+                    Number{"nul", "1\0002"s, 1}, Number{"verticalTab", "\v1", 0},
+                    Number{"noBreakSpace", "\xC2\xA0"s + "1", 0}, Number{"tooSmall", "1e-999", 0},
+                    Number{"tooSmallNegative", "-1d-999", 0}, Number{"tooLargeNegative", "-1e999", -kLargest},
+                    Number{"zeroTimesTooLarge", "0e999", 0},
+                    Number{"tooManyDigits", std::string(400, '9'), kLargest},
+                    Number{"exponentBeyondWholeNumbers", "1e99999999999999999999", kLargest},
+                    Number{"smallHexadecimal", "&h1f", 31}, Number{"smallOctal", "&o17", 15},
+                    Number{"hexadecimalStops", "&HFG", 15}, Number{"octalStops", "&O178", 15},
+                    Number{"hexadecimalWithBlanks", " & H 1 0", 16}, Number{"prefixAlone", "&H", 0},
+                    Number{"otherPrefix", "&B1", 0}, Number{"ampersandAlone", "&", 0},
+                    Number{"hexadecimalWithSign", "&H-1", 0},
+                    Number{"hexadecimalTooLong", "&H" + std::string(90, 'F'), 18446744073709551616.0}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(Whole, SaturatesAtBothEndsOf16Bits)
+{
+    EXPECT_EQ(Whole16(32767.4), 32767);
+    EXPECT_EQ(Whole16(32767.5), 32767);
+    EXPECT_EQ(Whole16(-32768.5), -32768);
+    EXPECT_EQ(Whole16(kLargest), 32767);
+    EXPECT_EQ(Whole16(-kLargest), -32768);
+}
+
+TEST(Whole, SaturatesAtBothEndsOf32Bits)
+{
+    EXPECT_EQ(Whole32(2147483647.4), 2147483647);
+    EXPECT_EQ(Whole32(2147483647.5), 2147483647);
+    EXPECT_EQ(Whole32(-2147483648.5), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(Whole32(kLargest), 2147483647);
+    EXPECT_EQ(Whole32(-kLargest), std::numeric_limits<std::int32_t>::min());
+}
+
+TEST(SignedText, HoldsTheWholeRange)
+{
+    EXPECT_EQ(SignedText(std::numeric_limits<std::int64_t>::max()), " 9223372036854775807");
+    EXPECT_EQ(SignedText(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
+}
+
+TEST(TwoDigits, PutsTheSignInFrontOfThem)
+{
+    EXPECT_EQ(TwoDigits(-12), "-12");
+    EXPECT_EQ(TwoDigits(-1.5), "-02");
+    EXPECT_EQ(TwoDigits(-0.4), "00");
+}
+
+TEST(PercentText, RoundsTheDecimalForm)
+{
+    EXPECT_EQ(PercentText(1.005), "1,01"); // a little below in binary
+    EXPECT_EQ(PercentText(0.015), ",02");
+    EXPECT_EQ(PercentText(1.0049999), "1,");
+    EXPECT_EQ(PercentText(10), "10,");
+}
+
+TEST(PercentText, WritesNoSignForANegativeNumberThatRoundsToNothing)
+{
+    EXPECT_EQ(PercentText(-0.004), ",");
+    EXPECT_EQ(PercentText(-0.5), "-,5");
+}
+
+TEST(PercentText, SurvivesTheLargestAndTheSmallestNumber)
+{
+    EXPECT_EQ(PercentText(kLargest), "92233720368547758,07");
+    EXPECT_EQ(PercentText(std::numeric_limits<double>::denorm_min()), ",");
+}
+
+TEST(Interval, OfTheContinuousKindIsEmptyAndStoredAsOne)
+{
+    EXPECT_EQ(IntervalText(ScheduleKind::continuous, "3600"), "");
+    EXPECT_EQ(StoredInterval(ScheduleKind::continuous, "08:30"), "1");
+}
+
+TEST(Interval, BeyondTheRangeIsSaturated)
+{
+    EXPECT_EQ(IntervalText(ScheduleKind::daily, "8639913600"), "24855");
+    EXPECT_EQ(IntervalText(ScheduleKind::hourly, "1e300"), "__:__");
+    EXPECT_EQ(StoredInterval(ScheduleKind::daily, "1e300"), " 9223372036854775807");
+    EXPECT_EQ(StoredInterval(ScheduleKind::weekly, "-1e308"), "-9223372036854775808");
+}
+
+TEST(Interval, HourlyTakesWhatDigitsTheFieldHolds)
+{
+    EXPECT_EQ(StoredInterval(ScheduleKind::hourly, ""), " 0");
+    EXPECT_EQ(StoredInterval(ScheduleKind::hourly, "__:__"), " 0");
+    EXPECT_EQ(StoredInterval(ScheduleKind::hourly, "2"), " 7200");
+    EXPECT_EQ(StoredInterval(ScheduleKind::hourly, "2:"), " 7200");
+    EXPECT_EQ(StoredInterval(ScheduleKind::hourly, ":5"), " 300");
+    EXPECT_EQ(StoredInterval(ScheduleKind::hourly, "9999999999:9999999999"), " 7859790148020");
+}
+
+TEST(Interval, OfAnUnknownKindIsThatOfTheContinuousOne)
+{
+    const auto unknown = static_cast<ScheduleKind>(7);
+
+    EXPECT_EQ(IntervalText(unknown, "3600"), "");
+    EXPECT_EQ(StoredInterval(unknown, "2"), "1");
+}
+
+struct Start {
+    const char* name;
+    const char* stored;
+    const char* field;
+};
+
+class OddStartTime : public testing::TestWithParam<Start>
+{
+};
+
+TEST_P(OddStartTime, IsReadAsATimeOrNotAtAll)
+{
+    EXPECT_EQ(ReadStartTime(GetParam().stored).field, GetParam().field);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Conversions, OddStartTime,
+    testing::Values(Start{"blanksInFront", "  8:5", "08:05"}, Start{"points", "8.5.9", "08:05"},
+                    Start{"noMinutes", "08:", "__:__"}, Start{"noSeparator", "0830", "__:__"},
+                    Start{"threeDigits", "008:30", "__:__"}, Start{"threeDigitsOfMinutes", "08:300", "__:__"},
+                    Start{"secondsMissing", "08:30:", "__:__"},
+                    Start{"secondsOutOfRange", "08:30:60", "__:__"}, Start{"letterBehind", "08:30x", "__:__"},
+                    Start{"tabBehind", "08:30\tx", "__:__"}, Start{"negative", "-8:30", "__:__"},
+                    Start{"blankInside", "08 :30", "__:__"}, Start{"twoMarks", "08:30pp", "__:__"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(StartTime, TwoMarksAreOneMark)
+{
+    EXPECT_TRUE(ReadStartTime("08:30pp").marked);
+}
+
+TEST(IsDate, KnowsTheLeapYearsOfItsCentury)
+{
+    EXPECT_TRUE(IsDate("29/02/96"));
+    EXPECT_FALSE(IsDate("29/02/98"));
+    EXPECT_FALSE(IsDate("29-02-96"));
+    EXPECT_FALSE(IsDate("29/02/1996"));
+}
+
+TEST(FlowCharacter, EveryControlCharacterIsStoredAsItWasRead)
+{
+    for (int code = 0; code < 32; ++code) {
+        SCOPED_TRACE(code);
+        const std::string stored = " " + std::to_string(code);
+
+        const FlowCharacter character = ReadFlowCharacter(stored).value();
+
+        EXPECT_TRUE(character.control);
+        EXPECT_EQ(StoredFlowCharacter(character), stored);
+    }
+}
+
+TEST(FlowCharacter, OfAnEmptyFieldDoesNotExist)
+{
+    EXPECT_THROW(StoredFlowCharacter({.control = true, .text = ""}), std::out_of_range);
+}
+
+TEST(FlowCharacter, LimitsAreOneByte)
+{
+    EXPECT_EQ(ReadFlowCharacter("255"), (FlowCharacter{.control = false, .text = "ÿ"}));
+    EXPECT_EQ(ReadFlowCharacter("255.5"), std::nullopt);
+    EXPECT_EQ(ReadFlowCharacter("-63"), (FlowCharacter{.control = true, .text = "\x01"}));
+    EXPECT_EQ(ReadFlowCharacter("-63.6"), std::nullopt);
+}
+
+TEST(DialNumber, CountsCharactersAndNotBytes)
+{
+    EXPECT_EQ(ReadDialNumber("èèDT5"), (DialNumber{.tone = true, .number = "5"}));
+    EXPECT_EQ(ReadDialNumber("ATDPè€"), (DialNumber{.tone = false, .number = "è€"}));
+}
+
+TEST(AtPrefix, IsNotSeenInOtherAlphabets)
+{
+    EXPECT_EQ(WithAtPrefix("ÀT"), "ATÀT");
+}
+
+TEST(Alert, WithoutALimitIsStoredEmpty)
+{
+    EXPECT_EQ(StoredAlert({.on = true, .limit = std::nullopt}), "");
+    EXPECT_EQ(StoredAlert({.on = false, .limit = std::nullopt}), "0");
+}
+
+TEST(Alert, IsOffWhenTheNumberRoundsToMinusOne)
+{
+    EXPECT_EQ(ReadAlert("-0.6"), (Alert{.on = false, .limit = std::nullopt}));
+    EXPECT_EQ(ReadAlert("-1.6"), (Alert{.on = true, .limit = "-1.6"}));
+}
+
+} // namespace
+
+} // namespace corvrec

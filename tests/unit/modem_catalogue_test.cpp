@@ -1,0 +1,163 @@
+#include "config/modem_catalogue.h"
+#include "tests/support/settings_file.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace corvrec
+{
+
+namespace
+{
+
+using namespace std::string_literals;
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+// A directory with a modem.dat of these bytes.
+class Catalogue : public testing::Test
+{
+protected:
+    [[nodiscard]] std::filesystem::path Path() const { return settings_.Directory() / "modem.dat"; }
+
+    void Write(const std::string& bytes) const
+    {
+        std::ofstream file(Path(), std::ios::binary);
+        file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    }
+
+    [[nodiscard]] Pairs Read() const
+    {
+        const ModemCatalogue catalogue(Path());
+        Pairs pairs;
+        for (const ModemModel& model : catalogue.Models())
+            pairs.emplace_back(model.name, model.initString);
+        return pairs;
+    }
+
+    [[nodiscard]] Pairs ReadBytes(const std::string& bytes) const
+    {
+        Write(bytes);
+        return Read();
+    }
+
+private:
+    SettingsFile settings_; // for its directory
+};
+
+TEST_F(Catalogue, FifteenLinesGiveFifteenModelsInFileOrder)
+{
+    std::string bytes;
+    Pairs expected;
+    for (int i = 0; i < 15; ++i) {
+        const std::string number = std::to_string(100 - i);
+        bytes.append("Modem ").append(number).append("=S0=").append(number).append("\r\n");
+        expected.emplace_back("Modem " + number, "S0=" + number);
+    }
+
+    EXPECT_EQ(ReadBytes(bytes), expected);
+}
+
+TEST_F(Catalogue, AMissingFileGivesNoModel)
+{
+    EXPECT_EQ(Read(), Pairs());
+}
+
+TEST_F(Catalogue, AnEmptyFileGivesNoModel)
+{
+    EXPECT_EQ(ReadBytes(""), Pairs());
+}
+
+TEST_F(Catalogue, LinesEndWithCrLfOrLfOrCr)
+{
+    const Pairs both{{"A", "1"}, {"B", "2"}};
+
+    EXPECT_EQ(ReadBytes("A=1\r\nB=2\r\n"), both);
+    EXPECT_EQ(ReadBytes("A=1\nB=2\n"), both);
+    EXPECT_EQ(ReadBytes("A=1\rB=2\r"), both);
+    EXPECT_EQ(ReadBytes("A=1\r\nB=2"), both);
+    EXPECT_EQ(ReadBytes("A=1\nB=2\r"), both);
+}
+
+TEST_F(Catalogue, ABlankLineIsAModelWithoutNameAndString)
+{
+    EXPECT_EQ(ReadBytes("A=1\r\n\r\nB=2\r\n"), (Pairs{{"A", "1"}, {"", ""}, {"B", "2"}}));
+    EXPECT_EQ(ReadBytes("\n"), (Pairs{{"", ""}}));
+    EXPECT_EQ(ReadBytes("A=1\n\rB=2"), (Pairs{{"A", "1"}, {"", ""}, {"B", "2"}}));
+}
+
+TEST_F(Catalogue, ALineWithoutEqualsIsAllString)
+{
+    EXPECT_EQ(ReadBytes("ATZ\r\nB=2\r\n"), (Pairs{{"", "ATZ"}, {"B", "2"}}));
+}
+
+TEST_F(Catalogue, OnlyTheFirstEqualsDivides)
+{
+    EXPECT_EQ(ReadBytes("Modello X=ATZ=1\r\n"), (Pairs{{"Modello X", "ATZ=1"}}));
+}
+
+TEST_F(Catalogue, NothingIsTrimmed)
+{
+    EXPECT_EQ(ReadBytes(" A =\t1 \r\n"), (Pairs{{" A ", "\t1 "}}));
+}
+
+TEST_F(Catalogue, ANulIsACharacterOfItsLine)
+{
+    EXPECT_EQ(ReadBytes("A\0B=1\0\r\nC=2"s), (Pairs{{"A\0B"s, "1\0"s}, {"C", "2"}}));
+}
+
+TEST_F(Catalogue, TheFileIsInTheCodePage)
+{
+    EXPECT_EQ(ReadBytes("Velocit\xE0 \x80=AT\xE8\r\n"), (Pairs{{"Velocità €", "ATè"}}));
+}
+
+TEST_F(Catalogue, ThereIsNoLimitOnTheNumberOfLines)
+{
+    std::string bytes;
+    for (int i = 0; i < 10000; ++i)
+        bytes += "Modem=" + std::to_string(i) + "\r\n";
+
+    const Pairs pairs = ReadBytes(bytes);
+
+    ASSERT_EQ(pairs.size(), 10000U);
+    EXPECT_EQ(pairs[12].second, "12");
+    EXPECT_EQ(pairs[9999].second, "9999");
+}
+
+TEST_F(Catalogue, ALineMayBeLongerThanOneReadOfTheFile)
+{
+    const std::string command(200'000, 'x');
+
+    EXPECT_EQ(ReadBytes("A=" + command + "\r\nB=2"), (Pairs{{"A", command}, {"B", "2"}}));
+}
+
+TEST_F(Catalogue, ALineEndMayLieAcrossTwoReadsOfTheFile)
+{
+    for (std::size_t length = 65534; length <= 65537; ++length) {
+        SCOPED_TRACE(length);
+        const std::string line(length, 'x');
+
+        EXPECT_EQ(ReadBytes(line + "\r\nB=2"), (Pairs{{"", line}, {"B", "2"}}));
+    }
+}
+
+TEST_F(Catalogue, ADirectoryInItsPlaceGivesNoModel)
+{
+    std::filesystem::create_directory(Path());
+
+    EXPECT_EQ(Read(), Pairs());
+}
+
+TEST_F(Catalogue, APathThroughAFileGivesNoModel)
+{
+    Write("A=1\r\n");
+
+    EXPECT_TRUE(ModemCatalogue(Path() / "modem.dat").Models().empty());
+}
+
+} // namespace
+
+} // namespace corvrec

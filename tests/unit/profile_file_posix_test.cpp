@@ -1,0 +1,691 @@
+#include "tests/support/probed_calls.h"
+#include "tests/support/settings_file.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <initializer_list>
+#include <memory>
+#include <numeric>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <vector>
+
+namespace corvrec
+{
+
+namespace
+{
+
+using testing::ElementsAre;
+
+// A file of a few pages: "[Siti]", some other lines, and sites of 34 keys.
+std::string SampleBytes()
+{
+    std::string bytes = "; settings\r\n[Siti]\r\nMI=Milano\r\n\r\n[General]\r\nCom=COM1\r\n";
+    for (const std::string site : {"AA", "BB", "CC", "DD", "EE", "FF", "GG", "HH"}) {
+        bytes += "[" + site + "]\r\n";
+        for (int key = 0; key < 34; ++key)
+            bytes += "Chiave" + std::to_string(key) + "=" + site + " value\r\n";
+    }
+    return bytes + "[MI]\r\nOgni= 3600\r\nOra=08:00";
+}
+
+struct stat StatusOf(const std::filesystem::path& path)
+{
+    struct stat status {
+    };
+    EXPECT_EQ(::stat(path.c_str(), &status), 0);
+    return status;
+}
+
+// Until a change of a file beside it gets another time than this one has. A matter of milliseconds.
+void AwaitNextTick(const SettingsFile& file)
+{
+    const timespec time = StatusOf(file.Path()).st_ctim;
+    const auto beside = file.Directory() / "tick";
+    for (;;) {
+        std::ofstream(beside) << "x";
+        const timespec now = StatusOf(beside).st_ctim;
+        if (now.tv_sec != time.tv_sec || now.tv_nsec != time.tv_nsec)
+            break;
+    }
+    std::filesystem::remove(beside);
+}
+
+// A settings file that is opened over probed calls.
+class Probed
+{
+public:
+    explicit Probed(std::optional<std::string_view> bytes = std::nullopt)
+        : file(bytes)
+        , profile(OpenProfileFile(file.Path(), calls))
+    {
+    }
+
+    // As the last snapshot that is old enough to be trusted.
+    void Trust()
+    {
+        calls.SetClockAhead(10);
+        profile->Read("General", "Com", "", 100);
+        calls.ForgetMade();
+    }
+
+    ProbedCalls calls;
+    SettingsFile file;
+    std::unique_ptr<ProfileFile> profile;
+};
+
+TEST(ProfileFileCost, AReadOfATrustedSnapshotIsOneStat)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+
+    EXPECT_EQ(probed.profile->Read("DD", "Chiave33", "none", 100), "DD value");
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat"));
+}
+
+TEST(ProfileFileCost, AListOfATrustedSnapshotIsOneStat)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+
+    EXPECT_EQ(probed.profile->Keys("General", "none", 500), std::string("Com\0", 4));
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat"));
+}
+
+TEST(ProfileFileCost, AReadOfAYoungFileComparesItsBytes)
+{
+    Probed probed(SampleBytes());
+    probed.profile->Read("General", "Com", "", 100);
+    probed.calls.ForgetMade();
+
+    EXPECT_EQ(probed.profile->Read("DD", "Chiave33", "none", 100), "DD value");
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
+}
+
+// Somebody else may have written in the same tick.
+TEST(ProfileFileCost, AReadBehindAWriteComparesItsBytes)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM2"));
+    probed.calls.ForgetMade();
+
+    EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), "COM2");
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "fstatfs", "close"));
+}
+
+TEST(ProfileFileCost, AFileThatHasAgedIsComparedOnce)
+{
+    Probed probed(SampleBytes());
+    probed.profile->Read("General", "Com", "", 100);
+    probed.calls.ForgetMade();
+    probed.calls.SetClockAhead(10);
+
+    probed.profile->Read("General", "Com", "", 100);
+    probed.profile->Read("General", "Com", "", 100);
+
+    EXPECT_THAT(probed.calls.Made(),
+                ElementsAre("stat", "open", "pread", "fstat", "fstatfs", "close", "stat"));
+}
+
+TEST(ProfileFileCost, AFileOfAnotherMachineIsComparedEachTime)
+{
+    constexpr std::uint32_t nfs = 0x6969;
+    Probed probed(SampleBytes());
+    probed.calls.SetFileSystemType(nfs);
+    probed.Trust();
+
+    probed.profile->Read("General", "Com", "", 100);
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
+}
+
+TEST(ProfileFileCost, AnEqualValueIsNotWritten)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+    const struct stat before = StatusOf(probed.file.Path());
+
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM1"));
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fstat", "pread", "close"));
+    EXPECT_EQ(StatusOf(probed.file.Path()).st_mtim.tv_nsec, before.st_mtim.tv_nsec);
+}
+
+// After an equal value was "written" the snapshot is as good as it was.
+TEST(ProfileFileCost, AnEqualValueLeavesTheTrust)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM1"));
+    probed.calls.ForgetMade();
+
+    probed.profile->Read("General", "Com", "", 100);
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat"));
+}
+
+TEST(ProfileFileCost, AValueOfTheSameLengthIsOneWrite)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM2"));
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fstat", "pread", "pwrite", "fstat", "close"));
+}
+
+TEST(ProfileFileCost, ANewLineAtTheEndIsOneWrite)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+
+    EXPECT_TRUE(probed.profile->Write("NA", "Ogni", std::string(9000, '1')));
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fstat", "pread", "pwrite", "fstat", "close"));
+}
+
+TEST(ProfileFileCost, AChangeThatMovesPagesReservesFirst)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM10"));
+
+    EXPECT_THAT(probed.calls.Made(),
+                ElementsAre("open", "fstat", "pread", "fallocate", "pwrite", "fstat", "close"));
+}
+
+TEST(ProfileFileCost, AChangeInsideOnePageReservesNothing)
+{
+    Probed probed("[General]\r\nCom=COM1\r\n[Siti]\r\n");
+    probed.Trust();
+
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM10"));
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fstat", "pread", "pwrite", "fstat", "close"));
+}
+
+TEST(ProfileFileCost, AShorterFileIsCutAfterTheWrite)
+{
+    Probed probed(SampleBytes());
+    probed.Trust();
+
+    EXPECT_TRUE(probed.profile->DeleteSection("CC"));
+
+    EXPECT_THAT(probed.calls.Made(),
+                ElementsAre("open", "fstat", "pread", "pwrite", "ftruncate", "fstat", "close"));
+}
+
+TEST(ProfileFileCost, FlushSyncsTheDataOnceAndTheDirectoryOfANewFile)
+{
+    Probed probed;
+    probed.profile->Flush();
+    EXPECT_THAT(probed.calls.Made(), ElementsAre());
+    EXPECT_TRUE(probed.profile->Write("Siti", "MI", "Milano"));
+    probed.calls.ForgetMade();
+
+    probed.profile->Flush();
+    probed.profile->Flush();
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fdatasync", "open", "fsync", "close", "close"));
+
+    EXPECT_TRUE(probed.profile->Write("Siti", "NA", "Napoli"));
+    probed.calls.ForgetMade();
+    probed.profile->Flush();
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fdatasync", "close"));
+}
+
+// One change of each way to write, and calls that it makes.
+struct Scenario {
+    std::string_view name;
+    std::optional<std::string> before;
+    bool (*change)(ProfileFile&);
+    std::string_view refused; // a call that answers EOPNOTSUPP, or none
+};
+
+// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name
+void PrintTo(const Scenario& scenario, std::ostream* out)
+{
+    *out << scenario.name;
+}
+
+std::vector<Scenario> Scenarios()
+{
+    const auto appends = [](ProfileFile& file) { return file.Write("NA", "Ogni", "1"); };
+    const auto appendsPages = [](ProfileFile& file) {
+        return file.Write("NA", "Ogni", std::string(9000, '1'));
+    };
+    const auto replaces = [](ProfileFile& file) { return file.Write("General", "Com", "COM2"); };
+    const auto grows = [](ProfileFile& file) { return file.Write("General", "Com", "COM10"); };
+    const auto growsByPages = [](ProfileFile& file) {
+        return file.Write("AA", "Nuova", std::string(5000, 'x'));
+    };
+    const auto shrinks = [](ProfileFile& file) { return file.Write("General", "Com", ""); };
+    const auto erases = [](ProfileFile& file) { return file.DeleteKey("AA", "Chiave7"); };
+    const auto erasesSection = [](ProfileFile& file) { return file.DeleteSection("BB"); };
+    const auto erasesLast = [](ProfileFile& file) { return file.DeleteSection("MI"); };
+    const std::string page = "[General]\r\nCom=COM1\r\n[AA]\r\nOgni=1\r\n";
+    const std::string wide = std::string("\xFF\xFE[\0A\0A\0]\0\n\0k\0=\0001\0\n\0l\0=\0002\0\n\0", 28);
+    return {
+        {"appends", SampleBytes(), appends, ""},
+        {"appendsPages", SampleBytes(), appendsPages, ""},
+        {"replaces", SampleBytes(), replaces, ""},
+        {"growsInsideAPage", page, grows, ""},
+        {"growsAcrossPages", SampleBytes(), grows, ""},
+        {"growsByPages", SampleBytes(), growsByPages, ""},
+        {"growsWithoutReserving", SampleBytes(), grows, "fallocate"},
+        {"growsByPagesWithoutReserving", SampleBytes(), growsByPages, "fallocate"},
+        {"shrinks", SampleBytes(), shrinks, ""},
+        {"erases", SampleBytes(), erases, ""},
+        {"erasesSection", SampleBytes(), erasesSection, ""},
+        {"erasesLast", SampleBytes(), erasesLast, ""},
+        {"creates", std::nullopt, appends, ""},
+        {"createsEmpty", std::nullopt, erases, ""},
+        {"growsUtf16", wide, appends, ""},
+        {"erasesUtf16", wide, [](ProfileFile& file) { return file.DeleteKey("AA", "k"); }, ""},
+    };
+}
+
+// Every number with every other one.
+std::vector<std::pair<std::size_t, int>> Combined(const std::vector<std::size_t>& numbers,
+                                                  std::initializer_list<int> others)
+{
+    std::vector<std::pair<std::size_t, int>> pairs;
+    for (const std::size_t number : numbers) {
+        for (const int other : others)
+            pairs.emplace_back(number, other);
+    }
+    return pairs;
+}
+
+std::vector<std::size_t> NumbersOf(const std::vector<std::string>& made)
+{
+    std::vector<std::size_t> numbers(made.size());
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return numbers;
+}
+
+// The numbers of the calls that have one of the names.
+std::vector<std::size_t> NumbersOf(const std::vector<std::string>& made, std::string_view name,
+                                   std::string_view orName = "")
+{
+    std::vector<std::size_t> numbers = NumbersOf(made);
+    std::erase_if(numbers,
+                  [&](std::size_t number) { return made[number] != name && made[number] != orName; });
+    return numbers;
+}
+
+// The object must tell what is in the file, not what it meant to write.
+void ExpectTruth(Probed& probed)
+{
+    const auto fresh = OpenProfileFile(probed.file.Path());
+    for (const auto& [section, key] : {std::pair("General", "Com"),
+                                       {"AA", "Nuova"},
+                                       {"BB", "Chiave1"},
+                                       {"NA", "Ogni"},
+                                       {"MI", "Ora"},
+                                       {"AA", "k"},
+                                       {"HH", "Chiave33"}})
+        EXPECT_EQ(probed.profile->Read(section, key, "none", 20'000),
+                  fresh->Read(section, key, "none", 20'000))
+            << section << " " << key;
+}
+
+// The bytes without what a filler may add at their end.
+std::string MeaningOf(std::string_view bytes)
+{
+    const bool isWide = bytes.starts_with("\xFF\xFE");
+    const std::size_t end =
+        isWide ? bytes.find_last_not_of(std::string_view(" \r\n\0", 4)) : bytes.find_last_not_of(" \r\n");
+    return std::string(bytes.substr(0, end + 1));
+}
+
+class ProfileFileFailure : public testing::TestWithParam<Scenario>
+{
+protected:
+    // The scenario's file, read once so that a snapshot exists, ready for the change.
+    static std::unique_ptr<Probed> Ready()
+    {
+        auto probed = std::make_unique<Probed>(GetParam().before);
+        probed->profile->Read("General", "Com", "", 100);
+        probed->calls.ForgetMade();
+        if (!GetParam().refused.empty())
+            probed->calls.FailAll(std::string(GetParam().refused), EOPNOTSUPP);
+        return probed;
+    }
+
+    static std::string Before() { return GetParam().before.value_or(""); }
+
+    // The new bytes, behind which a failed truncation leaves a filler; or the old ones.
+    void ExpectBytes(Probed& probed, bool isWritten) const
+    {
+        const std::string bytes = probed.file.Bytes();
+        EXPECT_EQ(isWritten ? bytes.substr(0, after_.size()) : bytes, isWritten ? after_ : Before());
+        EXPECT_EQ(MeaningOf(bytes), MeaningOf(isWritten ? after_ : Before()));
+        ExpectTruth(probed);
+    }
+
+    void SetUp() override
+    {
+        const auto probed = Ready();
+        ASSERT_TRUE(GetParam().change(*probed->profile));
+        made_ = probed->calls.Made();
+        after_ = probed->file.Bytes();
+    }
+
+    // The calls of the change and its bytes when nothing fails.
+    std::vector<std::string> made_;
+    std::string after_;
+};
+
+TEST_P(ProfileFileFailure, OfAnyCallLeavesTheOldBytesOrAllOfTheNew)
+{
+    for (const auto& [number, error] : Combined(NumbersOf(made_), {ENOSPC, EIO, EDQUOT, EFBIG, EROFS})) {
+        SCOPED_TRACE(std::to_string(number) + " " + made_[number] + " " + std::to_string(error));
+        const auto probed = Ready();
+        probed->calls.FailAt(number, error);
+
+        const bool isDone = GetParam().change(*probed->profile);
+
+        ExpectBytes(*probed, isDone || made_[number] == "close"); // then it comes too late to undo anything
+    }
+}
+
+TEST_P(ProfileFileFailure, ByASignalIsRepeated)
+{
+    auto numbers = NumbersOf(made_);
+    std::erase_if(numbers, [this](std::size_t number) {
+        return made_[number] == "fstat" ||
+               made_[number] == GetParam().refused; // never interrupted; refused anyway
+    });
+    for (const std::size_t number : numbers) {
+        SCOPED_TRACE(std::to_string(number) + " " + made_[number]);
+        const auto probed = Ready();
+        probed->calls.FailAt(number, EINTR);
+
+        EXPECT_TRUE(GetParam().change(*probed->profile));
+
+        EXPECT_EQ(probed->file.Bytes(), after_);
+        ExpectTruth(*probed);
+    }
+}
+
+TEST_P(ProfileFileFailure, ByAShortTransferIsContinued)
+{
+    for (const auto& [number, bytes] : Combined(NumbersOf(made_, "pread", "pwrite"), {1, 7, 4096})) {
+        SCOPED_TRACE(std::to_string(number) + " " + made_[number] + " " + std::to_string(bytes));
+        const auto probed = Ready();
+        probed->calls.ShortenAt(number, static_cast<std::size_t>(bytes));
+
+        EXPECT_TRUE(GetParam().change(*probed->profile));
+
+        EXPECT_EQ(probed->file.Bytes(), after_);
+        ExpectTruth(*probed);
+    }
+}
+
+TEST_P(ProfileFileFailure, BehindAShortWriteIsUndone)
+{
+    for (const auto& [number, bytes] : Combined(NumbersOf(made_, "pwrite"), {1, 7, 4096})) {
+        SCOPED_TRACE(std::to_string(number) + " " + std::to_string(bytes));
+        const auto probed = Ready();
+        probed->calls.ShortenAt(number, static_cast<std::size_t>(bytes));
+        probed->calls.FailAt(number + 1, ENOSPC);
+
+        // Done when the write was not longer than that: what failed behind it is the truncation or a stat.
+        const bool isDone = GetParam().change(*probed->profile);
+
+        ExpectBytes(*probed, isDone);
+    }
+}
+
+TEST_P(ProfileFileFailure, OfAWriteOfNoBytesIsUndone)
+{
+    for (const std::size_t number : NumbersOf(made_, "pwrite")) {
+        const auto probed = Ready();
+        probed->calls.ShortenAt(number, 0);
+
+        EXPECT_FALSE(GetParam().change(*probed->profile));
+
+        EXPECT_EQ(probed->file.Bytes(), Before());
+        ExpectTruth(*probed);
+    }
+}
+
+TEST_P(ProfileFileFailure, OfTheProcessBetweenTwoCallsLeavesTheOldReadingOrTheNew)
+{
+    for (const std::size_t number : NumbersOf(made_)) {
+        SCOPED_TRACE(std::to_string(number) + " " + made_[number]);
+        const auto probed = Ready();
+        probed->calls.FailFrom(number, EIO);
+
+        GetParam().change(*probed->profile);
+
+        EXPECT_THAT(MeaningOf(probed->file.Bytes()), testing::AnyOf(MeaningOf(Before()), MeaningOf(after_)));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ProfileFileFailure, testing::ValuesIn(Scenarios()),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(ProfileFileFailures, AFailedReadGivesTheFallbackAndTheNextOneTheValue)
+{
+    for (std::size_t number = 0; number < 5; ++number) {
+        Probed probed(SampleBytes());
+        probed.calls.FailAt(number, EIO);
+
+        // The last call is close, and by then all has been read.
+        EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), number < 4 ? "none" : "COM1");
+        EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), "COM1");
+    }
+}
+
+TEST(ProfileFileFailures, AFailedCloseIsAFailedWrite)
+{
+    Probed probed(SampleBytes());
+    probed.calls.FailAll("close", EDQUOT);
+
+    EXPECT_FALSE(probed.profile->Write("General", "Com", "COM2"));
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM2")); // it stands there: nothing is written
+}
+
+TEST(ProfileFileFailures, AFailedTruncationIsASuccessWithFiller)
+{
+    Probed probed("[General]\r\nCom=COM1\r\nLog=x\r\n");
+    probed.calls.FailAll("ftruncate", EIO);
+
+    EXPECT_TRUE(probed.profile->Write("General", "Com", ""));
+
+    EXPECT_EQ(probed.file.Bytes(), "[General]\r\nCom=\r\nLog=x\r\n  \r\n");
+    EXPECT_EQ(probed.profile->Read("General", "Log", "none", 100), "x");
+}
+
+TEST(ProfileFileFailures, AReservationRefusedForWantOfRoomWritesNothing)
+{
+    for (const int error : {ENOSPC, EDQUOT, EFBIG, EIO}) {
+        Probed probed(SampleBytes());
+        probed.calls.FailAll("fallocate", error);
+
+        EXPECT_FALSE(probed.profile->Write("General", "Com", "COM10"));
+
+        EXPECT_EQ(std::ranges::count(probed.calls.Made(), "pwrite"), 0);
+    }
+}
+
+TEST(ProfileFileFailures, AReservationThatIsUnknownIsReplacedByFiller)
+{
+    for (const int error : {EOPNOTSUPP, ENOSYS, EINVAL}) {
+        Probed probed(SampleBytes());
+        probed.calls.FailAll("fallocate", error);
+        probed.calls.FailFrom(5, EIO); // behind open, fstat, pread, fallocate and the filler's pwrite
+
+        EXPECT_FALSE(probed.profile->Write("General", "Com", "COM1234567"));
+
+        EXPECT_EQ(probed.file.Bytes(), SampleBytes() + "    \r\n");
+    }
+}
+
+TEST(ProfileFileFailures, AFileSizeLimitIsAnErrorLikeAnyOther)
+{
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit oldLimit{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &oldLimit), 0);
+    Probed probed(SampleBytes());
+    rlimit limit = oldLimit;
+    limit.rlim_cur = SampleBytes().size() + 5;
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+
+    const bool isAppended = probed.profile->Write("NA", "Ogni", "1");
+    const bool isMoved = probed.profile->Write("General", "Com", "COM1234567");
+
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &oldLimit), 0);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_FALSE(isAppended);
+    EXPECT_FALSE(isMoved);
+    EXPECT_EQ(probed.file.Bytes(), SampleBytes());
+}
+
+TEST(ProfileFileOnDisk, ALinkStaysALink)
+{
+    SettingsFile target("[A]\r\nk=1\r\n");
+    SettingsFile link;
+    std::filesystem::create_symlink(target.Path(), link.Path());
+
+    EXPECT_TRUE(link->Write("A", "k", "2"));
+
+    EXPECT_TRUE(std::filesystem::is_symlink(link.Path()));
+    EXPECT_EQ(target.Bytes(), "[A]\r\nk=2\r\n");
+    EXPECT_EQ(link->Read("A", "k", "none", 100), "2");
+}
+
+TEST(ProfileFileOnDisk, ALinkToNothingCreatesItsTarget)
+{
+    SettingsFile target;
+    SettingsFile link;
+    std::filesystem::create_symlink(target.Path(), link.Path());
+
+    EXPECT_TRUE(link->Write("A", "k", "1"));
+    link->Flush();
+
+    EXPECT_TRUE(std::filesystem::is_symlink(link.Path()));
+    EXPECT_EQ(target.Bytes(), "[A]\r\nk=1\r\n");
+}
+
+TEST(ProfileFileOnDisk, ANewFileHasTheModeThatTheUmaskLeaves)
+{
+    SettingsFile file;
+    const mode_t oldMask = ::umask(027);
+
+    EXPECT_TRUE(file->Write("A", "k", "1"));
+
+    ::umask(oldMask);
+    EXPECT_EQ(StatusOf(file.Path()).st_mode & 07777U, 0640U);
+}
+
+TEST(ProfileFileOnDisk, AFifoIsNeitherReadNorWrittenNorWaitedFor)
+{
+    SettingsFile file;
+    ASSERT_EQ(::mkfifo(file.Path().c_str(), 0600), 0);
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "none");
+    EXPECT_FALSE(file->Write("A", "k", "1"));
+    EXPECT_FALSE(file->DeleteSection("A"));
+}
+
+TEST(ProfileFileOnDisk, AFileReplacedByADirectoryReadsAsMissing)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "1");
+    file.Remove();
+    std::filesystem::create_directory(file.Path());
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "none");
+    EXPECT_FALSE(file->Write("A", "k", "2"));
+}
+
+TEST(ProfileFileOnDisk, AnOldTimeSetBackIsSeenThroughTheTimeOfChange)
+{
+    Probed probed("[General]\r\nCom=COM1\r\n");
+    const struct stat before = StatusOf(probed.file.Path());
+    probed.Trust();
+    AwaitNextTick(probed.file);
+    probed.file.Rewrite("[General]\r\nCom=COM2\r\n");
+    const std::array times = {before.st_atim, before.st_mtim};
+    ASSERT_EQ(::utimensat(AT_FDCWD, probed.file.Path().c_str(), times.data(), 0), 0);
+
+    EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), "COM2");
+}
+
+TEST(ProfileFileOnDisk, AFileThatChangesWhileItIsReadIsReadAgain)
+{
+    Probed probed("[General]\r\nCom=COM1\r\n");
+    probed.calls.RewriteAt(3, probed.file.Path(), "[General]\r\nCom=COM10\r\n"); // between pread and fstat
+
+    EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), "COM10");
+    EXPECT_THAT(probed.calls.Made(),
+                ElementsAre("stat", "open", "pread", "fstat", "pread", "fstat", "close"));
+}
+
+TEST(ProfileFileOnDisk, AFileThatNeverRestsIsUsedAsLastSeenAndNotTrusted)
+{
+    Probed probed("[General]\r\nCom=1\r\n");
+    probed.calls.SetClockAhead(10);
+    probed.calls.RewriteAt(3, probed.file.Path(), "[General]\r\nCom=22\r\n");
+    probed.calls.RewriteAt(5, probed.file.Path(), "[General]\r\nCom=333\r\n");
+    probed.calls.RewriteAt(7, probed.file.Path(), "[General]\r\nCom=4444\r\n");
+
+    EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), "333");
+    EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), "4444");
+}
+
+TEST(ProfileFileOnDisk, AFileThatGrowsWhileItIsReadIsReadToItsEnd)
+{
+    const std::string longer = SampleBytes() + SampleBytes() + "\r\n[NA]\r\nOgni=1\r\n";
+    Probed probed("[General]\r\nCom=COM1\r\n");
+    probed.calls.RewriteAt(2, probed.file.Path(), longer); // between open and pread
+
+    EXPECT_EQ(probed.profile->Read("NA", "Ogni", "none", 100), "1");
+}
+
+TEST(ProfileFileOnDisk, AFileBeyond64MiBIsNeitherReadNorWritten)
+{
+    constexpr std::uintmax_t limit = 64U << 20;
+    SettingsFile file("[A]\r\nk=1\r\n");
+    std::filesystem::resize_file(file.Path(), limit + 1);
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "none");
+    EXPECT_FALSE(file->Write("A", "k", "2"));
+    EXPECT_FALSE(file->DeleteKey("A", "k"));
+    EXPECT_EQ(std::filesystem::file_size(file.Path()), limit + 1);
+}
+
+TEST(ProfileFileOnDisk, AFileOf64MiBIsReadButDoesNotGrow)
+{
+    constexpr std::uintmax_t limit = 64U << 20;
+    constexpr std::string_view end = "\n[A]\r\nk=1\r\n";
+    SettingsFile file("");
+    std::filesystem::resize_file(file.Path(), limit - end.size());
+    std::ofstream(file.Path(), std::ios::binary | std::ios::app) << end;
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "1");
+    EXPECT_FALSE(file->Write("A", "l", "2"));
+    EXPECT_EQ(std::filesystem::file_size(file.Path()), limit);
+    EXPECT_TRUE(file->Write("A", "k", "2"));
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "2");
+}
+
+} // namespace
+
+} // namespace corvrec

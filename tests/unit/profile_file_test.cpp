@@ -1,0 +1,181 @@
+#include "config/profile_file.h"
+#include "tests/support/settings_file.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// "[S0]" to the last site, with as many keys each: "K0=S0 0", "K1=S0 1" ...
+std::string ManySites(std::size_t sites, std::size_t keys)
+{
+    std::string bytes;
+    for (std::size_t site = 0; site < sites; ++site) {
+        bytes += "[S" + std::to_string(site) + "]\r\n";
+        for (std::size_t key = 0; key < keys; ++key)
+            bytes +=
+                "K" + std::to_string(key) + "=" + std::to_string(site) + " " + std::to_string(key) + "\r\n";
+    }
+    return bytes;
+}
+
+TEST(ProfileFile, AMissingFileReadsAsTheFallback)
+{
+    SettingsFile file;
+
+    EXPECT_EQ(file->Read("MI", "Ogni", "-CaVacca-", 100), "-CaVacca-");
+    EXPECT_EQ(file->Keys("MI", "-CaVacca-", 100), "-CaVacca-");
+    EXPECT_FALSE(file.Exists());
+}
+
+TEST(ProfileFile, TheFirstWriteCreatesTheFile)
+{
+    SettingsFile file;
+
+    EXPECT_TRUE(file->Write("Siti", "MI", "Milano"));
+
+    EXPECT_EQ(file.Bytes(), "[Siti]\r\nMI=Milano\r\n");
+}
+
+TEST(ProfileFile, NoOtherFileIsLeftInTheDirectory)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+
+    file->Write("A", "k", std::string(10'000, 'x'));
+    file->DeleteSection("A");
+    file->Flush();
+
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(file.Directory()), {}), 1);
+}
+
+TEST(ProfileFile, AChangeByAnotherProgramIsSeenByTheVeryNextCall)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+    for (int i = 0; i < 200; ++i) {
+        const std::string value = std::to_string(100 + i); // the same size, mostly within the same tick
+        file.Rewrite("[A]\r\nk=" + value + "\r\n");
+        ASSERT_EQ(file->Read("A", "k", "none", 100), value);
+    }
+}
+
+TEST(ProfileFile, AWriteKeepsWhatAnotherProgramWroteMeanwhile)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+    file->Read("A", "k", "none", 100);
+    file.Rewrite("[A]\r\nk=2\r\n[B]\r\nl=3\r\n");
+
+    EXPECT_TRUE(file->Write("A", "m", "4"));
+
+    EXPECT_EQ(file.Bytes(), "[A]\r\nk=2\r\nm=4\r\n[B]\r\nl=3\r\n");
+}
+
+TEST(ProfileFile, TwoObjectsOnOneFileSeeEachOther)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+    const auto other = OpenProfileFile(file.Path());
+    for (int i = 0; i < 50; ++i) {
+        const std::string value = std::to_string(10 + i);
+        ASSERT_TRUE((i % 2 == 0 ? *file : *other).Write("A", "k", value));
+        ASSERT_EQ((i % 2 == 0 ? *other : *file).Read("A", "k", "none", 100), value);
+    }
+}
+
+TEST(ProfileFile, AFileThatVanishesIsCreatedAnew)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "1");
+    file.Remove();
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "none");
+    EXPECT_TRUE(file->Write("A", "l", "2"));
+
+    EXPECT_EQ(file.Bytes(), "[A]\r\nl=2\r\n");
+}
+
+TEST(ProfileFile, ATruncatedFileIsEmpty)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "1");
+    std::filesystem::resize_file(file.Path(), 0);
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "none");
+}
+
+TEST(ProfileFile, AFileReplacedByRenameIsReadAnew)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "1");
+    SettingsFile other("[A]\r\nk=2\r\n");
+    std::filesystem::last_write_time(other.Path(), std::filesystem::last_write_time(file.Path()));
+    std::filesystem::rename(other.Path(), file.Path());
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "2");
+}
+
+TEST(ProfileFile, AParameterEndsAtItsFirstNul)
+{
+    using namespace std::string_literals;
+    SettingsFile file;
+
+    EXPECT_TRUE(file->Write("A\0x"s, "k\0y"s, "1\0z"s));
+
+    EXPECT_EQ(file.Bytes(), "[A]\r\nk=1\r\n");
+}
+
+TEST(ProfileFile, ALineMovesAcrossManyPagesAndBack)
+{
+    const std::string before = "[A]\r\nk=1\r\n" + ManySites(200, 34);
+    SettingsFile file(before);
+
+    EXPECT_TRUE(file->Write("A", "k", std::string(9000, 'x')));
+    EXPECT_EQ(file.Bytes(), "[A]\r\nk=" + std::string(9000, 'x') + "\r\n" + ManySites(200, 34));
+    EXPECT_TRUE(file->Write("A", "k", "1"));
+    EXPECT_EQ(file.Bytes(), before);
+}
+
+// What the file answers for so many sites and keys, in the form of ManySites.
+std::string AllRead(ProfileFile& file, std::size_t sites, std::size_t keys)
+{
+    std::string read;
+    for (std::size_t site = 0; site < sites; ++site) {
+        const std::string section = "S" + std::to_string(site);
+        read += "[" + section + "]\r\n";
+        for (std::size_t key = 0; key < keys; ++key) {
+            const std::string name = "K" + std::to_string(key);
+            read += name + "=" + file.Read(section, name, "none", 100) + "\r\n";
+        }
+    }
+    return read;
+}
+
+TEST(ProfileFile, EveryKeyOfALongListIsFoundAfterASave)
+{
+    SettingsFile file(ManySites(1000, 3));
+    EXPECT_TRUE(file->DeleteSection("S500"));
+    EXPECT_TRUE(file->Write("S500", "K0", "500 0"));
+    EXPECT_TRUE(file->Write("S500", "K1", "500 1"));
+    EXPECT_TRUE(file->Write("S500", "K2", "500 2"));
+
+    EXPECT_TRUE(file.Bytes().ends_with("[S999]\r\nK0=999 0\r\nK1=999 1\r\nK2=999 2\r\n"
+                                       "[S500]\r\nK0=500 0\r\nK1=500 1\r\nK2=500 2\r\n"));
+    EXPECT_EQ(AllRead(*file, 1000, 3), ManySites(1000, 3));
+}
+
+TEST(SettingsFile, ALineIsTheFirstOfItsKeyInItsSection)
+{
+    const SettingsFile file("[B]\r\nOgni=1\r\n[A]\r\nOgnidi=2\r\nOgni= 62\r\nOgni=3\r\n[A]\r\nOra=4\r\n");
+
+    EXPECT_EQ(file.Line("A", "Ogni"), "Ogni= 62");
+    EXPECT_EQ(file.Line("A", "Ora"), "");
+}
+
+} // namespace
+
+} // namespace corvrec

@@ -1,0 +1,171 @@
+#include "config/profile_file.h"
+#include "tests/support/settings_file.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvrec
+{
+
+namespace
+{
+
+using nlohmann::json;
+
+// The Windows build is tested under Wine, whose profile functions differ from the real ones where wine8 is
+// false.
+constexpr bool kIsUnderWine = std::filesystem::path::preferred_separator == '\\';
+
+// Every character of a text stands for the byte of that number, so it is one byte of UTF-8 or two.
+std::optional<std::string> BytesOf(const json& value)
+{
+    if (value.is_null())
+        return std::nullopt;
+    const auto utf8 = value.get<std::string>();
+    std::string bytes;
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const auto lead = static_cast<unsigned char>(utf8[i]);
+        const bool isPair = lead >= 0x80;
+        bytes += isPair ? static_cast<char>((lead & 0x03) << 6 | (utf8.at(++i) & 0x3F)) : utf8[i];
+    }
+    return bytes;
+}
+
+struct VectorCase {
+    json data;
+    [[nodiscard]] std::string Name() const { return data.at("name"); }
+};
+
+// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name. Shows the name instead of all bytes.
+void PrintTo(const VectorCase& vector, std::ostream* out)
+{
+    *out << vector.Name();
+}
+
+std::vector<VectorCase> VectorsOf(const std::string& file)
+{
+    std::ifstream lines(std::string(CORVREC_TEST_DATA "/profile/") + file + ".jsonl");
+    std::vector<VectorCase> vectors;
+    for (std::string line; std::getline(lines, line);)
+        vectors.push_back({json::parse(line)});
+    return vectors;
+}
+
+std::string TestName(const testing::TestParamInfo<VectorCase>& info)
+{
+    std::string name = info.param.Name();
+    name.erase(0, name.find(": ") + 2);
+    std::ranges::replace_if(
+        name, [](unsigned char character) { return std::isalnum(character) == 0; }, '_');
+    return name;
+}
+
+void PlayRead(ProfileFile& file, const json& operation)
+{
+    const std::string section = BytesOf(operation.at("section")).value();
+    const auto key = BytesOf(operation.at("key"));
+    const std::string fallback = BytesOf(operation.at("default")).value_or("");
+    const std::size_t size = operation.at("size");
+
+    const std::string answer =
+        key ? file.Read(section, *key, fallback, size) : file.Keys(section, fallback, size);
+
+    EXPECT_EQ(answer, BytesOf(operation.at("expect"))) << operation.dump();
+    EXPECT_EQ(answer.size(), operation.at("count")) << operation.dump();
+}
+
+void PlayWrite(ProfileFile& file, const json& operation)
+{
+    const std::string section = BytesOf(operation.at("section")).value();
+    const auto key = BytesOf(operation.at("key"));
+    const auto value = BytesOf(operation.at("value"));
+
+    const bool isDone = !key     ? file.DeleteSection(section)
+                        : !value ? file.DeleteKey(section, *key)
+                                 : file.Write(section, *key, *value);
+
+    EXPECT_EQ(isDone, operation.at("ok")) << operation.dump();
+}
+
+void Play(SettingsFile& directory, ProfileFile& file, const json& operations)
+{
+    for (const json& operation : operations) {
+        const std::string kind = operation.at("op");
+        if (kind == "read") {
+            PlayRead(file, operation);
+        } else if (kind == "write") {
+            PlayWrite(file, operation);
+        } else if (const auto bytes = BytesOf(operation.at("bytes"))) {
+            directory.Rewrite(*bytes);
+        } else {
+            directory.Remove();
+        }
+    }
+}
+
+// The path that the vector is about, made what its fixture says.
+std::filesystem::path PathOf(const SettingsFile& directory, std::string_view fixture)
+{
+    const auto path = directory.Path();
+    if (fixture == "directory") {
+        directory.Remove();
+        std::filesystem::create_directory(path);
+    }
+    if (fixture == "read-only")
+        std::filesystem::permissions(path, std::filesystem::perms(0444));
+    return fixture == "missing-parent" ? directory.Directory() / "missing" / path.filename() : path;
+}
+
+// The superuser may write every file.
+bool IsWritable(const std::filesystem::path& path)
+{
+    return std::ofstream(path, std::ios::in | std::ios::out).is_open();
+}
+
+// Of a path that is no file there is nothing to compare.
+void ExpectBytes(const SettingsFile& directory, std::string_view fixture,
+                 const std::optional<std::string>& bytes)
+{
+    if (!fixture.empty() && fixture != "read-only")
+        return;
+    EXPECT_EQ(directory.Exists(), bytes.has_value());
+    EXPECT_EQ(directory.Bytes(), bytes.value_or(""));
+}
+
+class ProfileVectors : public testing::TestWithParam<VectorCase>
+{
+};
+
+TEST_P(ProfileVectors, GiveTheseAnswersAndTheseBytes)
+{
+    const json& vector = GetParam().data;
+    const std::string fixture = vector.value("fixture", "");
+    SettingsFile directory(BytesOf(vector.at("before")));
+    const auto path = PathOf(directory, fixture);
+    if ((kIsUnderWine && !vector.at("wine8")) || (fixture == "read-only" && IsWritable(path)))
+        GTEST_SKIP() << "Wine differs, or the superuser may write it";
+
+    Play(directory, *OpenProfileFile(path), vector.at("ops"));
+
+    ExpectBytes(directory, fixture, BytesOf(vector.at("after")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Read, ProfileVectors, testing::ValuesIn(VectorsOf("read")), TestName);
+INSTANTIATE_TEST_SUITE_P(List, ProfileVectors, testing::ValuesIn(VectorsOf("list")), TestName);
+INSTANTIATE_TEST_SUITE_P(Write, ProfileVectors, testing::ValuesIn(VectorsOf("write")), TestName);
+INSTANTIATE_TEST_SUITE_P(Delete, ProfileVectors, testing::ValuesIn(VectorsOf("delete")), TestName);
+INSTANTIATE_TEST_SUITE_P(Sequence, ProfileVectors, testing::ValuesIn(VectorsOf("sequence")), TestName);
+
+} // namespace
+
+} // namespace corvrec
