@@ -1,0 +1,103 @@
+#include "tests/support/fake_port.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr int kBufferSize = 1024;
+
+// Bytes that are no printable ASCII as "<0D>".
+std::string Readable(std::string_view bytes)
+{
+    constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+    std::string readable;
+    for (const char c : bytes) {
+        const auto code = static_cast<unsigned char>(c);
+        if (code >= 0x20 && code < 0x7F)
+            readable += c;
+        else
+            readable += {'<', kHexDigits[code / 16U], kHexDigits[code % 16U], '>'};
+    }
+    return readable;
+}
+
+} // namespace
+
+void FakePort::Configure(const LineSettings& line)
+{
+    Note("Configure");
+    line_ = line;
+}
+
+void FakePort::Open()
+{
+    Note("Open");
+    if (refuses_)
+        throw PortError("refused");
+    open_ = true;
+}
+
+void FakePort::Close() noexcept
+{
+    Note("Close");
+    open_ = false;
+}
+
+int FakePort::InBufferCount()
+{
+    MustWork();
+    return poured_ ? kBufferSize : static_cast<int>(received_.size());
+}
+
+std::string FakePort::Input()
+{
+    MustWork();
+    const std::size_t most = inputLen_ == 0 ? kBufferSize : static_cast<std::size_t>(inputLen_);
+    std::string taken = poured_ ? std::string(most, *poured_) : received_.substr(0, most);
+    if (poured_)
+        return taken;
+    received_.erase(0, taken.size());
+    return taken;
+}
+
+void FakePort::Output(std::string_view bytes)
+{
+    MustWork();
+    Note("Output " + Readable(bytes));
+    sent_ += bytes;
+    const auto answer = std::ranges::find(answers_, bytes, &std::pair<std::string, std::string>::first);
+    if (answer == answers_.end())
+        return;
+    Receive(answer->second);
+    answers_.erase(answer);
+}
+
+void FakePort::ClearInput()
+{
+    Note("ClearInput");
+    received_.clear();
+}
+
+void FakePort::ClearOutput()
+{
+    Note("ClearOutput");
+}
+
+void FakePort::Note(std::string_view call)
+{
+    journal_.push_back(std::to_string(clock_.TickMs() - start_) + " " + std::string(call));
+}
+
+void FakePort::MustWork() const
+{
+    if (!open_ || lost_)
+        throw PortError(lost_ ? "lost" : "closed");
+}
+
+} // namespace corvrec

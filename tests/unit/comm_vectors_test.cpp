@@ -1,0 +1,208 @@
+#include "comm/buffer_device.h"
+#include "comm/buffer_status.h"
+#include "comm/line_settings.h"
+#include "comm/modem_session.h"
+#include "config/conversions.h"
+#include "tests/support/serial_line.h"
+#include "tests/support/string_table.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+
+// The lists of tests/data/conversions.json that the device logic serves; README.md beside it tells their
+// fields.
+namespace corvrec
+{
+
+namespace
+{
+
+using Json = nlohmann::json;
+
+const Json& Lists()
+{
+    static const Json lists = Json::parse(std::ifstream(CORVREC_TEST_DATA "/conversions.json"));
+    return lists;
+}
+
+template <class Check>
+void ForEachCase(const char* list, Check check)
+{
+    const Json& cases = Lists().at(list);
+    ASSERT_FALSE(cases.empty());
+    for (const Json& one : cases) {
+        SCOPED_TRACE(one.dump());
+        check(one);
+    }
+}
+
+std::string TextOf(const Json& one, const char* field)
+{
+    return one.at(field).get<std::string>();
+}
+
+// "41 54 0d" as the bytes.
+std::string BytesOf(const Json& one, const char* field)
+{
+    const std::string hex = TextOf(one, field);
+    std::string bytes;
+    for (std::size_t at = 0; at < hex.size(); at += 3)
+        bytes += static_cast<char>(std::stoi(hex.substr(at, 2), nullptr, 16));
+    return bytes;
+}
+
+// "2026-11-21T10:20:30"
+DateTime MomentOf(const Json& one)
+{
+    const std::string iso = TextOf(one, "now");
+    const auto part = [&](std::size_t at, std::size_t width) { return std::stoi(iso.substr(at, width)); };
+    return {.year = part(0, 4),
+            .month = part(5, 2),
+            .day = part(8, 2),
+            .hour = part(11, 2),
+            .minute = part(14, 2),
+            .second = part(17, 2)};
+}
+
+const std::map<std::string, Field BufferStatus::*>& Labels()
+{
+    static const std::map<std::string, Field BufferStatus::*> labels{
+        {"lblMemoria", &BufferStatus::memoria},
+        {"lblCondizione", &BufferStatus::condizione},
+        {"lblRiempimento", &BufferStatus::riempimento},
+        {"lblRipetizioni", &BufferStatus::ripetizioni},
+        {"lblUltimoscarico", &BufferStatus::ultimoscarico},
+        {"lblUltimiDati", &BufferStatus::ultimiDati},
+        {"lblGuasto", &BufferStatus::guasto},
+        {"lblModello", &BufferStatus::modello},
+        {"lblFirmware", &BufferStatus::firmware},
+        {"lblData", &BufferStatus::data},
+        {"lblOra", &BufferStatus::ora},
+        {"lblSelezione", &BufferStatus::selezione},
+        {"lblStampante", &BufferStatus::stampante},
+        {"lblModem", &BufferStatus::modem},
+    };
+    return labels;
+}
+
+void ExpectLabels(const Json& one, const BufferStatus& status, const DateTime& now)
+{
+    EXPECT_EQ(one.at("out").size(), Labels().size());
+    for (const auto& [label, shown] : one.at("out").items())
+        EXPECT_EQ(ShownText(status.*Labels().at(label), now, ExpectedText), shown.get<std::string>())
+            << label;
+}
+
+TEST(CommVectors, CommandLine)
+{
+    ForEachCase("command_line",
+                [](const Json& one) { EXPECT_EQ(CommandLine(TextOf(one, "in")), BytesOf(one, "out_hex")); });
+}
+
+TEST(CommVectors, DialLine)
+{
+    ForEachCase("dial_line", [](const Json& one) {
+        EXPECT_EQ(DialLine(TextOf(one, "number"), one.at("pulse").get<bool>()), BytesOf(one, "out_hex"));
+    });
+}
+
+TEST(CommVectors, SettingsString)
+{
+    ForEachCase("settings_string", [](const Json& one) {
+        const std::string settings = LineSettingsText(TextOf(one, "baud"), one.at("parity_row").get<int>(),
+                                                      TextOf(one, "data"), TextOf(one, "stop"));
+
+        EXPECT_EQ(settings, TextOf(one, "out"));
+    });
+}
+
+TEST(CommVectors, Handshaking)
+{
+    ForEachCase("handshaking", [](const Json& one) {
+        EXPECT_EQ(Handshaking(one.at("local").get<bool>(), one.at("handshake_row").get<int>()),
+                  one.at("out").get<int>());
+    });
+}
+
+TEST(CommVectors, BufferModel)
+{
+    ForEachCase("buffer_model", [](const Json& one) {
+        const BufferModel model = BufferModelOf(one.at("device_row").get<int>());
+
+        EXPECT_EQ(model.number, one.at("out").get<int>());
+        EXPECT_EQ(model.settableClock, one.at("clock_enabled").get<bool>());
+    });
+}
+
+TEST(CommVectors, ClockCommand)
+{
+    ForEachCase("clock_command", [](const Json& one) {
+        SerialLine line;
+
+        ImpostaDataOra(line.port, line.clock, TextOf(one, "time"), TextOf(one, "date"));
+
+        EXPECT_EQ(line.port.Sent(), BytesOf(one, "out_hex"));
+    });
+}
+
+TEST(CommVectors, NowMinusDays)
+{
+    ForEachCase("now_minus_days", [](const Json& one) {
+        EXPECT_EQ(NowMinusDays(MomentOf(one), LeadingNumber(TextOf(one, "field"))), TextOf(one, "out"));
+    });
+}
+
+TEST(CommVectors, Reply30)
+{
+    ForEachCase("reply_30", [](const Json& one) {
+        const std::string reply = BytesOf(one, "hex");
+        ExpectLabels(one, Sx30Status(reply), MomentOf(one));
+    });
+}
+
+TEST(CommVectors, Reply40)
+{
+    ForEachCase("reply_40", [](const Json& one) {
+        const std::string reply = BytesOf(one, "hex");
+        ExpectLabels(one, Sx40Status(reply), MomentOf(one));
+    });
+}
+
+TEST(CommVectors, Reply11)
+{
+    ForEachCase("reply_11", [](const Json& one) {
+        const std::string reply = BytesOf(one, "hex");
+        ExpectLabels(one, Sx11Status(reply), {});
+    });
+}
+
+// Each wait is brought to an end at the case's moment, by a character or by a cancel when its time is not up.
+TEST(CommVectors, WaitResult)
+{
+    ForEachCase("wait_result", [](const Json& one) {
+        const auto elapsed = one.at("elapsed").get<std::int64_t>();
+        const auto timeOutMs = one.at("timeout").get<int>();
+        const bool cancel = one.at("cancel").get<bool>();
+        SerialLine line;
+        line.pump.At(elapsed, [&] {     // a pass that brings the clock there,
+            line.pump.At(elapsed, [&] { // and one that begins there
+                line.cancel.raised = cancel;
+                line.port.Receive("a");
+            });
+        });
+        std::string buffer;
+
+        const Wait result = line.wait.ForCount(timeOutMs, 1, buffer);
+
+        EXPECT_EQ(static_cast<int>(result), one.at("out").get<int>());
+    });
+}
+
+} // namespace
+
+} // namespace corvrec
