@@ -1,0 +1,761 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<!-- The string table, kept by hand: lupdate must not run over it. The contexts only group the ids. -->
+<TS version="2.1" language="it_IT">
+<context>
+    <name>general</name>
+    <message id="2">
+        <source></source>
+        <translation>Annulla</translation>
+    </message>
+    <message id="6">
+        <source></source>
+        <translation>Sì</translation>
+    </message>
+    <message id="7">
+        <source></source>
+        <translation>No</translation>
+    </message>
+    <message id="44">
+        <source></source>
+        <translation>&amp;Chiudi</translation>
+    </message>
+    <message id="50">
+        <source></source>
+        <translation>Errore</translation>
+    </message>
+    <message id="51">
+        <source></source>
+        <translation>Attenzione</translation>
+    </message>
+</context>
+<context>
+    <name>frmModem</name>
+    <message id="501">
+        <source></source>
+        <translation>&amp;Marca e modello del modem:</translation>
+    </message>
+    <message id="502">
+        <source></source>
+        <translation>Collegamento remoto</translation>
+    </message>
+    <message id="503">
+        <source></source>
+        <translation>&amp;Numero da chiamare:</translation>
+    </message>
+    <message id="504">
+        <source></source>
+        <translation>&amp;Tentativi di importazione:</translation>
+    </message>
+    <message id="505">
+        <source></source>
+        <translation>Configurazione modem</translation>
+    </message>
+    <message id="506">
+        <source></source>
+        <translation>Stringa di &amp;inizializzazione:</translation>
+    </message>
+    <message id="507">
+        <source></source>
+        <translation>Stringa di &amp;reset:</translation>
+    </message>
+    <message id="508">
+        <source></source>
+        <translation>Tipo di selezione</translation>
+    </message>
+    <message id="509">
+        <source></source>
+        <translation>A t&amp;oni</translation>
+    </message>
+    <message id="510">
+        <source></source>
+        <translation>A im&amp;pulsi</translation>
+    </message>
+</context>
+<context>
+    <name>frmConnessione</name>
+    <message id="601">
+        <source></source>
+        <translation>Connessione modem</translation>
+    </message>
+    <message id="602">
+        <source></source>
+        <translation>Stato:</translation>
+    </message>
+</context>
+<context>
+    <name>frmDettaglio</name>
+    <message id="701">
+        <source></source>
+        <translation>Corvane Recorder - Configurazione</translation>
+    </message>
+    <message id="702">
+        <source></source>
+        <translation>&amp;Nome del sito</translation>
+    </message>
+    <message id="703">
+        <source></source>
+        <translation>&amp;Codice</translation>
+    </message>
+    <message id="704">
+        <source></source>
+        <translation>Sito &amp;abilitato</translation>
+    </message>
+    <message id="705">
+        <source></source>
+        <translation>Connessione|Acquisizione|File</translation>
+    </message>
+    <message id="706">
+        <source></source>
+        <translation>Dispositi&amp;vo:</translation>
+    </message>
+    <message id="707">
+        <source></source>
+        <translation>Tipo di collegamento</translation>
+    </message>
+    <message id="708">
+        <source></source>
+        <translation>Collegamento &amp;locale</translation>
+    </message>
+    <message id="709">
+        <source></source>
+        <translation>Collegamento &amp;remoto</translation>
+    </message>
+    <message id="710">
+        <source></source>
+        <translation>&amp;Modem...</translation>
+    </message>
+    <message id="711">
+        <source></source>
+        <translation>Handshake</translation>
+    </message>
+    <message id="712">
+        <source></source>
+        <translation>&amp;Tipo:</translation>
+    </message>
+    <message id="713">
+        <source></source>
+        <translation>Stato &amp;Buffer...</translation>
+    </message>
+    <message id="714">
+        <source></source>
+        <translation>Parametri di connessione</translation>
+    </message>
+    <message id="715">
+        <source></source>
+        <translation>V&amp;elocità:</translation>
+    </message>
+    <message id="716">
+        <source></source>
+        <translation>Bit di &amp;dati:</translation>
+    </message>
+    <message id="717">
+        <source></source>
+        <translation>&amp;Parità:</translation>
+    </message>
+    <message id="718">
+        <source></source>
+        <translation>Bit di &amp;stop:</translation>
+    </message>
+    <message id="719">
+        <source></source>
+        <translation>&amp;Ricorrenza:</translation>
+    </message>
+    <message id="720">
+        <source></source>
+        <translation>Parametri</translation>
+    </message>
+    <message id="721">
+        <source></source>
+        <translation>Nessuno</translation>
+    </message>
+    <message id="722">
+        <source></source>
+        <translation>Acquisisci &amp;ogni</translation>
+    </message>
+    <message id="723">
+        <source></source>
+        <translation>ora/e</translation>
+    </message>
+    <message id="724">
+        <source></source>
+        <translation>A&amp;vanzate...</translation>
+    </message>
+    <message id="725">
+        <source></source>
+        <translation>File &amp;dati:</translation>
+    </message>
+    <message id="726">
+        <source></source>
+        <translation>File di sca&amp;mbio:</translation>
+    </message>
+    <message id="727">
+        <source></source>
+        <translation>File &amp;storico:</translation>
+    </message>
+    <message id="728">
+        <source></source>
+        <translation>File di &amp;log:</translation>
+    </message>
+    <message id="729">
+        <source></source>
+        <translation>Sfoglia...</translation>
+    </message>
+</context>
+<context>
+    <name>frmFileAvanzate</name>
+    <message id="801">
+        <source></source>
+        <translation>Avanzate</translation>
+    </message>
+    <message id="802">
+        <source></source>
+        <translation>Avvisare quando il &amp;file dati non è disponibile</translation>
+    </message>
+    <message id="803">
+        <source></source>
+        <translation>&amp;Avvisare dopo:</translation>
+    </message>
+    <message id="804">
+        <source></source>
+        <translation>Avvisare per &amp;mancanza di spazio sul disco C:</translation>
+    </message>
+    <message id="805">
+        <source></source>
+        <translation>&amp;Spazio minimo:</translation>
+    </message>
+</context>
+<context>
+    <name>frmSX</name>
+    <message id="901">
+        <source></source>
+        <translation>Stato</translation>
+    </message>
+    <message id="902">
+        <source></source>
+        <translation>Memoria totale:</translation>
+    </message>
+    <message id="903">
+        <source></source>
+        <translation>Memoria occupata:</translation>
+    </message>
+    <message id="904">
+        <source></source>
+        <translation>% Occupazione memoria:</translation>
+    </message>
+    <message id="905">
+        <source></source>
+        <translation>Ripetizioni:</translation>
+    </message>
+    <message id="906">
+        <source></source>
+        <translation>Ore da ultimo scarico:</translation>
+    </message>
+    <message id="907">
+        <source></source>
+        <translation>Ore da ultimo arrivo dati:</translation>
+    </message>
+    <message id="908">
+        <source></source>
+        <translation>Guasti:</translation>
+    </message>
+    <message id="909">
+        <source></source>
+        <translation>Versione Stratobox:</translation>
+    </message>
+    <message id="910">
+        <source></source>
+        <translation>Versione firmware:</translation>
+    </message>
+    <message id="911">
+        <source></source>
+        <translation>Data:</translation>
+    </message>
+    <message id="912">
+        <source></source>
+        <translation>Ora:</translation>
+    </message>
+    <message id="913">
+        <source></source>
+        <translation>Selezionatore:</translation>
+    </message>
+    <message id="914">
+        <source></source>
+        <translation>Stampante:</translation>
+    </message>
+    <message id="915">
+        <source></source>
+        <translation>N/A</translation>
+    </message>
+    <message id="916">
+        <source></source>
+        <translation>&amp;Data:</translation>
+    </message>
+    <message id="917">
+        <source></source>
+        <translation>&amp;Ora:</translation>
+    </message>
+    <message id="918">
+        <source></source>
+        <translation>&amp;Stato</translation>
+    </message>
+    <message id="919">
+        <source></source>
+        <translation>&amp;Imposta Data/Ora</translation>
+    </message>
+    <message id="920">
+        <source></source>
+        <translation>Stato Buffer</translation>
+    </message>
+</context>
+<context>
+    <name>frmSiti</name>
+    <message id="1001">
+        <source></source>
+        <translation>Configurazione Corvane Recorder</translation>
+    </message>
+    <message id="1002">
+        <source></source>
+        <translation>&amp;Aggiungi...</translation>
+    </message>
+    <message id="1003">
+        <source></source>
+        <translation>&amp;Rimuovi...</translation>
+    </message>
+    <message id="1004">
+        <source></source>
+        <translation>&amp;Proprietà...</translation>
+    </message>
+    <message id="1005">
+        <source></source>
+        <translation>Sito</translation>
+    </message>
+    <message id="1006">
+        <source></source>
+        <translation>Codice</translation>
+    </message>
+    <message id="1007">
+        <source></source>
+        <translation>Abilitato</translation>
+    </message>
+    <message id="1008">
+        <source></source>
+        <translation>Ricorrenza</translation>
+    </message>
+</context>
+<context>
+    <name>frmTrasfAvanzate</name>
+    <message id="1101">
+        <source></source>
+        <translation>Avanzate</translation>
+    </message>
+    <message id="1102">
+        <source></source>
+        <translation>Può essere necessario aggiungere ai dati provenienti dal centralino alcuni campi per completare o rimpiazzare le informazioni trasmesse.</translation>
+    </message>
+    <message id="1103">
+        <source></source>
+        <translation>Marcare tra le opzioni sottostanti quelle desiderate.</translation>
+    </message>
+    <message id="1104">
+        <source></source>
+        <translation>Aggiungere &amp;data alle righe</translation>
+    </message>
+    <message id="1105">
+        <source></source>
+        <translation>Aggiungere &amp;ora alle righe</translation>
+    </message>
+    <message id="1106">
+        <source></source>
+        <translation>&amp;Eliminare caratteri Null</translation>
+    </message>
+    <message id="1107">
+        <source></source>
+        <translation>&amp;Correggere CR/LF</translation>
+    </message>
+</context>
+<context>
+    <name>frmModem messages</name>
+    <message id="10501">
+        <source></source>
+        <translation>Generico</translation>
+    </message>
+    <message id="10502">
+        <source></source>
+        <translation>È necessario inserire il numero di telefono</translation>
+    </message>
+    <message id="10503">
+        <source></source>
+        <translation>È necessario inserire il numero di tentativi di importazione</translation>
+    </message>
+    <message id="10504">
+        <source></source>
+        <translation>Il numero di tentativi di importazione non può essere minore di 1</translation>
+    </message>
+    <message id="10505">
+        <source></source>
+        <translation>È necessario inserire la stringa di inizializzazione del modem</translation>
+    </message>
+    <message id="10506">
+        <source></source>
+        <translation>È necessario inserire la stringa di reset del modem</translation>
+    </message>
+</context>
+<context>
+    <name>frmConnessione messages</name>
+    <message id="10601">
+        <source></source>
+        <translation>Connessione in corso..</translation>
+    </message>
+    <message id="10602">
+        <source></source>
+        <translation>Impossibile connettersi. Il modem non risponde</translation>
+    </message>
+    <message id="10603">
+        <source></source>
+        <translation>Connessione</translation>
+    </message>
+    <message id="10604">
+        <source></source>
+        <translation>Disconnessione in corso..</translation>
+    </message>
+    <message id="10605">
+        <source></source>
+        <translation>Impossibile disconnettersi. Il modem non risponde</translation>
+    </message>
+    <message id="10606">
+        <source></source>
+        <translation>Disconnessione</translation>
+    </message>
+</context>
+<context>
+    <name>frmDettaglio messages</name>
+    <message id="10701">
+        <source></source>
+        <translation>Inserire correttamente l'ora di inizio.</translation>
+    </message>
+    <message id="10702">
+        <source></source>
+        <translation>Inserire correttamente l'intervallo di importazione</translation>
+    </message>
+    <message id="10703">
+        <source></source>
+        <translation>È necessario selezionare almeno un giorno per l'importazione settimanale</translation>
+    </message>
+    <message id="10704">
+        <source></source>
+        <translation>È necessario inserire il nome del file dati</translation>
+    </message>
+    <message id="10705">
+        <source></source>
+        <translation>È necessario inserire il nome del file di scambio dati</translation>
+    </message>
+    <message id="10706">
+        <source></source>
+        <translation>È necessario inserire il nome del file storico</translation>
+    </message>
+    <message id="10707">
+        <source></source>
+        <translation>È necessario inserire il nome del file di log</translation>
+    </message>
+    <message id="10708">
+        <source></source>
+        <translation>È necessario inserire il nome del sito</translation>
+    </message>
+    <message id="10709">
+        <source></source>
+        <translation>È necessario inserire il codice del sito</translation>
+    </message>
+    <message id="10710">
+        <source></source>
+        <translation>I nomi dei file per il salvataggio dei dati </translation>
+    </message>
+    <message id="10711">
+        <source></source>
+        <translation>corrispondono </translation>
+    </message>
+    <message id="10712">
+        <source></source>
+        <translation>a quelli inseriti per il sito </translation>
+    </message>
+    <message id="10713">
+        <source></source>
+        <translation>Per evitare possibili perdite di dati, </translation>
+    </message>
+    <message id="10714">
+        <source></source>
+        <translation>si consiglia di modificare il nome dei file.</translation>
+    </message>
+    <message id="10715">
+        <source></source>
+        <translation>Si desidera salvare ugualmente?</translation>
+    </message>
+    <message id="10716">
+        <source></source>
+        <translation>Esiste già un sito con lo stesso nome o codice</translation>
+    </message>
+    <message id="10717">
+        <source></source>
+        <translation>Lunedì</translation>
+    </message>
+    <message id="10718">
+        <source></source>
+        <translation>Martedì</translation>
+    </message>
+    <message id="10719">
+        <source></source>
+        <translation>Mercoledì</translation>
+    </message>
+    <message id="10720">
+        <source></source>
+        <translation>Giovedì</translation>
+    </message>
+    <message id="10721">
+        <source></source>
+        <translation>Venerdì</translation>
+    </message>
+    <message id="10722">
+        <source></source>
+        <translation>Sabato</translation>
+    </message>
+    <message id="10723">
+        <source></source>
+        <translation>Domenica</translation>
+    </message>
+    <message id="10724">
+        <source></source>
+        <translation>Continua</translation>
+    </message>
+    <message id="10725">
+        <source></source>
+        <translation>Oraria</translation>
+    </message>
+    <message id="10726">
+        <source></source>
+        <translation>Giornaliera</translation>
+    </message>
+    <message id="10727">
+        <source></source>
+        <translation>Settimanale</translation>
+    </message>
+    <message id="10728">
+        <source></source>
+        <translation>Corvane recorder acquisisce i dati di questa sede senza mai interrompersi. Attenzione, perchè in questo caso ci può essere una sola sede abilitata.</translation>
+    </message>
+    <message id="10729">
+        <source></source>
+        <translation>Corvane recorder acquisisce i dati di questa sede con l'intervallo orario indicato dall'utente nel campo ""ad ogni"", iniziando l'acquisizione dall' ora inserita nel campo ""a partire dalle"".</translation>
+    </message>
+    <message id="10730">
+        <source></source>
+        <translation>Corvane recorder acquisisce i dati di questa sede con l'intervallo giornaliero indicato dall'utente nel campo ""ogni"" all' ora inserita nel campo ""alle ore"".</translation>
+    </message>
+    <message id="10731">
+        <source></source>
+        <translation>L'aquisizione avverrà con l'intervallo settimanale indicato dall'utente nel campo ""ogni"" all'ora inserita nel campo ""alle ore. ""Nella lista è possibile scegliere i giorni in cui deve avvenire la lettura marcandoli con un segno di visto.</translation>
+    </message>
+    <message id="10732">
+        <source></source>
+        <translation>ora/e a partire dalle</translation>
+    </message>
+    <message id="10733">
+        <source></source>
+        <translation>giorno/i alle ore</translation>
+    </message>
+    <message id="10734">
+        <source></source>
+        <translation>settimana/e alle ore</translation>
+    </message>
+    <message id="10735">
+        <source></source>
+        <translation>Nessuno</translation>
+    </message>
+    <message id="10736">
+        <source></source>
+        <translation>Nessuna</translation>
+    </message>
+    <message id="10737">
+        <source></source>
+        <translation>Pari</translation>
+    </message>
+    <message id="10738">
+        <source></source>
+        <translation>Dispari</translation>
+    </message>
+</context>
+<context>
+    <name>frmFileAvanzate messages</name>
+    <message id="10801">
+        <source></source>
+        <translation>Manca il timeout di file non disponibile.</translation>
+    </message>
+    <message id="10802">
+        <source></source>
+        <translation>Manca il parametro di soglia per mancanza spazio su hard disk.</translation>
+    </message>
+</context>
+<context>
+    <name>frmSX messages</name>
+    <message id="10901">
+        <source></source>
+        <translation>La data inserita non e' valida.</translation>
+    </message>
+    <message id="10902">
+        <source></source>
+        <translation>L' ora inserita non e' valida.</translation>
+    </message>
+    <message id="10903">
+        <source></source>
+        <translation>Impossibile aprire Com</translation>
+    </message>
+    <message id="10904">
+        <source></source>
+        <translation>Impossibile ricevere lo stato del buffer. Verificare che il buffer sia collegato correttamente.</translation>
+    </message>
+    <message id="10905">
+        <source></source>
+        <translation>Nessuna</translation>
+    </message>
+    <message id="10906">
+        <source></source>
+        <translation>Parziale</translation>
+    </message>
+    <message id="10907">
+        <source></source>
+        <translation>Totale</translation>
+    </message>
+    <message id="10908">
+        <source></source>
+        <translation>Sconosciuta</translation>
+    </message>
+    <message id="10909">
+        <source></source>
+        <translation>Non attivo</translation>
+    </message>
+    <message id="10910">
+        <source></source>
+        <translation>Attivo</translation>
+    </message>
+    <message id="10911">
+        <source></source>
+        <translation>Attiva</translation>
+    </message>
+    <message id="10912">
+        <source></source>
+        <translation>Non attiva</translation>
+    </message>
+    <message id="10913">
+        <source></source>
+        <translation>Nessuno</translation>
+    </message>
+    <message id="10914">
+        <source></source>
+        <translation>Caduta 220 V</translation>
+    </message>
+    <message id="10915">
+        <source></source>
+        <translation>Batteria</translation>
+    </message>
+    <message id="10916">
+        <source></source>
+        <translation>Non rilevabili</translation>
+    </message>
+    <message id="10917">
+        <source></source>
+        <translation>Non presente</translation>
+    </message>
+    <message id="10918">
+        <source></source>
+        <translation>Presente</translation>
+    </message>
+</context>
+<context>
+    <name>frmSiti messages</name>
+    <message id="11001">
+        <source></source>
+        <translation>Impossibile abilitare piu' siti insieme ad un sito con importazione continua.</translation>
+    </message>
+    <message id="11002">
+        <source></source>
+        <translation>Attenzione, sta per essere rimosso un sito.</translation>
+    </message>
+    <message id="11003">
+        <source></source>
+        <translation>Si desidera continuare?</translation>
+    </message>
+    <message id="11004">
+        <source></source>
+        <translation>Rimuovi</translation>
+    </message>
+    <message id="11005">
+        <source></source>
+        <translation>Impossibile leggere dal file di CorvRec.ini</translation>
+    </message>
+    <message id="11006">
+        <source></source>
+        <translation>Errore leggendo la porta com.</translation>
+    </message>
+    <message id="11007">
+        <source></source>
+        <translation>Configurazione Corvane Recorder</translation>
+    </message>
+</context>
+<context>
+    <name>option dialogs: help and units</name>
+    <message id="11101">
+        <source></source>
+        <translation>Selezionando quest'opzione Corvane Recorder controllerà che ogni riga ricevuta termini con la sequenza "Carriage Return - Line Feed.", correggendo quei casi che non soddisfano questa condizione</translation>
+    </message>
+    <message id="11102">
+        <source></source>
+        <translation>Selezionando quest'opzione verrà aggiunta in testa ad ogni riga inviata dal centralino la data del momento di acquisizione. Il formato del dato aggiunto è aaaammgg</translation>
+    </message>
+    <message id="11103">
+        <source></source>
+        <translation>Selezionando quest'opzione Corvane Recorder eliminerà dai dati ricevuti eventuali caratteri di Null generati dai disturbi sulla linea.</translation>
+    </message>
+    <message id="11104">
+        <source></source>
+        <translation>Selezionando quest'opzione verrà aggiunta in testa ad ogni riga inviata dal centralino l'ora del momento di acquisizione. Il formato del dato aggiunto è hhmmss</translation>
+    </message>
+    <message id="11105">
+        <source></source>
+        <translation>Secondi</translation>
+    </message>
+    <message id="11106">
+        <source></source>
+        <translation>MByte</translation>
+    </message>
+</context>
+<context>
+    <name>messages of later origin</name>
+    <message id="20001">
+        <source></source>
+        <translation>Il sito non è stato salvato per intero: manca la scelta in un elenco, oppure un carattere Xon o Xoff è vuoto. Completare il campo e premere di nuovo OK.</translation>
+    </message>
+    <message id="20002">
+        <source></source>
+        <translation>Impostazioni del modem</translation>
+    </message>
+    <message id="20003">
+        <source></source>
+        <translation>Setup</translation>
+    </message>
+    <message id="20004">
+        <source></source>
+        <translation>Elenco dei siti</translation>
+    </message>
+    <message id="20005">
+        <source></source>
+        <translation>Giorni della settimana</translation>
+    </message>
+    <message id="20006">
+        <source></source>
+        <translation>Ora di inizio</translation>
+    </message>
+    <message id="20007">
+        <source></source>
+        <translation>Modem:</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,159 @@
+#include "tests/support/message_probe.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QEvent>
+#include <QTest>
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// How long a box may take to come, and to go once it is answered. Passed only by a test that fails.
+constexpr std::chrono::milliseconds kPatience{3000};
+
+// Set on a box as soon as one probe has taken it.
+constexpr const char* kTaken = "taken by a probe";
+
+QList<MessageProbe*>& ArmedProbes()
+{
+    static QList<MessageProbe*> probes;
+    return probes;
+}
+
+void Fail(const QString& what)
+{
+    QTest::qFail(qPrintable(what), __FILE__, __LINE__);
+}
+
+void Dismiss(QMessageBox& box, const QString& why)
+{
+    Fail(why + QStringLiteral(": \"%1\"").arg(box.text()));
+    box.done(QMessageBox::NoButton);
+}
+
+void PressKey(QMessageBox& box, Qt::Key key)
+{
+    QWidget* const focused = box.focusWidget();
+    QTest::keyClick(focused != nullptr ? focused : &box, key);
+}
+
+void PressButton(QMessageBox& box, const QString& text)
+{
+    const auto buttons = box.buttons();
+    const auto button =
+        std::ranges::find_if(buttons, [&](const QAbstractButton* each) { return each->text() == text; });
+    if (button == buttons.end())
+        Dismiss(box, QStringLiteral("no button \"%1\" on the message box").arg(text));
+    else
+        QTest::mouseClick(*button, Qt::LeftButton);
+}
+
+} // namespace
+
+MessageProbe::MessageProbe(Qt::Key key, std::function<void()> check)
+    : MessageProbe([key](QMessageBox& box) { PressKey(box, key); }, std::move(check))
+{
+}
+
+MessageProbe::MessageProbe(QString button, std::function<void()> check)
+    : MessageProbe([button = std::move(button)](QMessageBox& box) { PressButton(box, button); },
+                   std::move(check))
+{
+}
+
+MessageProbe::MessageProbe(std::function<void(QMessageBox&)> answer, std::function<void()> check)
+    : answer_(std::move(answer))
+    , check_(std::move(check))
+{
+    patience_.setSingleShot(true);
+    connect(&patience_, &QTimer::timeout, this, &MessageProbe::GiveUp);
+    ArmedProbes().append(this);
+    qApp->installEventFilter(this);
+}
+
+MessageProbe::~MessageProbe()
+{
+    AwaitBox();
+    ArmedProbes().removeOne(this);
+}
+
+QString MessageProbe::text()
+{
+    AwaitBox();
+    return text_;
+}
+
+QString MessageProbe::title()
+{
+    AwaitBox();
+    return title_;
+}
+
+QMessageBox::Icon MessageProbe::icon()
+{
+    AwaitBox();
+    return icon_;
+}
+
+QStringList MessageProbe::buttons()
+{
+    AwaitBox();
+    return buttons_;
+}
+
+bool MessageProbe::eventFilter(QObject* watched, QEvent* event)
+{
+    auto* const box = qobject_cast<QMessageBox*>(watched);
+    if (box == nullptr || event->type() != QEvent::Show || box->property(kTaken).toBool())
+        return QObject::eventFilter(watched, event);
+    box->setProperty(kTaken, true);
+    // Answered by the loop that the box is about to run, as a user would.
+    MessageProbe* const probe = ArmedProbes().isEmpty() ? this : ArmedProbes().takeFirst();
+    probe->box_ = box;
+    QMetaObject::invokeMethod(probe, probe->answered_ ? &MessageProbe::Refuse : &MessageProbe::Meet,
+                              Qt::QueuedConnection);
+    return QObject::eventFilter(watched, event);
+}
+
+void MessageProbe::Meet()
+{
+    text_ = box_->text();
+    title_ = box_->windowTitle();
+    icon_ = box_->icon();
+    for (const QAbstractButton* const button : box_->buttons())
+        buttons_.append(button->text());
+    answered_ = true;
+    if (check_)
+        check_();
+    patience_.start(kPatience);
+    answer_(*box_);
+}
+
+void MessageProbe::Refuse()
+{
+    Dismiss(*box_, QStringLiteral("unexpected message box"));
+}
+
+void MessageProbe::GiveUp()
+{
+    if (box_ && box_->isVisible())
+        Dismiss(*box_, QStringLiteral("the answer did not close the message box"));
+}
+
+void MessageProbe::AwaitBox()
+{
+    if (answered_ || QTest::qWaitFor([this] { return answered_; }, static_cast<int>(kPatience.count())))
+        return;
+    ArmedProbes().removeOne(this);
+    answered_ = true; // reported once
+    Fail(QStringLiteral("no message box came"));
+}
+
+} // namespace corvrec

@@ -1,0 +1,979 @@
+#include "resources/texts.h"
+#include "tests/support/message_probe.h"
+#include "widgets/check_list.h"
+#include "widgets/dialogs.h"
+#include "widgets/line_edits.h"
+#include "widgets/messages.h"
+#include "widgets/paths.h"
+#include "widgets/selections.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QDialog>
+#include <QFile>
+#include <QGroupBox>
+#include <QInputMethodEvent>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTest>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+
+#include <memory>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// Test rows with one column, the case itself.
+void AddVectors(const char* list, int count)
+{
+    QTest::addColumn<QJsonValue>("given");
+    QFile file(CORVREC_TEST_DATA "/conversions.json");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QJsonArray cases = QJsonDocument::fromJson(file.readAll()).object()[QLatin1String(list)].toArray();
+    QCOMPARE(cases.size(), count);
+    for (int row = 0; row < count; ++row)
+        QTest::addRow("%d", row) << cases.at(row);
+}
+
+QString In(const QJsonValue& given)
+{
+    return given["in"].toString();
+}
+
+QString Out(const QJsonValue& given)
+{
+    return given["out"].toString();
+}
+
+template <class Widget>
+Widget& Tagged(QWidget& parent, const QString& caption, const QString& tag)
+{
+    auto* const widget = new Widget(caption, &parent);
+    widget->setProperty("tag", tag);
+    return *widget;
+}
+
+void ShowActive(QWidget& window)
+{
+    window.show();
+    window.activateWindow();
+    if (!QTest::qWaitForWindowActive(&window))
+        qFatal("the window does not become active");
+}
+
+void SendWheel(QWidget& widget)
+{
+    const QPointF middle = widget.rect().center();
+    QWheelEvent turn(middle, widget.mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&widget, &turn);
+}
+
+void SendCommit(QWidget& widget, const QString& text)
+{
+    QInputMethodEvent event;
+    event.setCommitString(text);
+    QApplication::sendEvent(&widget, &event);
+}
+
+void SendKey(QWidget& widget, const QString& text)
+{
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, text);
+    QApplication::sendEvent(&widget, &press);
+}
+
+struct FormWithRule {
+    void Rule() { ++runs; }
+
+    int runs = 0;
+};
+
+// An editor in small: two fields above three pages with a field each.
+struct PagedDialog {
+    PagedDialog()
+    {
+        auto* const layout = new QVBoxLayout(&window);
+        layout->addWidget(&name);
+        layout->addWidget(&pages);
+        for (QWidget* const page : {&first, &second, &third}) {
+            auto* const pageLayout = new QVBoxLayout(page);
+            pages.addTab(page, QString());
+            pageLayout->addWidget(new QLabel(page));
+        }
+        second.layout()->addWidget(&check);
+        second.layout()->addWidget(&time);
+        third.layout()->addWidget(&group);
+        (new QVBoxLayout(&group))->addWidget(&file);
+        third.layout()->addWidget(&log);
+    }
+
+    QWidget* Focused() const { return window.focusWidget(); }
+
+    QDialog window;
+    QLineEdit name;
+    QTabWidget pages;
+    QWidget first;
+    QWidget second;
+    QWidget third;
+    QCheckBox check;
+    QLineEdit time;
+    QGroupBox group;
+    QLineEdit file;
+    QLineEdit log;
+};
+
+} // namespace
+
+class widgets_test : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy));
+    }
+
+    // Captions and windows
+    void captionsComeByTag();
+    void captionsWithoutAUsableTagStay();
+    void tabCaptionsComeFromOneText();
+    void fieldsAndListsHaveNoCaption();
+    void theCaptionsOfAnOwnedDialogAreItsOwn();
+    void aWindowIsCentredOnTheWholeScreen();
+    void aWindowIsCentredOnTheScreenOfItsParent();
+    void aWindowIsNoLargerThanTheScreen();
+    void aFieldOnAnotherPageIsShownAndGetsTheFocus();
+    void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage_data();
+    void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage();
+    void aDisabledFieldOutsideThePagesLeavesTheFocusToTheFirstOfTheWindow();
+    void theFirstControlInTabOrderGetsTheFocus();
+    void theBusyPointerEndsWithItsGuard();
+    void theBusyPointerOutlivesItsWindow();
+
+    // Messages
+    void aMessageShowsItsTextAndAnOkButton();
+    void aMessageWithoutATitleShowsTheApplications();
+    void aMessageIsPlainTextThatCanBeCopied();
+    void aQuestionIsAnsweredByItsButtons();
+    void returnAnswersYesAndEscapeNo();
+    void aQuestionBelongsToTheWindowThatAsks();
+    void probesAnswerInTheOrderInWhichTheyWereArmed();
+    void aProbeReportsAMessageThatDoesNotCome();
+    void aProbeReportsAMessageThatNobodyExpects();
+    void aProbeReportsAButtonThatIsNotThere();
+    void aProbeReportsAKeyThatDoesNotAnswer();
+
+    // Lists
+    void aFilledListHasNoChoiceAndRunsNoRule();
+    void aFilledListForgetsItsChoice();
+    void codeTablesGiveTheirShownTexts();
+    void aRowIsSetSilently();
+    void aSelectedRowRunsItsRuleEachTime();
+    void selectsByPrefix_data();
+    void selectsByPrefix();
+    void selectingByPrefixRunsNoRule();
+    void theWheelMovesAListOnlyWithTheFocus();
+    void aClickOnARowChangesItsMark();
+    void spaceChangesTheMarkOfTheCurrentRow();
+    void marksAreKeptWhileTheListIsHidden();
+    void aListAddsItsRowsWithoutMarks();
+
+    // Text boxes
+    void noLineBreakGetsIntoAPlainBox_data();
+    void noLineBreakGetsIntoAPlainBox();
+    void theCaretStaysWhereAPasteEnds();
+    void otherControlCharactersStay();
+    void onlyDigitsCanBeTyped();
+    void controlKeysAreDroppedButCut_data();
+    void controlKeysAreDroppedButCut();
+    void editingKeysPassTheFilter();
+    void textThatIsNotTypedIsNotFiltered();
+    void inputMethodsAreFilteredAsTyping();
+    void returnInADigitsBoxPressesTheDefaultButton();
+
+    // Paths and texts
+    void capitalisesAfterASeparator_data() { AddVectors("capitalise_after_separator", 15); }
+    void capitalisesAfterASeparator();
+    void properCasesAPath_data() { AddVectors("proper_case_path", 11); }
+    void properCasesAPath();
+    void joinsPaths_data() { AddVectors("join_path", 15); }
+    void joinsPaths();
+    void trimsBlanks_data() { AddVectors("trim", 8); }
+    void trimsBlanks();
+    void upperCases_data() { AddVectors("upper_case", 8); }
+    void upperCases();
+    void wordsEndAtBlanksAndLineEndsOnly();
+};
+
+void widgets_test::captionsComeByTag()
+{
+    QDialog window;
+    window.setProperty("tag", "701;");
+    const QLabel& label = Tagged<QLabel>(window, "x", "703;");
+    const QCheckBox& check = Tagged<QCheckBox>(window, "x", "704;9");
+    const QRadioButton& option = Tagged<QRadioButton>(window, "x", "708;");
+    const QPushButton& button = Tagged<QPushButton>(window, "x", "2;");
+    const QGroupBox& group = Tagged<QGroupBox>(window, "x", "707;");
+
+    LocaliseDialog(window);
+
+    QCOMPARE(window.windowTitle(), QString("Corvane Recorder - Configurazione"));
+    QCOMPARE(label.text(), QString("&Codice"));
+    QCOMPARE(check.text(), QString("Sito &abilitato"));
+    QCOMPARE(option.text(), QString("Collegamento &locale"));
+    QCOMPARE(button.text(), QString("Annulla"));
+    QCOMPARE(group.title(), QString("Tipo di collegamento"));
+}
+
+void widgets_test::captionsWithoutAUsableTagStay()
+{
+    QDialog window;
+    window.setWindowTitle("drawn");
+    window.setProperty("tag", "abc;");
+    const QLabel untagged("drawn", &window);
+    const QLabel& first = Tagged<QLabel>(window, "drawn", ";703");
+    const QLabel& bare = Tagged<QLabel>(window, "drawn", "703");
+    const QLabel& negative = Tagged<QLabel>(window, "drawn", "-703;");
+    const QLabel& missing = Tagged<QLabel>(window, "drawn", "9999;");
+
+    LocaliseDialog(window);
+
+    QCOMPARE(window.windowTitle(), QString("drawn"));
+    for (const QLabel* const label : {&untagged, &first, &bare, &negative, &missing})
+        QCOMPARE(label->text(), QString("drawn"));
+}
+
+void widgets_test::tabCaptionsComeFromOneText()
+{
+    PagedDialog dialog;
+    dialog.pages.setProperty("tag", "705;");
+
+    LocaliseDialog(dialog.window);
+
+    QCOMPARE(dialog.pages.tabText(0), QString("Connessione"));
+    QCOMPARE(dialog.pages.tabText(1), QString("Acquisizione"));
+    QCOMPARE(dialog.pages.tabText(2), QString("File"));
+}
+
+void widgets_test::fieldsAndListsHaveNoCaption()
+{
+    QDialog window;
+    const QLineEdit& field = Tagged<QLineEdit>(window, "typed", "703;");
+    QComboBox list(&window);
+    list.addItem("Pabx");
+    list.setProperty("tag", "703;");
+
+    LocaliseDialog(window);
+
+    QCOMPARE(field.text(), QString("typed"));
+    QCOMPARE(list.currentText(), QString("Pabx"));
+}
+
+void widgets_test::theCaptionsOfAnOwnedDialogAreItsOwn()
+{
+    QDialog window;
+    QDialog owned(&window);
+    const QLabel& label = Tagged<QLabel>(owned, "set at run time", "703;");
+
+    LocaliseDialog(window);
+
+    QCOMPARE(label.text(), QString("set at run time"));
+}
+
+void widgets_test::aWindowIsCentredOnTheWholeScreen()
+{
+    QDialog window;
+    (new QVBoxLayout(&window))->addWidget(new QLabel("Connessione in corso.."));
+
+    CentreDialog(window);
+
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    QCOMPARE(window.size(), window.sizeHint());
+    QCOMPARE(window.x(), screen.x() + (screen.width() - window.width()) / 2);
+    QCOMPARE(window.y(), screen.y() + (screen.height() - window.height()) / 2);
+
+    const QPoint placed = window.pos();
+    ShowActive(window);
+    QCOMPARE(window.pos(), placed);
+}
+
+void widgets_test::aWindowIsCentredOnTheScreenOfItsParent()
+{
+    const QRect right(1024, 100, 1601, 901);
+    QCOMPARE(QGuiApplication::screens().at(1)->geometry(), right);
+    QDialog parent;
+    parent.move(right.topLeft() + QPoint(50, 50));
+    ShowActive(parent);
+    QDialog window(&parent);
+    (new QVBoxLayout(&window))->addWidget(new QLabel("Connessione in corso.."));
+
+    CentreDialog(window);
+
+    QCOMPARE(window.x(), right.x() + (right.width() - window.width()) / 2);
+    QCOMPARE(window.y(), right.y() + (right.height() - window.height()) / 2);
+}
+
+void widgets_test::aWindowIsNoLargerThanTheScreen()
+{
+    const QScreen* const screen = QGuiApplication::primaryScreen();
+    QDialog window;
+    auto* const wide = new QLabel(QString(4000, u'x'));
+    (new QVBoxLayout(&window))->addWidget(wide);
+    wide->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    window.setMinimumHeight(screen->size().height() + 100); // cannot be made small enough
+
+    CentreDialog(window);
+
+    QVERIFY(window.width() <= screen->availableSize().width());
+    QCOMPARE(window.y(), screen->geometry().y());
+}
+
+void widgets_test::aFieldOnAnotherPageIsShownAndGetsTheFocus()
+{
+    PagedDialog dialog;
+    ShowActive(dialog.window);
+    dialog.name.setFocus();
+
+    FocusField(dialog.file);
+
+    QCOMPARE(dialog.pages.currentIndex(), 2);
+    QCOMPARE(dialog.Focused(), &dialog.file);
+
+    FocusField(dialog.name);
+    QCOMPARE(dialog.pages.currentIndex(), 2);
+    QCOMPARE(dialog.Focused(), &dialog.name);
+}
+
+void widgets_test::aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage_data()
+{
+    QTest::addColumn<bool>("shown");
+    QTest::newRow("before the first show") << false;
+    QTest::newRow("shown") << true;
+}
+
+void widgets_test::aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage()
+{
+    QFETCH(const bool, shown);
+    PagedDialog dialog;
+    if (shown)
+        ShowActive(dialog.window);
+
+    dialog.time.setEnabled(false);
+    FocusField(dialog.time);
+    QCOMPARE(dialog.pages.currentIndex(), 1);
+    QCOMPARE(dialog.Focused(), &dialog.check);
+
+    dialog.file.hide();
+    FocusField(dialog.file);
+    QCOMPARE(dialog.pages.currentIndex(), 2);
+    QCOMPARE(dialog.Focused(), &dialog.log);
+
+    dialog.file.show();
+    dialog.group.setEnabled(false);
+    FocusField(dialog.file);
+    QCOMPARE(dialog.Focused(), &dialog.log);
+}
+
+void widgets_test::aDisabledFieldOutsideThePagesLeavesTheFocusToTheFirstOfTheWindow()
+{
+    PagedDialog dialog;
+    ShowActive(dialog.window);
+    dialog.name.setEnabled(false);
+
+    FocusField(dialog.name);
+
+    QCOMPARE(dialog.Focused(), dialog.pages.tabBar());
+}
+
+void widgets_test::theFirstControlInTabOrderGetsTheFocus()
+{
+    QDialog window;
+    QLabel label("x", &window);
+    QLineEdit disabled(&window);
+    QLineEdit hidden(&window);
+    QLineEdit drawnFirst(&window);
+    QLineEdit first(&window);
+    disabled.setEnabled(false);
+    hidden.hide();
+    QWidget::setTabOrder(&hidden, &first);
+    ShowActive(window);
+    drawnFirst.setFocus();
+
+    FocusFirst(window);
+
+    QCOMPARE(window.focusWidget(), &first);
+}
+
+void widgets_test::theBusyPointerEndsWithItsGuard()
+{
+    QWidget first;
+    QWidget second;
+    {
+        BusyPointer busy({&first, &second});
+        QCOMPARE(first.cursor().shape(), Qt::WaitCursor);
+        QCOMPARE(second.cursor().shape(), Qt::WaitCursor);
+
+        busy.Restore();
+        QCOMPARE(first.cursor().shape(), Qt::ArrowCursor);
+
+        first.setCursor(Qt::CrossCursor);
+    }
+    QCOMPARE(first.cursor().shape(), Qt::CrossCursor); // restored once only
+    {
+        const BusyPointer busy({&second});
+    }
+    QCOMPARE(second.cursor().shape(), Qt::ArrowCursor);
+}
+
+void widgets_test::theBusyPointerOutlivesItsWindow()
+{
+    auto window = std::make_unique<QWidget>();
+    QWidget other;
+    {
+        const BusyPointer busy({window.get(), &other});
+        window.reset();
+    }
+    QCOMPARE(other.cursor().shape(), Qt::ArrowCursor);
+}
+
+void widgets_test::aMessageShowsItsTextAndAnOkButton()
+{
+    MessageProbe message(Qt::Key_Return);
+
+    ShowMessage(nullptr, "Impossibile leggere\rErrore", MessageIcon::stop, "Errore");
+
+    QCOMPARE(message.text(), QString("Impossibile leggere\nErrore"));
+    QCOMPARE(message.title(), QString("Errore"));
+    QCOMPARE(message.icon(), QMessageBox::Critical);
+    QCOMPARE(message.buttons(), QStringList({"OK"}));
+}
+
+void widgets_test::aMessageWithoutATitleShowsTheApplications()
+{
+    MessageProbe message("OK");
+
+    ShowMessage(nullptr, "testo");
+
+    QCOMPARE(message.title(), QString("Configurazione Corvane Recorder"));
+    QCOMPARE(message.icon(), QMessageBox::Warning);
+}
+
+void widgets_test::aMessageIsPlainTextThatCanBeCopied()
+{
+    QString shown;
+    MessageProbe message(Qt::Key_Escape, [&] {
+        auto* const label = QApplication::activeModalWidget()->findChild<QLabel*>("qt_msgbox_label");
+        QVERIFY(label);
+        QCOMPARE(label->textFormat(), Qt::PlainText);
+        QCOMPARE(label->textInteractionFlags(), Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+        QVERIFY(QApplication::activeModalWidget()->focusWidget() != label);
+        label->setFocus();
+        QTest::keySequence(label, QKeySequence::SelectAll);
+        QTest::keySequence(label, QKeySequence::Copy);
+        shown = QApplication::clipboard()->text();
+    });
+
+    ShowMessage(nullptr, "Sito <b>A&B</b>\r2");
+
+    QCOMPARE(message.text(), QString("Sito <b>A&B</b>\n2"));
+    QCOMPARE(shown, QString("Sito <b>A&B</b>\n2"));
+}
+
+void widgets_test::aQuestionIsAnsweredByItsButtons()
+{
+    MessageProbe yes("Sì");
+    MessageProbe no("No");
+
+    QVERIFY(AskYesNo(nullptr, "Si desidera continuare?", MessageIcon::information, "Setup"));
+    QVERIFY(!AskYesNo(nullptr, "Si desidera continuare?", MessageIcon::exclamation, {}));
+
+    QCOMPARE(yes.text(), QString("Si desidera continuare?"));
+    QCOMPARE(yes.title(), QString("Setup"));
+    QCOMPARE(yes.icon(), QMessageBox::Information);
+    QCOMPARE(yes.buttons(), QStringList({"Sì", "No"}));
+    QCOMPARE(no.title(), QString("Configurazione Corvane Recorder"));
+    QCOMPARE(no.icon(), QMessageBox::Warning);
+}
+
+void widgets_test::returnAnswersYesAndEscapeNo()
+{
+    MessageProbe yes(Qt::Key_Return);
+    QVERIFY(AskYesNo(nullptr, "?", MessageIcon::exclamation, {}));
+
+    MessageProbe no(Qt::Key_Escape);
+    QVERIFY(!AskYesNo(nullptr, "?", MessageIcon::exclamation, {}));
+}
+
+void widgets_test::aQuestionBelongsToTheWindowThatAsks()
+{
+    QDialog window;
+    ShowActive(window);
+    const QWidget* parent = nullptr;
+    MessageProbe question(Qt::Key_Escape,
+                          [&] { parent = QApplication::activeModalWidget()->parentWidget(); });
+
+    AskYesNo(&window, "?", MessageIcon::exclamation, {});
+
+    QCOMPARE(parent, &window);
+}
+
+void widgets_test::probesAnswerInTheOrderInWhichTheyWereArmed()
+{
+    MessageProbe first(Qt::Key_Return);
+    MessageProbe second(Qt::Key_Return);
+
+    ShowMessage(nullptr, "uno");
+    ShowMessage(nullptr, "due");
+
+    QCOMPARE(first.text(), QString("uno"));
+    QCOMPARE(second.text(), QString("due"));
+}
+
+void widgets_test::aProbeReportsAMessageThatDoesNotCome()
+{
+    QEXPECT_FAIL("", "no message is shown on purpose", Continue);
+    const MessageProbe message(Qt::Key_Return);
+}
+
+void widgets_test::aProbeReportsAMessageThatNobodyExpects()
+{
+    MessageProbe message(Qt::Key_Return);
+    ShowMessage(nullptr, "expected");
+
+    QEXPECT_FAIL("", "a second message is shown on purpose", Continue);
+    ShowMessage(nullptr, "unexpected");
+
+    QCOMPARE(message.text(), QString("expected"));
+}
+
+void widgets_test::aProbeReportsAButtonThatIsNotThere()
+{
+    MessageProbe message("Annulla");
+    QEXPECT_FAIL("", "the button is missing on purpose", Continue);
+    ShowMessage(nullptr, "testo");
+}
+
+void widgets_test::aProbeReportsAKeyThatDoesNotAnswer()
+{
+    MessageProbe message(Qt::Key_Shift);
+    QEXPECT_FAIL("", "the key is no answer on purpose", Continue);
+    ShowMessage(nullptr, "testo");
+}
+
+void widgets_test::aFilledListHasNoChoiceAndRunsNoRule()
+{
+    QComboBox list;
+    const QSignalSpy changes(&list, &QComboBox::currentIndexChanged);
+
+    FillList(list, {"19200", "9600"});
+
+    QCOMPARE(list.count(), 2);
+    QCOMPARE(list.currentIndex(), -1);
+    QCOMPARE(list.currentText(), QString());
+    QVERIFY(changes.isEmpty());
+}
+
+void widgets_test::aFilledListForgetsItsChoice()
+{
+    QComboBox list;
+    list.addItems({"19200", "9600"});
+    list.setCurrentIndex(1);
+    const QSignalSpy changes(&list, &QComboBox::currentIndexChanged);
+
+    FillList(list, {"1", "2", "3"});
+
+    QCOMPARE(list.count(), 3);
+    QCOMPARE(list.currentIndex(), -1);
+    QVERIFY(changes.isEmpty());
+}
+
+void widgets_test::codeTablesGiveTheirShownTexts()
+{
+    QCOMPARE(ShownTexts(kHandshakes), QStringList({"Nessuno", "Software", "Hardware"}));
+    QCOMPARE(ShownTexts(kParities), QStringList({"Nessuna", "Pari", "Dispari"}));
+    QCOMPARE(ShownTexts(kDevices), QStringList({"Pabx", "Buffer", "Stratobox 1.1", "Stratobox 2.0",
+                                                "Stratobox 3.0", "Stratobox Buffer"}));
+}
+
+void widgets_test::aRowIsSetSilently()
+{
+    QComboBox list;
+    FillList(list, {"7", "8"});
+    const QSignalSpy changes(&list, &QComboBox::currentIndexChanged);
+
+    SetRow(list, 1);
+    QCOMPARE(list.currentIndex(), 1);
+    SetRow(list, -1);
+    QCOMPARE(list.currentIndex(), -1);
+
+    QVERIFY(changes.isEmpty());
+}
+
+void widgets_test::aSelectedRowRunsItsRuleEachTime()
+{
+    QComboBox list;
+    FillList(list, {"Pabx", "Buffer"});
+    FormWithRule form;
+
+    SelectRow(list, 1, form, &FormWithRule::Rule);
+    QCOMPARE(form.runs, 1);
+    SelectRow(list, 1, form, &FormWithRule::Rule);
+    QCOMPARE(form.runs, 2);
+    QCOMPARE(list.currentIndex(), 1);
+}
+
+void widgets_test::selectsByPrefix_data()
+{
+    AddVectors("select_by_prefix", 20);
+}
+
+void widgets_test::selectsByPrefix()
+{
+    QFETCH(const QJsonValue, given);
+    QComboBox list;
+    FillList(list, given["items"].toVariant().toStringList());
+    SetRow(list, given["before"].toInt());
+
+    SelectByPrefix(list, given["text"].toString());
+
+    QCOMPARE(list.currentIndex(), given["after"].toInt());
+}
+
+void widgets_test::selectingByPrefixRunsNoRule()
+{
+    QComboBox list;
+    FillList(list, {"19200", "9600"});
+    const QSignalSpy changes(&list, &QComboBox::currentIndexChanged);
+
+    SelectByPrefix(list, "96");
+
+    QCOMPARE(list.currentIndex(), 1);
+    QVERIFY(changes.isEmpty());
+}
+
+void widgets_test::theWheelMovesAListOnlyWithTheFocus()
+{
+    QDialog window;
+    QVBoxLayout layout(&window);
+    QLineEdit field;
+    QComboBox list;
+    layout.addWidget(&field);
+    layout.addWidget(&list);
+    FillList(list, {"1", "2", "3"});
+    SetRow(list, 0);
+    GuardWheel(window);
+    ShowActive(window);
+
+    field.setFocus();
+    SendWheel(list);
+    QCOMPARE(list.currentIndex(), 0);
+    QVERIFY(field.hasFocus());
+
+    list.setFocus();
+    SendWheel(list);
+    QCOMPARE(list.currentIndex(), 1);
+}
+
+void widgets_test::aClickOnARowChangesItsMark()
+{
+    CheckList list;
+    list.addItems({"Lunedì", "Martedì", "Mercoledì"});
+    ShowActive(list);
+    const auto clickAt = [&](int row, bool text) {
+        const QRect place = list.visualItemRect(list.item(row));
+        const QPoint spot(text ? place.right() - 2 : place.left() + 8, place.center().y());
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, spot);
+    };
+
+    clickAt(1, true);
+    QVERIFY(list.Marked(1));
+    QCOMPARE(list.currentRow(), 1);
+    clickAt(1, true);
+    QVERIFY(!list.Marked(1));
+
+    clickAt(2, false); // on the box itself
+    QVERIFY(list.Marked(2));
+    clickAt(2, false);
+    QVERIFY(!list.Marked(2));
+
+    const QPoint onText = list.visualItemRect(list.item(0)).center();
+    QTest::mouseClick(list.viewport(), Qt::RightButton, {}, onText);
+    QVERIFY(!list.AnyMarked());
+}
+
+void widgets_test::spaceChangesTheMarkOfTheCurrentRow()
+{
+    CheckList list;
+    list.addItems({"Lunedì", "Martedì"});
+    ShowActive(list);
+    list.setCurrentRow(1);
+
+    QTest::keyClick(&list, Qt::Key_Space);
+    QVERIFY(list.Marked(1));
+    QVERIFY(!list.Marked(0));
+
+    QTest::keyClick(&list, Qt::Key_Space);
+    QVERIFY(!list.AnyMarked());
+}
+
+void widgets_test::marksAreKeptWhileTheListIsHidden()
+{
+    CheckList list;
+    list.addItems({"Lunedì", "Martedì"});
+    list.SetMarked(1, true);
+
+    list.show();
+    list.hide();
+    QVERIFY(list.Marked(1));
+    QVERIFY(list.AnyMarked());
+
+    list.show();
+    QVERIFY(list.Marked(1));
+    QVERIFY(!list.Marked(0));
+}
+
+void widgets_test::aListAddsItsRowsWithoutMarks()
+{
+    CheckList list;
+    list.addItems({"Lunedì", "Martedì"});
+    list.SetMarked(0, true);
+    list.addItem("Mercoledì");
+
+    QVERIFY(list.Marked(0));
+    QVERIFY(!list.Marked(1));
+    QVERIFY(!list.Marked(2));
+    QCOMPARE(list.item(2)->data(Qt::CheckStateRole).toInt(),
+             static_cast<int>(Qt::Unchecked)); // there is a box
+    QCOMPARE(list.currentRow(), -1);
+}
+
+void widgets_test::noLineBreakGetsIntoAPlainBox_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("taken");
+    QTest::newRow("line feed") << "a\nb"
+                               << "ab";
+    QTest::newRow("carriage return") << "a\rb"
+                                     << "ab";
+    QTest::newRow("both") << "\r\na\r\nb\r\n"
+                          << "ab";
+    QTest::newRow("NUL") << QString("a") + QChar::Null + "b"
+                         << "ab";
+    QTest::newRow("nothing else") << "\r\n"
+                                  << "";
+}
+
+void widgets_test::noLineBreakGetsIntoAPlainBox()
+{
+    QFETCH(const QString, text);
+    QFETCH(const QString, taken);
+    PlainEdit box;
+
+    box.setText(text);
+    QCOMPARE(box.text(), taken);
+
+    box.clear();
+    box.insert(text);
+    QCOMPARE(box.text(), taken);
+
+    box.clear();
+    QApplication::clipboard()->setText(text);
+    box.paste();
+    QCOMPARE(box.text(), taken);
+
+    box.clear();
+    SendCommit(box, text);
+    QCOMPARE(box.text(), taken);
+}
+
+void widgets_test::theCaretStaysWhereAPasteEnds()
+{
+    PlainEdit box;
+    box.setText("inizio fine");
+    box.setCursorPosition(7);
+
+    box.insert("a\r\nb\r\n");
+
+    QCOMPARE(box.text(), QString("inizio abfine"));
+    QCOMPARE(box.cursorPosition(), 9);
+}
+
+void widgets_test::otherControlCharactersStay()
+{
+    PlainEdit box;
+
+    box.setText("a\tb\x01");
+
+    QCOMPARE(box.text(), QString("a\tb\x01"));
+}
+
+void widgets_test::onlyDigitsCanBeTyped()
+{
+    DigitsEdit box;
+
+    QTest::keyClicks(&box, "1a2 .,-+eE3");
+    SendKey(box, "\u0663"); // a digit, but of another script
+    SendKey(box, "\u200d");
+    SendKey(box, "4");
+
+    QCOMPARE(box.text(), QString("1234"));
+}
+
+void widgets_test::controlKeysAreDroppedButCut_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("cut") << Qt::Key_X << "3";
+    QTest::newRow("copy") << Qt::Key_C << "123";
+    QTest::newRow("paste") << Qt::Key_V << "123";
+    QTest::newRow("undo") << Qt::Key_Z << "123";
+    QTest::newRow("delete to the end") << Qt::Key_K << "123";
+}
+
+void widgets_test::controlKeysAreDroppedButCut()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const QString, expected);
+    QApplication::clipboard()->setText("9");
+    DigitsEdit box;
+    QTest::keyClicks(&box, "123");
+    box.setSelection(0, 2);
+
+    QTest::keyClick(&box, key, Qt::ControlModifier);
+
+    QCOMPARE(box.text(), expected);
+    QCOMPARE(QApplication::clipboard()->text(), key == Qt::Key_X ? QString("12") : QString("9"));
+}
+
+void widgets_test::editingKeysPassTheFilter()
+{
+    DigitsEdit box;
+    QTest::keyClicks(&box, "12345");
+
+    QTest::keyClick(&box, Qt::Key_Backspace);
+    QCOMPARE(box.text(), QString("1234"));
+
+    QTest::keyClick(&box, Qt::Key_Home);
+    QTest::keyClick(&box, Qt::Key_Delete);
+    QCOMPARE(box.text(), QString("234"));
+
+    QTest::keyClick(&box, Qt::Key_End);
+    QTest::keyClick(&box, Qt::Key_Left);
+    QTest::keyClicks(&box, "9");
+    QCOMPARE(box.text(), QString("2394"));
+}
+
+void widgets_test::textThatIsNotTypedIsNotFiltered()
+{
+    DigitsEdit box;
+
+    box.setText("dieci");
+    QCOMPARE(box.text(), QString("dieci"));
+
+    box.clear();
+    QApplication::clipboard()->setText("1a\n2");
+    QTest::keyClick(&box, Qt::Key_Insert, Qt::ShiftModifier);
+    QCOMPARE(box.text(), QString("1a2"));
+
+    box.clear();
+    box.paste(); // as the context menu does
+    QCOMPARE(box.text(), QString("1a2"));
+}
+
+void widgets_test::inputMethodsAreFilteredAsTyping()
+{
+    DigitsEdit box;
+    SendCommit(box, "1a2\u0663");
+    QCOMPARE(box.text(), QString("12"));
+
+    box.selectAll();
+    QInputMethodEvent replacement;
+    replacement.setCommitString("abc", -2, 2);
+    QApplication::sendEvent(&box, &replacement);
+    QCOMPARE(box.text(), QString("12"));
+}
+
+void widgets_test::returnInADigitsBoxPressesTheDefaultButton()
+{
+    QDialog window;
+    DigitsEdit box(&window);
+    QPushButton ok("OK", &window);
+    ok.setDefault(true);
+    ShowActive(window);
+    box.setFocus();
+    const QSignalSpy clicks(&ok, &QPushButton::clicked);
+
+    QTest::keyClick(&box, Qt::Key_Return);
+
+    QCOMPARE(clicks.count(), 1);
+}
+
+void widgets_test::capitalisesAfterASeparator()
+{
+    QFETCH(const QJsonValue, given);
+
+    const QChar separator = given["separator"].toString().front();
+    QCOMPARE(CapitaliseAfter(given["text"].toString(), separator), Out(given));
+}
+
+void widgets_test::properCasesAPath()
+{
+    QFETCH(const QJsonValue, given);
+
+    QCOMPARE(ProperCasePath(In(given)), Out(given));
+}
+
+void widgets_test::joinsPaths()
+{
+    QFETCH(const QJsonValue, given);
+    QString directory = given["directory"].toString();
+
+    const QString joined = JoinPath(given["file"].toString(), directory, given["own_directory"].toString());
+
+    QCOMPARE(joined, Out(given));
+    QCOMPARE(directory, given["directory_after"].toString());
+}
+
+void widgets_test::trimsBlanks()
+{
+    QFETCH(const QJsonValue, given);
+
+    QCOMPARE(TrimBlanks(In(given)), Out(given));
+}
+
+void widgets_test::upperCases()
+{
+    QFETCH(const QJsonValue, given);
+
+    QCOMPARE(UpperCase(In(given)), Out(given));
+}
+
+void widgets_test::wordsEndAtBlanksAndLineEndsOnly()
+{
+    QCOMPARE(ProperCasePath("a.b 1c\td\u00a0e-f'g"), QString("A.b 1c\tD\u00a0e-f'g"));
+}
+
+} // namespace corvrec
+
+int main(int argc, char* argv[])
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" CORVREC_TEST_DATA "/two_screens.json");
+    const QApplication application(argc, argv);
+    corvrec::widgets_test test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "widgets_test.moc"

@@ -1,0 +1,148 @@
+#include "widgets/dialogs.h"
+
+#include "resources/texts.h"
+
+#include <QAbstractButton>
+#include <QGroupBox>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QTabWidget>
+#include <QVariant>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// Null when the widget has no usable tag, or the table has no text for it.
+QString TextByTag(const QWidget& widget)
+{
+    const int id = TagId(widget.property("tag").toString());
+    return id > 0 ? FindText(id) : QString();
+}
+
+void SetTabCaptions(QTabWidget& tabs, const QString& text)
+{
+    const QStringList captions = text.split(u'|');
+    const int count = std::min(tabs.count(), static_cast<int>(captions.size()));
+    for (int page = 0; page < count; ++page)
+        tabs.setTabText(page, captions.at(page));
+}
+
+// Widgets of other kinds have no caption.
+void SetCaption(QWidget& widget, const QString& text)
+{
+    if (auto* const label = qobject_cast<QLabel*>(&widget))
+        label->setText(text);
+    else if (auto* const button = qobject_cast<QAbstractButton*>(&widget))
+        button->setText(text);
+    else if (auto* const group = qobject_cast<QGroupBox*>(&widget))
+        group->setTitle(text);
+    else if (auto* const tabs = qobject_cast<QTabWidget*>(&widget))
+        SetTabCaptions(*tabs, text);
+}
+
+// As Tab would do: a widget with a proxy leaves the focus to that one.
+bool CanTakeFocus(const QWidget& widget, const QWidget& scope)
+{
+    return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.focusProxy() == nullptr &&
+           widget.isEnabled() && widget.isVisibleTo(&scope);
+}
+
+// In tab order, which begins at the window.
+void FocusFirstOf(const QWidget& scope)
+{
+    const QWidget* const window = scope.window();
+    for (QWidget* next = window->nextInFocusChain(); next != window; next = next->nextInFocusChain()) {
+        if (scope.isAncestorOf(next) && CanTakeFocus(*next, scope)) {
+            next->setFocus(Qt::OtherFocusReason);
+            return;
+        }
+    }
+}
+
+// The tab control whose page the widget is; null when it is no page.
+QTabWidget* TabsOfPage(const QWidget& widget)
+{
+    const QWidget* const stack = widget.parentWidget();
+    auto* const tabs = stack == nullptr ? nullptr : qobject_cast<QTabWidget*>(stack->parentWidget());
+    return tabs != nullptr && tabs->indexOf(&widget) != -1 ? tabs : nullptr;
+}
+
+} // namespace
+
+void LocaliseDialog(QWidget& window)
+{
+    const QString title = TextByTag(window);
+    if (!title.isNull())
+        window.setWindowTitle(title);
+    for (QWidget* const widget : window.findChildren<QWidget*>()) {
+        const QString text = TextByTag(*widget);
+        if (!text.isNull() && widget->window() == &window) // dialogs that it owns localise themselves
+            SetCaption(*widget, text);
+    }
+}
+
+void CentreDialog(QWidget& window)
+{
+    const QWidget* const parent = window.parentWidget();
+    const QScreen* const screen = parent != nullptr ? parent->screen() : QGuiApplication::primaryScreen();
+    window.adjustSize();
+    window.resize(window.size().boundedTo(screen->availableSize()));
+
+    const QRect area = screen->geometry();
+    const QPoint middle(area.left() + (area.width() - window.width()) / 2,
+                        area.top() + (area.height() - window.height()) / 2);
+    // A window that cannot be made small enough shows its upper left corner.
+    window.move(std::max(middle.x(), area.left()), std::max(middle.y(), area.top()));
+}
+
+void FocusField(QWidget& field)
+{
+    const QWidget* scope = field.window();
+    for (QWidget* widget = &field; !widget->isWindow(); widget = widget->parentWidget()) {
+        QTabWidget* const tabs = TabsOfPage(*widget);
+        if (tabs == nullptr)
+            continue;
+        tabs->setCurrentWidget(widget);
+        if (scope->isWindow())
+            scope = widget; // the innermost page
+    }
+    if (CanTakeFocus(field, *scope))
+        field.setFocus(Qt::OtherFocusReason);
+    else
+        FocusFirstOf(*scope);
+}
+
+void FocusFirst(QWidget& window)
+{
+    FocusFirstOf(window);
+}
+
+BusyPointer::BusyPointer(const QList<QWidget*>& windows)
+    : windows_(windows.begin(), windows.end())
+{
+    for (QWidget* const window : windows)
+        window->setCursor(Qt::WaitCursor);
+}
+
+BusyPointer::~BusyPointer()
+{
+    Restore();
+}
+
+void BusyPointer::Restore()
+{
+    for (const QPointer<QWidget>& window : windows_) {
+        if (window)
+            window->unsetCursor();
+    }
+    windows_.clear();
+}
+
+} // namespace corvrec

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QList>
+#include <QPointer>
+
+class QWidget;
+
+namespace corvrec
+{
+
+// Sets the window's title and every caption below it (labels, buttons, groups, tabs) from the string table,
+// by the dynamic property "tag". A caption without a usable tag, or whose text is missing, stays as the form
+// was drawn.
+void LocaliseDialog(QWidget& window);
+
+// Puts the window, at its final size, into the middle of the screen that holds its parent (else the primary
+// screen), and makes it no larger than the screen. Before the first show, after the texts are in.
+void CentreDialog(QWidget& window);
+
+// Brings the tab page that holds the field to the front and puts the caret into the field; when the field
+// cannot take the focus, into the first control of the page (or window) that can.
+void FocusField(QWidget& field);
+
+// The first control of the window, in tab order, that can take the focus gets it.
+void FocusFirst(QWidget& window);
+
+// The busy pointer on some windows, until Restore or the end of its life.
+class BusyPointer
+{
+public:
+    explicit BusyPointer(const QList<QWidget*>& windows);
+    ~BusyPointer();
+    BusyPointer(const BusyPointer&) = delete;
+    BusyPointer& operator=(const BusyPointer&) = delete;
+
+    void Restore();
+
+private:
+    QList<QPointer<QWidget>> windows_;
+};
+
+} // namespace corvrec

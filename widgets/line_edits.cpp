@@ -1,0 +1,105 @@
+#include "widgets/line_edits.h"
+
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QValidator>
+
+#include <algorithm>
+
+namespace corvrec
+{
+
+namespace
+{
+
+bool IsLineBreakOrNul(QChar character)
+{
+    return character == u'\r' || character == u'\n' || character.isNull();
+}
+
+// ASCII only: QChar::isDigit takes the digits of every script.
+bool IsDigit(QChar character)
+{
+    return character >= u'0' && character <= u'9';
+}
+
+// Window systems differ in the text of a key that is pressed with Ctrl (the letter, a control code or
+// nothing), so the key itself is asked.
+bool IsControlLetter(const QKeyEvent& event)
+{
+    return event.modifiers().testFlag(Qt::ControlModifier) && event.key() >= Qt::Key_A &&
+           event.key() <= Qt::Key_Z;
+}
+
+bool PassesFilter(const QKeyEvent& event)
+{
+    if (IsControlLetter(event))
+        return event.key() == Qt::Key_X && !event.modifiers().testFlag(Qt::AltModifier);
+    const QString text = event.text();
+    // Backspace, Delete, Return, Tab and Escape carry a control character; the other editing keys carry
+    // nothing.
+    const bool isEditingKey = text.isEmpty() || text.front().category() == QChar::Other_Control;
+    return isEditingKey || std::all_of(text.begin(), text.end(), IsDigit);
+}
+
+} // namespace
+
+// QLineEdit shows its validator each new text, whatever way it came in, and takes over the corrected one.
+class PlainEdit::Corrector : public QValidator
+{
+public:
+    explicit Corrector(PlainEdit& edit)
+        : QValidator(&edit)
+        , edit_(edit)
+    {
+    }
+
+    State validate(QString& text, int& caret) const override
+    {
+        edit_.Correct(text, caret);
+        return Acceptable;
+    }
+
+private:
+    PlainEdit& edit_;
+};
+
+PlainEdit::PlainEdit(QWidget* parent)
+    : QLineEdit(parent)
+{
+    setValidator(new Corrector(*this));
+}
+
+void PlainEdit::Correct(QString& text, int& caret)
+{
+    const auto inFront = std::min<qsizetype>(caret, text.size());
+    caret -= static_cast<int>(std::count_if(text.cbegin(), text.cbegin() + inFront, IsLineBreakOrNul));
+    text.removeIf(IsLineBreakOrNul);
+}
+
+DigitsEdit::DigitsEdit(QWidget* parent)
+    : PlainEdit(parent)
+{
+}
+
+void DigitsEdit::keyPressEvent(QKeyEvent* event)
+{
+    if (PassesFilter(*event))
+        PlainEdit::keyPressEvent(event);
+    else
+        event->accept(); // dropped here, and not offered to the window either
+}
+
+void DigitsEdit::inputMethodEvent(QInputMethodEvent* event)
+{
+    QString digits = event->commitString();
+    digits.removeIf([](QChar character) { return !IsDigit(character); });
+    QInputMethodEvent filtered(event->preeditString(), event->attributes());
+    const bool dropsAll = digits.isEmpty() && !event->commitString().isEmpty();
+    if (!dropsAll) // else the text that it was to replace stays
+        filtered.setCommitString(digits, event->replacementStart(), event->replacementLength());
+    PlainEdit::inputMethodEvent(&filtered);
+    event->setAccepted(filtered.isAccepted());
+}
+
+} // namespace corvrec

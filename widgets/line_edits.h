@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QLineEdit>
+
+namespace corvrec
+{
+
+// A text box that no line break and no NUL can get into: by keys, paste, drop, input method or code.
+class PlainEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    explicit PlainEdit(QWidget* parent = nullptr);
+
+protected:
+    // Every text passes here before it is shown, with the caret's position in it, and may be corrected.
+    virtual void Correct(QString& text, int& caret);
+
+private:
+    class Corrector;
+};
+
+// A text box for numbers. Only typing is filtered: digits, Backspace and Ctrl+X pass, every other character
+// is dropped, Ctrl+C and Ctrl+V too. Text that comes in by other means (Shift+Ins, menu, drop, code) is taken
+// as it is, but for line breaks.
+class DigitsEdit : public PlainEdit
+{
+    Q_OBJECT
+
+public:
+    explicit DigitsEdit(QWidget* parent = nullptr);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+};
+
+} // namespace corvrec

@@ -1,0 +1,60 @@
+#include "widgets/messages.h"
+
+#include "resources/texts.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace corvrec
+{
+
+namespace
+{
+
+QMessageBox::Icon IconOf(MessageIcon icon)
+{
+    switch (icon) {
+    case MessageIcon::information:
+        return QMessageBox::Information;
+    case MessageIcon::stop:
+        return QMessageBox::Critical;
+    case MessageIcon::exclamation:
+        break;
+    }
+    return QMessageBox::Warning;
+}
+
+void Fill(QMessageBox& box, const QString& text, MessageIcon icon, const QString& title)
+{
+    box.setIcon(IconOf(icon));
+    box.setWindowTitle(title.isEmpty() ? Text(text::application) : title);
+    box.setTextFormat(Qt::PlainText); // site names and paths are no markup
+    box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    QString lines = text;
+    box.setText(lines.replace(u'\r', u'\n')); // a label does not break a line at a carriage return
+}
+
+} // namespace
+
+void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon, const QString& title)
+{
+    QMessageBox box(parent);
+    Fill(box, text, icon, title);
+    box.setStandardButtons(QMessageBox::Ok);
+    box.setDefaultButton(QMessageBox::Ok);
+    box.exec();
+}
+
+bool AskYesNo(QWidget* parent, const QString& text, MessageIcon icon, const QString& title)
+{
+    QMessageBox box(parent);
+    Fill(box, text, icon, title);
+    QPushButton* const yes = box.addButton(Text(text::yes), QMessageBox::YesRole);
+    QPushButton* const no = box.addButton(Text(text::no), QMessageBox::NoRole);
+    box.setDefaultButton(yes);
+    box.setEscapeButton(no);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
+} // namespace corvrec
