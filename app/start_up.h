@@ -1,0 +1,14 @@
+#pragma once
+
+class QApplication;
+
+namespace corvrec
+{
+
+struct Environment;
+
+// Runs the editor until the site list is closed; gives the program's exit status. 1, after a message and
+// without a window, when the settings file names no serial port.
+int RunEditor(QApplication& application, const Environment& environment);
+
+} // namespace corvrec

@@ -1,0 +1,26 @@
+#include "comm/qt_event_pump.h"
+
+#include "config/clock.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+namespace corvrec
+{
+
+void QtEventPump::Process(std::optional<std::int64_t> deadlineTick)
+{
+    if (!deadlineTick || clock_.TickMs() > *deadlineTick) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents);
+        return;
+    }
+    // A step beyond the deadline, so that the clock has passed it when the timer ends the rest. One call
+    // only: an extra pass before it would swallow the event of a byte that has just come, and rest on.
+    QTimer deadline;
+    deadline.setTimerType(Qt::PreciseTimer);
+    deadline.setSingleShot(true);
+    deadline.start(static_cast<int>(*deadlineTick - clock_.TickMs() + kTickStepMs));
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+} // namespace corvrec

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "comm/serial_port.h"
+
+#include <QSerialPort>
+#include <QString>
+
+#include <deque>
+
+namespace corvrec
+{
+
+// The system's name for a port number: on Windows "COMn"; elsewhere, the first that there is of the
+// environment variable CORVREC_COMn, the device /dev/corvrec-comn, the device /dev/ttyS(n-1). Empty for a
+// number below 1.
+QString PortDevice(int commPort);
+
+// A real serial port. A device that goes away closes it: every use then throws PortError until it is opened
+// again.
+class QtSerialPort final : public SerialPort
+{
+public:
+    QtSerialPort();
+    ~QtSerialPort() override;
+    QtSerialPort(const QtSerialPort&) = delete;
+    QtSerialPort& operator=(const QtSerialPort&) = delete;
+
+    void Configure(const LineSettings& line) override;
+    void Open() override;
+    [[nodiscard]] bool IsOpen() const override;
+    void Close() noexcept override;
+    [[nodiscard]] int InputLen() const noexcept override { return inputLen_; }
+    void SetInputLen(int characters) noexcept override { inputLen_ = characters; }
+    int InBufferCount() override;
+    std::string Input() override;
+    [[nodiscard]] bool CDHolding() const override;
+    void Output(std::string_view bytes) override;
+    void ClearInput() override;
+    void ClearOutput() override;
+
+private:
+    void NoteError(QSerialPort::SerialPortError error);
+    void CheckUsable() const;
+    void Fill();
+
+    LineSettings line_;
+    // pinoutSignals() of an open port is a question, but not a const member.
+    mutable QSerialPort port_;
+    std::deque<char> received_; // without NULs, at most kBufferSize
+    int inputLen_ = 0;
+    bool isSending_ = false;
+    bool isLost_ = false;
+};
+
+} // namespace corvrec

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+
+namespace corvrec
+{
+
+class Clock;
+class EventPump;
+class ProfileFile;
+class SerialPort;
+
+// What comes in from outside. The program fills it with the real things, a test with a temporary directory, a
+// real file in it, and a clock that it sets.
+struct Environment {
+    std::filesystem::path directory; // the program's own: Corvrec.ini, modem.dat
+    ProfileFile& settings;
+    Clock& clock;
+    EventPump& events;
+    std::function<std::unique_ptr<SerialPort>()> makePort;
+};
+
+} // namespace corvrec

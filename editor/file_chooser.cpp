@@ -1,0 +1,48 @@
+#include "editor/file_chooser.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+namespace corvrec
+{
+
+namespace
+{
+
+bool HoldsFiles(const QString& folder)
+{
+    return !QDir(folder).entryList(QDir::Files).isEmpty();
+}
+
+} // namespace
+
+std::optional<QString> FolderOf(const QString& text)
+{
+    const QChar separator = text.startsWith('/') ? '/' : '\\';
+    qsizetype length = text.length();
+    // One or two characters are taken as they are: "C:" is a folder.
+    if (length > 2) {
+        while (length >= 2 && text.at(length - 1) != separator)
+            --length;
+    }
+    if (length <= 1)
+        return std::nullopt;
+    return text.left(length);
+}
+
+std::optional<QString> ChooseFile(QWidget* parent, const QString& fieldText, const QString& ownDirectory)
+{
+    const std::optional<QString> folder = FolderOf(fieldText);
+    QFileDialog chooser(parent, {}, folder && HoldsFiles(*folder) ? *folder : ownDirectory);
+    chooser.setAcceptMode(QFileDialog::AcceptOpen);
+    chooser.setFileMode(QFileDialog::AnyFile);
+    // Qt takes the last parentheses as the pattern and, with the details hidden, does not show them; "*" also
+    // lists names without a point.
+    chooser.setOption(QFileDialog::HideNameFilterDetails);
+    chooser.setNameFilters({"Testo (*.txt) (*.txt)", "Tutti i file (*.*) (*)"});
+    if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty())
+        return std::nullopt;
+    return QDir::toNativeSeparators(chooser.selectedFiles().constFirst());
+}
+
+} // namespace corvrec

@@ -1,0 +1,113 @@
+#include "editor/frmFileAvanzate.h"
+
+#include "resources/texts.h"
+#include "ui_frmFileAvanzate.h"
+#include "widgets/dialogs.h"
+#include "widgets/messages.h"
+#include "widgets/qt_text.h"
+
+#include <QShowEvent>
+
+namespace corvrec
+{
+
+namespace
+{
+
+void ShowAlert(const std::optional<Alert>& alert, QCheckBox& box, QLineEdit& field)
+{
+    if (!alert)
+        return;
+    box.setChecked(alert->on);
+    if (alert->limit)
+        field.setText(ToQt(*alert->limit));
+}
+
+Alert TakeAlert(const QCheckBox& box, const QLineEdit& field)
+{
+    return {.on = box.isChecked(), .limit = ToStd(field.text())};
+}
+
+} // namespace
+
+frmFileAvanzate::frmFileAvanzate(QWidget* parent)
+    : QDialog(parent)
+    , ui_(std::make_unique<Ui::frmFileAvanzate>())
+{
+    ui_->setupUi(this);
+    connect(ui_->chkFile, &QCheckBox::toggled, this, &frmFileAvanzate::chkFile_Click);
+    connect(ui_->chkSpazio, &QCheckBox::toggled, this, &frmFileAvanzate::chkSpazio_Click);
+    connect(ui_->OK, &QPushButton::clicked, this, &frmFileAvanzate::OK_Click);
+    connect(ui_->Annulla, &QPushButton::clicked, this, &frmFileAvanzate::Annulla_Click);
+    LocaliseDialog(*this);
+    CentreDialog(*this);
+}
+
+frmFileAvanzate::~frmFileAvanzate() = default;
+
+void frmFileAvanzate::RegisterUndo()
+{
+    undo_ = {.file = ui_->chkFile->isChecked(),
+             .seconds = ui_->txtFile->text(),
+             .space = ui_->chkSpazio->isChecked(),
+             .megabytes = ui_->txtSpazio->text()};
+}
+
+void frmFileAvanzate::ShowRecord(const SiteRecord& site)
+{
+    ShowAlert(site.fileAlert, *ui_->chkFile, *ui_->txtFile);
+    ShowAlert(site.diskAlert, *ui_->chkSpazio, *ui_->txtSpazio);
+}
+
+void frmFileAvanzate::FillRecord(SiteRecord& site) const
+{
+    site.fileAlert = TakeAlert(*ui_->chkFile, *ui_->txtFile);
+    site.diskAlert = TakeAlert(*ui_->chkSpazio, *ui_->txtSpazio);
+}
+
+void frmFileAvanzate::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        FocusField(*ui_->chkFile);
+}
+
+void frmFileAvanzate::chkFile_Click()
+{
+    const bool on = ui_->chkFile->isChecked();
+    ui_->txtFile->setEnabled(on);
+    ui_->lblFile->setEnabled(on);
+}
+
+void frmFileAvanzate::chkSpazio_Click()
+{
+    const bool on = ui_->chkSpazio->isChecked();
+    ui_->txtSpazio->setEnabled(on);
+    ui_->lblSpazio->setEnabled(on);
+}
+
+void frmFileAvanzate::OK_Click()
+{
+    // The disk threshold is looked at only when the file alert is off.
+    if (ui_->chkFile->isChecked() && ui_->txtFile->text().isEmpty()) {
+        ShowMessage(this, Text(text::fileTimeOutMissing));
+        FocusField(*ui_->txtFile);
+    } else if (!ui_->chkFile->isChecked() && ui_->chkSpazio->isChecked() &&
+               ui_->txtSpazio->text().isEmpty()) {
+        ShowMessage(this, Text(text::diskThresholdMissing));
+        FocusField(*ui_->txtSpazio);
+    } else {
+        hide();
+    }
+}
+
+void frmFileAvanzate::Annulla_Click()
+{
+    ui_->chkFile->setChecked(undo_.file);
+    ui_->txtFile->setText(undo_.seconds);
+    ui_->chkSpazio->setChecked(undo_.space);
+    ui_->txtSpazio->setText(undo_.megabytes);
+    hide();
+}
+
+} // namespace corvrec

@@ -1,0 +1,149 @@
+#include "editor/frmModem.h"
+
+#include "config/conversions.h"
+#include "config/site_record.h"
+#include "resources/texts.h"
+#include "ui_frmModem.h"
+#include "widgets/dialogs.h"
+#include "widgets/messages.h"
+#include "widgets/qt_text.h"
+#include "widgets/selections.h"
+
+#include <QShowEvent>
+#include <QSignalBlocker>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// Offered when the catalogue holds no model: any modem of the Hayes family understands it.
+constexpr auto kGenericInitString = "X3S0=0&M5&K0&C1&D2&R1";
+
+} // namespace
+
+frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
+    : QDialog(parent)
+    , ui_(std::make_unique<Ui::frmModem>())
+    , catalogue_(directory / "modem.dat")
+{
+    ui_->setupUi(this);
+    // Picking the same model again brings its string back: activated, not currentIndexChanged.
+    connect(ui_->cboModem, &QComboBox::activated, this, &frmModem::cboModem_Click);
+    connect(ui_->OK, &QPushButton::clicked, this, &frmModem::OK_Click);
+    connect(ui_->Annulla, &QPushButton::clicked, this, &frmModem::Annulla_Click);
+    LocaliseDialog(*this);
+    FillModels();
+    SelectRow(*ui_->cboModem, 0, *this, &frmModem::cboModem_Click);
+    GuardWheel(*this);
+    CentreDialog(*this);
+}
+
+frmModem::~frmModem() = default;
+
+void frmModem::FillModels()
+{
+    QStringList names;
+    for (const ModemModel& model : catalogue_.Models()) {
+        names.append(ToQt(model.name));
+        initStrings_.push_back(ToQt(model.initString));
+    }
+    if (names.isEmpty()) {
+        names.append(Text(text::genericModem));
+        initStrings_.emplace_back(kGenericInitString);
+    }
+    FillList(*ui_->cboModem, names);
+}
+
+void frmModem::RegisterUndo()
+{
+    undo_ = {.model = ui_->cboModem->currentIndex(),
+             .number = ui_->txtTelefono->text(),
+             .attempts = ui_->txtTentImpor->text(),
+             .initString = ui_->txtStringaInit->text(),
+             .resetString = ui_->txtStringaReset->text(),
+             .tone = ui_->optToni->isChecked()};
+}
+
+void frmModem::ShowRecord(const SiteRecord& site)
+{
+    if (site.modemModel)
+        SelectByPrefix(*ui_->cboModem, ToQt(*site.modemModel));
+    if (site.initString)
+        ui_->txtStringaInit->setText(ToQt(*site.initString));
+    if (site.resetString)
+        ui_->txtStringaReset->setText(ToQt(*site.resetString));
+    if (site.dial) {
+        (site.dial->tone ? ui_->optToni : ui_->optImpulsi)->setChecked(true);
+        ui_->txtTelefono->setText(ToQt(site.dial->number));
+    }
+    if (site.importAttempts)
+        ui_->txtTentImpor->setText(ToQt(*site.importAttempts));
+}
+
+void frmModem::FillRecord(SiteRecord& site) const
+{
+    site.modemModel = ToStd(ui_->cboModem->currentText());
+    site.initString = ToStd(ui_->txtStringaInit->text());
+    site.resetString = ToStd(ui_->txtStringaReset->text());
+    site.dial = DialNumber{.tone = ui_->optToni->isChecked(), .number = ToStd(ui_->txtTelefono->text())};
+    site.importAttempts = ToStd(ui_->txtTentImpor->text());
+}
+
+ModemSettings frmModem::Settings() const
+{
+    return {.resetString = ToStd(ui_->txtStringaReset->text()),
+            .initString = ToStd(ui_->txtStringaInit->text()),
+            .number = ToStd(ui_->txtTelefono->text()),
+            .pulse = ui_->optImpulsi->isChecked()};
+}
+
+void frmModem::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        FocusField(*ui_->cboModem);
+}
+
+void frmModem::cboModem_Click()
+{
+    const auto row = static_cast<std::size_t>(ui_->cboModem->currentIndex());
+    ui_->txtStringaInit->setText(initStrings_.at(row));
+}
+
+void frmModem::OK_Click()
+{
+    const auto isEmpty = [](const QLineEdit* field) { return field->text().isEmpty(); };
+    const bool belowOne = LeadingNumber(ToStd(ui_->txtTentImpor->text())) < 1;
+    if (Missing(*ui_->txtTelefono, text::phoneNumberMissing, isEmpty(ui_->txtTelefono)) ||
+        Missing(*ui_->txtTentImpor, text::attemptsMissing, isEmpty(ui_->txtTentImpor)) ||
+        Missing(*ui_->txtTentImpor, text::attemptsBelowOne, belowOne) ||
+        Missing(*ui_->txtStringaInit, text::initStringMissing, isEmpty(ui_->txtStringaInit)) ||
+        Missing(*ui_->txtStringaReset, text::resetStringMissing, isEmpty(ui_->txtStringaReset)))
+        return;
+    hide();
+}
+
+bool frmModem::Missing(QWidget& field, TextId message, bool missing)
+{
+    if (missing) {
+        ShowMessage(this, Text(message));
+        FocusField(field);
+    }
+    return missing;
+}
+
+void frmModem::Annulla_Click()
+{
+    // The selection first: it brings the catalogue's string, which the recorded one then replaces.
+    SelectRow(*ui_->cboModem, undo_.model, *this, &frmModem::cboModem_Click);
+    ui_->txtTelefono->setText(undo_.number);
+    ui_->txtTentImpor->setText(undo_.attempts);
+    ui_->txtStringaInit->setText(undo_.initString);
+    ui_->txtStringaReset->setText(undo_.resetString);
+    (undo_.tone ? ui_->optToni : ui_->optImpulsi)->setChecked(true);
+    hide();
+}
+
+} // namespace corvrec

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "comm/modem_session.h"
+#include "config/modem_catalogue.h"
+#include "resources/text_ids.h"
+
+#include <QDialog>
+#include <QString>
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+namespace Ui
+{
+class frmModem;
+}
+
+namespace corvrec
+{
+
+struct SiteRecord;
+
+// The dial-up settings of a remote site, and the modem catalogue that offers an initialisation string for
+// each model. The controls are the values: loading a site sets them, saving reads them, the user's changes
+// can be undone by Annulla.
+class frmModem : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // directory: the program's own, where modem.dat lies.
+    explicit frmModem(const std::filesystem::path& directory, QWidget* parent = nullptr);
+    ~frmModem() override;
+
+    // Records the values that Annulla brings back. Before each showing.
+    void RegisterUndo();
+
+    void ShowRecord(const SiteRecord& site);
+    void FillRecord(SiteRecord& site) const;
+
+    // What dialling needs of the values.
+    ModemSettings Settings() const;
+
+    void reject() override { Annulla_Click(); }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void FillModels();
+    void cboModem_Click();
+    void OK_Click();
+    void Annulla_Click();
+    bool Missing(QWidget& field, TextId message, bool missing);
+
+    struct Undo {
+        int model = 0;
+        QString number;
+        QString attempts;
+        QString initString;
+        QString resetString;
+        bool tone = true;
+    };
+
+    std::unique_ptr<Ui::frmModem> ui_;
+    ModemCatalogue catalogue_;
+    std::vector<QString> initStrings_; // by the list's item data
+    Undo undo_;
+};
+
+} // namespace corvrec

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class QCheckBox;
+
+namespace Ui
+{
+class frmTrasfAvanzate;
+}
+
+namespace corvrec
+{
+
+struct SiteRecord;
+
+// The line transformations that the recorder applies to what the exchange sends. The check boxes are the
+// values: loading a site sets them, saving reads them, and the user's changes can be undone by Annulla.
+class frmTrasfAvanzate : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit frmTrasfAvanzate(QWidget* parent = nullptr);
+    ~frmTrasfAvanzate() override;
+
+    // Records the values that Annulla brings back. Before each showing.
+    void RegisterUndo();
+
+    void ShowRecord(const SiteRecord& site);
+    void FillRecord(SiteRecord& site) const;
+
+    void reject() override { Annulla_Click(); }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void OK_Click();
+    void Annulla_Click();
+
+    struct Undo {
+        bool fixCrLf = false;
+        bool addDate = false;
+        bool dropNulls = false;
+        bool addTime = false;
+    };
+
+    std::unique_ptr<Ui::frmTrasfAvanzate> ui_;
+    Undo undo_;
+};
+
+} // namespace corvrec

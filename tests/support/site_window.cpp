@@ -1,0 +1,63 @@
+#include "tests/support/site_window.h"
+
+#include "editor/environment.h"
+
+#include <QTest>
+
+#include <fstream>
+#include <stdexcept>
+
+namespace corvrec
+{
+
+SiteWindow::SiteWindow(std::string_view settings, std::optional<std::string_view> catalogue)
+    : settings_(settings)
+{
+    clock_.SetNow(kNow);
+    if (catalogue)
+        std::ofstream(settings_.Directory() / "modem.dat", std::ios::binary) << *catalogue;
+    list_ =
+        std::make_unique<frmSiti>(Environment{settings_.Directory(), *settings_, clock_, events_, makePort_});
+    if (!list_->Load())
+        throw std::logic_error("the settings of this test name no port");
+    list_->LoadEditor();
+    list_->RefreshGrid();
+    list_->show();
+    list_->activateWindow();
+    if (!QTest::qWaitForWindowActive(list_.get()))
+        throw std::runtime_error("the site list did not come to the front");
+}
+
+SiteWindow::~SiteWindow() = default;
+
+frmDettaglio& SiteWindow::Editor()
+{
+    auto* const editor = list_->findChild<frmDettaglio*>();
+    if (editor == nullptr)
+        throw std::logic_error("the editor is not loaded");
+    return *editor;
+}
+
+QByteArray SiteWindow::File() const
+{
+    return QByteArray::fromStdString(settings_.Bytes());
+}
+
+std::string SettingsWith(std::initializer_list<std::string_view> codes)
+{
+    std::string bytes = "[Siti]\r\n";
+    for (const std::string_view code : codes)
+        bytes.append(code).append("=Sito ").append(code).append("\r\n");
+    bytes += "[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n";
+    for (const std::string_view code : codes) {
+        bytes.append("[").append(code).append(
+            "]\r\nSitoAbilitato=1\r\nDispositivo=COM\r\nMODEM=0\r\nRicorrenza=-1\r\n");
+        bytes.append("Ogni= 3600\r\nOra=08:30 21/11/2026\r\n");
+        bytes.append("Dati=C:\\Dati\\").append(code).append(".txt\r\n");
+        bytes.append("Dati2=C:\\Scambio\\").append(code).append(".txt\r\n");
+        bytes.append("Storico=C:\\Storico\\").append(code).append(".txt\r\n");
+    }
+    return bytes;
+}
+
+} // namespace corvrec
