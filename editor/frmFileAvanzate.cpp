@@ -89,16 +89,22 @@ void frmFileAvanzate::chkSpazio_Click()
 void frmFileAvanzate::OK_Click()
 {
     // The disk threshold is looked at only when the file alert is off.
-    if (ui_->chkFile->isChecked() && ui_->txtFile->text().isEmpty()) {
-        ShowMessage(this, Text(text::fileTimeOutMissing));
-        FocusField(*ui_->txtFile);
-    } else if (!ui_->chkFile->isChecked() && ui_->chkSpazio->isChecked() &&
-               ui_->txtSpazio->text().isEmpty()) {
-        ShowMessage(this, Text(text::diskThresholdMissing));
-        FocusField(*ui_->txtSpazio);
-    } else {
+    if (ui_->chkFile->isChecked())
+        CloseUnlessEmpty(*ui_->txtFile, text::fileTimeOutMissing);
+    else if (ui_->chkSpazio->isChecked())
+        CloseUnlessEmpty(*ui_->txtSpazio, text::diskThresholdMissing);
+    else
         hide();
+}
+
+void frmFileAvanzate::CloseUnlessEmpty(QLineEdit& field, TextId message)
+{
+    if (!field.text().isEmpty()) {
+        hide();
+        return;
     }
+    ShowMessage(this, Text(message));
+    FocusField(field);
 }
 
 void frmFileAvanzate::Annulla_Click()

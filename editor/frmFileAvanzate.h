@@ -1,11 +1,14 @@
 #pragma once
 
 #include "config/site_record.h"
+#include "resources/text_ids.h"
 
 #include <QDialog>
 #include <QString>
 
 #include <memory>
+
+class QLineEdit;
 
 namespace Ui
 {
@@ -40,6 +43,7 @@ private:
     void chkFile_Click();
     void chkSpazio_Click();
     void OK_Click();
+    void CloseUnlessEmpty(QLineEdit& field, TextId message);
     void Annulla_Click();
 
     struct Undo {

@@ -1,0 +1,106 @@
+# shellcheck shell=bash disable=SC2034
+# Sourced by the scripts beside it, which then stand in the root of the tree.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+# What the tree needs to configure and to build, tests included.
+buildPackages=(
+    cmake ninja-build g++
+    qt6-base-dev qt6-serialport-dev qt6-tools-dev qt6-translations-l10n
+    libgtest-dev libgmock-dev nlohmann-json3-dev
+)
+
+# A virtual screen shows nothing without fonts, and no frames without a window manager.
+screenPackages=(openbox xauth fonts-dejavu-core)
+
+# Installs those of the named Debian packages that are missing. Nothing is asked.
+ensure_packages()
+{
+    local package installed missing=()
+    installed=" $(dpkg-query --show --showformat='${Package}=${db:Status-Status} ' "$@" 2>/dev/null || true)"
+    for package in "$@"; do
+        [[ $installed == *" $package=installed "* ]] || missing+=("$package")
+    done
+    (( ${#missing[@]} > 0 )) || return 0
+
+    local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
+    (( EUID == 0 )) || apt=(sudo "${apt[@]}")
+    echo "Installing: ${missing[*]}"
+    # A source that cannot be refreshed need not be the one that holds the packages.
+    "${apt[@]}" update || true
+    if ! "${apt[@]}" install --yes --no-install-recommends "${missing[@]}"; then
+        echo "Missing packages: ${missing[*]}" >&2
+        echo "Have them installed as root (apt-get install ${missing[*]}), then start again." >&2
+        return 1
+    fi
+}
+
+# configure PRESET DIRECTORY [OPTION...]: a tree that is configured already is left to the build, which knows by itself
+# when its lists of files change.
+configure()
+{
+    local preset=$1 directory=$2
+    shift 2
+    [[ $directory/build.ninja -nt CMakePresets.json ]] || cmake --preset "$preset" -B "$directory" "$@"
+}
+
+# A virtual screen's files (in a directory that only this user can look into), and what runs on it, in order of start.
+screenDirectory=
+screenPids=()
+
+# To be called before start_screen: from here on the script leaves nothing behind, however it ends.
+prepare_screen()
+{
+    trap stop_screen EXIT
+    trap 'exit 129' HUP
+    trap 'exit 130' INT
+    trap 'exit 143' TERM
+    screenDirectory=$(mktemp --directory --tmpdir corvrec.XXXXXXXX)
+}
+
+# start_screen COMMAND...: a virtual screen with a window manager; COMMAND is an X server with its options. Exports
+# DISPLAY and XAUTHORITY (without the key in that file no other user of the machine gets at the screen).
+start_screen()
+{
+    local number
+    export XAUTHORITY=$screenDirectory/xauthority
+    # Qt wants a directory of the user's own.
+    export XDG_RUNTIME_DIR=${XDG_RUNTIME_DIR:-$screenDirectory}
+    mkfifo "$screenDirectory/ready"
+
+    for (( number = 1; number < 50; ++number )); do
+        [[ ! -e /tmp/.X11-unix/X$number && ! -e /tmp/.X$number-lock ]] || continue
+        xauth -q -f "$XAUTHORITY" add ":$number" . "$(mcookie)" 2> /dev/null
+        # In a session of its own: Ctrl+C reaches the script alone, which then ends things in order.
+        setsid "$@" ":$number" -auth "$XAUTHORITY" -nolisten tcp -displayfd 5 \
+            5> "$screenDirectory/ready" > "$screenDirectory/server.log" 2>&1 &
+        screenPids=($!)
+        # The server tells its number when it is ready. One that ends instead found its number or its port taken.
+        if read -r < "$screenDirectory/ready"; then
+            export DISPLAY=:$number
+            break
+        fi
+    done
+    if (( number == 50 )); then
+        echo "No virtual screen could be started:" >&2
+        tail --lines=5 "$screenDirectory/server.log" >&2
+        return 1
+    fi
+
+    # A window that is there before the window manager would get its frame outside the screen.
+    (trap '' PIPE; exec setsid openbox --startup 'echo ready') \
+        > "$screenDirectory/ready" 2> "$screenDirectory/openbox.log" &
+    screenPids+=($!)
+    read -r < "$screenDirectory/ready"
+}
+
+# What was started last goes first: the program, the window manager, the server.
+stop_screen()
+{
+    local i
+    for (( i = ${#screenPids[@]} - 1; i >= 0; --i )); do
+        kill "${screenPids[i]}" 2> /dev/null || true
+        wait "${screenPids[i]}" 2> /dev/null || true
+    done
+    [[ -z $screenDirectory ]] || rm -rf "$screenDirectory"
+}
