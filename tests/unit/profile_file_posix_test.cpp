@@ -140,6 +140,21 @@ TEST(ProfileFileCost, AFileThatHasAgedIsComparedOnce)
                 ElementsAre("stat", "open", "pread", "fstat", "fstatfs", "close", "stat"));
 }
 
+// Such times may be those of a file system that knows no finer ones.
+TEST(ProfileFileCost, AFileWithATimeInWholeSecondsIsComparedForTwoSeconds)
+{
+    Probed probed(SampleBytes());
+    const std::array times = {timespec{1'000'000'000, 0}, timespec{1'000'000'000, 0}};
+    ASSERT_EQ(::utimensat(AT_FDCWD, probed.file.Path().c_str(), times.data(), 0), 0);
+    probed.calls.SetClockAhead(1);
+    probed.profile->Read("General", "Com", "", 100);
+    probed.calls.ForgetMade();
+
+    probed.profile->Read("General", "Com", "", 100);
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
+}
+
 TEST(ProfileFileCost, AFileOfAnotherMachineIsComparedEachTime)
 {
     constexpr std::uint32_t nfs = 0x6969;
@@ -185,6 +200,15 @@ TEST(ProfileFileCost, AValueOfTheSameLengthIsOneWrite)
     EXPECT_TRUE(probed.profile->Write("General", "Com", "COM2"));
 
     EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fstat", "pread", "pwrite", "fstat", "close"));
+}
+
+TEST(ProfileFileCost, OfAValueOfTheSameLengthOnlyWhatDiffersIsWritten)
+{
+    Probed probed(SampleBytes());
+
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "CAM1"));
+
+    EXPECT_EQ(probed.calls.Written(), 1U);
 }
 
 TEST(ProfileFileCost, ANewLineAtTheEndIsOneWrite)
