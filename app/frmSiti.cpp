@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace corvrec
 {
@@ -42,8 +43,8 @@ QString TitleText(QString text)
 
 } // namespace
 
-frmSiti::frmSiti(const Environment& environment)
-    : environment_(environment)
+frmSiti::frmSiti(Environment environment)
+    : environment_(std::move(environment))
     , ui_(std::make_unique<Ui::frmSiti>())
 {
     ui_->setupUi(this);

@@ -27,7 +27,7 @@ class frmSiti : public QWidget, public SiteListView
     Q_OBJECT
 
 public:
-    explicit frmSiti(const Environment& environment);
+    explicit frmSiti(Environment environment);
     ~frmSiti() override;
 
     // Reads the sites and the port from the settings file. False, after a message, when the file names no

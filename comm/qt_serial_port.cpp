@@ -85,10 +85,10 @@ QString PortDevice(int commPort)
 #ifdef Q_OS_WIN
     return QString("COM%1").arg(commPort);
 #else
-    const QString named = qEnvironmentVariable(qPrintable(QString("CORVREC_COM%1").arg(commPort)));
+    QString named = qEnvironmentVariable(qPrintable(QString("CORVREC_COM%1").arg(commPort)));
     if (!named.isEmpty())
         return named;
-    const QString linked = QString("/dev/corvrec-com%1").arg(commPort);
+    QString linked = QString("/dev/corvrec-com%1").arg(commPort);
     return QFileInfo::exists(linked) ? linked : QString("/dev/ttyS%1").arg(commPort - 1);
 #endif
 }

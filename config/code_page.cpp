@@ -63,20 +63,6 @@ char32_t TakeCharacter(std::string_view& utf8)
     return taken == lead.length && character >= lead.least ? character : kBroken;
 }
 
-char ByteOf(char32_t character)
-{
-    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
-        return static_cast<char>(character);
-    const auto* const found = std::ranges::find(kHighControls, character);
-    return found == kHighControls.end() ? kNoSuchCharacter
-                                        : static_cast<char>(0x80 + (found - kHighControls.begin()));
-}
-
-char32_t CharacterOf(unsigned char byte)
-{
-    return byte >= 0x80 && byte < 0xA0 ? kHighControls.at(byte - 0x80U) : byte;
-}
-
 // Every character of the page lies below U+10000, so three bytes are enough.
 void AppendUtf8(std::string& utf8, char32_t character)
 {
@@ -95,12 +81,27 @@ void AppendUtf8(std::string& utf8, char32_t character)
 
 } // namespace
 
+char Cp1252FromCharacter(char32_t character)
+{
+    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
+        return static_cast<char>(character);
+    const auto* const found = std::ranges::find(kHighControls, character);
+    return found == kHighControls.end() ? kNoSuchCharacter
+                                        : static_cast<char>(0x80 + (found - kHighControls.begin()));
+}
+
+char32_t CharacterFromCp1252(char byte)
+{
+    const auto number = static_cast<unsigned char>(byte);
+    return number >= 0x80 && number < 0xA0 ? kHighControls.at(number - 0x80U) : number;
+}
+
 std::string Cp1252FromUtf8(std::string_view utf8)
 {
     std::string bytes;
     bytes.reserve(utf8.size());
     while (!utf8.empty())
-        bytes += ByteOf(TakeCharacter(utf8));
+        bytes += Cp1252FromCharacter(TakeCharacter(utf8));
     return bytes;
 }
 
@@ -109,7 +110,7 @@ std::string Utf8FromCp1252(std::string_view bytes)
     std::string utf8;
     utf8.reserve(bytes.size());
     for (const char byte : bytes)
-        AppendUtf8(utf8, CharacterOf(static_cast<unsigned char>(byte)));
+        AppendUtf8(utf8, CharacterFromCp1252(byte));
     return utf8;
 }
 

@@ -14,4 +14,8 @@ namespace corvrec
 std::string Cp1252FromUtf8(std::string_view utf8);
 std::string Utf8FromCp1252(std::string_view bytes);
 
+// A single Unicode character and its byte, by the same rules.
+char Cp1252FromCharacter(char32_t character);
+char32_t CharacterFromCp1252(char byte);
+
 } // namespace corvrec

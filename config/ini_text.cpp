@@ -1,5 +1,7 @@
 #include "config/ini_text.h"
 
+#include "config/code_page.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -19,30 +21,9 @@ constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 // The profile functions count the length of a value in 16 bits.
 constexpr std::size_t kValueLengths = 65536;
 
-// Code page 1252 from 80 to 9F; all other bytes are the character of the same number, as are the five
-// unassigned ones.
-constexpr std::array<char16_t, 32> kHighCharacters = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
 unsigned char Number(char byte)
 {
     return static_cast<unsigned char>(byte); // char is signed here, unsigned elsewhere
-}
-
-char16_t Widened(char byte)
-{
-    const unsigned char number = Number(byte);
-    return number >= 0x80 && number < 0xA0 ? kHighCharacters.at(number - 0x80U) : char16_t{number};
-}
-
-char Narrowed(char16_t unit)
-{
-    if (unit < 0x80 || (unit >= 0xA0 && unit < 0x100))
-        return static_cast<char>(unit);
-    const auto* const found = std::ranges::find(kHighCharacters, unit);
-    return found == kHighCharacters.end() ? '?' : static_cast<char>(0x80 + (found - kHighCharacters.begin()));
 }
 
 std::string Utf16FromBytes(std::string_view bytes)
@@ -50,7 +31,7 @@ std::string Utf16FromBytes(std::string_view bytes)
     std::string wide;
     wide.reserve(2 * bytes.size());
     for (const char byte : bytes) {
-        const char16_t unit = Widened(byte);
+        const char32_t unit = CharacterFromCp1252(byte); // all of the page lie below U+10000
         wide += static_cast<char>(unit & 0xFF);
         wide += static_cast<char>(unit >> 8);
     }
@@ -62,7 +43,7 @@ std::string BytesFromUtf16(std::string_view wide)
     std::string bytes;
     bytes.reserve(wide.size() / 2);
     for (std::size_t i = 0; i + 1 < wide.size(); i += 2)
-        bytes += Narrowed(static_cast<char16_t>(Number(wide[i]) | Number(wide[i + 1]) << 8));
+        bytes += Cp1252FromCharacter(Number(wide[i]) | static_cast<char32_t>(Number(wide[i + 1])) << 8);
     return bytes;
 }
 

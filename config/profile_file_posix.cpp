@@ -510,8 +510,8 @@ private:
         }
         text.Apply(*edit);
         snapshot_->stamp = StampOf(status);
-        snapshot_->isTrusted =
-            false; // somebody may write in the same tick; a filler that stayed is found so, too
+        // Somebody may write in the same tick; a filler that stayed is found by the next comparison, too.
+        snapshot_->isTrusted = false;
         return true;
     }
 

@@ -37,7 +37,7 @@ std::wstring ShortDirectory(const std::wstring& directory)
 // itself may not exist yet. A path that cannot be expressed keeps its '?', so that every operation fails.
 std::string ProfilePath(const std::filesystem::path& file)
 {
-    const std::string path = AnsiPath(file.native());
+    std::string path = AnsiPath(file.native());
     if (path.find('?') == std::string::npos)
         return path;
     const std::filesystem::path directory = ShortDirectory(file.parent_path().native());
@@ -103,8 +103,8 @@ public:
     {
         // Old systems keep the file in memory until told.
         ::WritePrivateProfileStringA(nullptr, nullptr, nullptr, path_.c_str());
-        const HANDLE file = ::CreateFileW(file_.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                          nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        HANDLE file = ::CreateFileW(file_.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
         if (file == INVALID_HANDLE_VALUE)
             return;
         ::FlushFileBuffers(file);

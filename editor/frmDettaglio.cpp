@@ -31,6 +31,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <utility>
 
 namespace corvrec
 {
@@ -86,9 +87,9 @@ bool IsWithinWindow(const QFocusEvent& event)
 
 } // namespace
 
-frmDettaglio::frmDettaglio(const Environment& environment, const SiteListView& list, QWidget* parent)
+frmDettaglio::frmDettaglio(Environment environment, const SiteListView& list, QWidget* parent)
     : QDialog(parent)
-    , environment_(environment)
+    , environment_(std::move(environment))
     , list_(list)
     , ui_(std::make_unique<Ui::frmDettaglio>())
 {
@@ -99,7 +100,7 @@ frmDettaglio::frmDettaglio(const Environment& environment, const SiteListView& l
     ui_->mskOrario->setAccessibleName(Text(text::startTime));
     transformations_ = std::make_unique<frmTrasfAvanzate>(this);
     alerts_ = std::make_unique<frmFileAvanzate>(this);
-    modem_ = std::make_unique<frmModem>(environment.directory, this);
+    modem_ = std::make_unique<frmModem>(environment_.directory, this);
     FillLists();
 
     // Measured with the weekly kind, the one with the most controls, so that nothing moves when it is chosen.

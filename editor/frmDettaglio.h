@@ -33,7 +33,7 @@ class frmDettaglio : public QDialog
     Q_OBJECT
 
 public:
-    frmDettaglio(const Environment& environment, const SiteListView& list, QWidget* parent = nullptr);
+    frmDettaglio(Environment environment, const SiteListView& list, QWidget* parent = nullptr);
     ~frmDettaglio() override;
 
     // Shows the stored settings of the site with this code (UTF-8); its name comes from the list's current

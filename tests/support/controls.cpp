@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <QWheelEvent>
 
 namespace corvrec
 {
@@ -58,6 +59,15 @@ void PickRow(QComboBox& list, int row)
     QTest::keyClick(list.view(), Qt::Key_Return);
     BringToFront(*list.window()); // without a window manager it does not come back by itself
     QCOMPARE(list.currentIndex(), row);
+}
+
+bool TurnWheelOver(QWidget& control)
+{
+    const QPointF middle = control.rect().center();
+    QWheelEvent wheel(middle, control.mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&control, &wheel);
+    return wheel.isAccepted();
 }
 
 QString Shown(const QWidget& control)

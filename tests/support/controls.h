@@ -18,6 +18,9 @@ void ShowInFrontOf(QWidget& behind, QWidget& dialog);
 // Picks an entry as a user does at the keyboard: opens the list, goes to the row, presses Enter.
 void PickRow(QComboBox& list, int row);
 
+// Turns the wheel one notch down over the control; whether the control took it.
+bool TurnWheelOver(QWidget& control);
+
 // What a control shows: the text of a field, a label or a list's chosen entry; "on" or "off" for a box or an
 // option button; the numbers of the marked rows for a list with check marks ("0 1 6").
 QString Shown(const QWidget& control);

@@ -108,7 +108,11 @@ ssize_t ProbedCalls::Read(int descriptor, char* bytes, std::size_t count, off_t 
 
 ssize_t ProbedCalls::Write(int descriptor, const char* bytes, std::size_t count, off_t offset)
 {
-    return Fails("pwrite") ? -1 : SystemCalls().Write(descriptor, bytes, Shortened(count), offset);
+    if (Fails("pwrite"))
+        return -1;
+    const ssize_t written = SystemCalls().Write(descriptor, bytes, Shortened(count), offset);
+    written_ += written > 0 ? static_cast<std::size_t>(written) : 0;
+    return written;
 }
 
 int ProbedCalls::Truncate(int descriptor, off_t size)

@@ -2,6 +2,7 @@
 
 #include "config/posix_calls.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -18,6 +19,8 @@ class ProbedCalls final : public PosixCalls
 public:
     [[nodiscard]] const std::vector<std::string>& Made() const { return made_; }
     void ForgetMade() { made_.clear(); }
+    // Bytes that all pwrites together have written.
+    [[nodiscard]] std::size_t Written() const { return written_; }
 
     // The call of that number in Made() fails with this errno.
     void FailAt(std::size_t number, int error);
@@ -69,6 +72,7 @@ private:
     [[nodiscard]] std::size_t Shortened(std::size_t count) const;
 
     std::vector<std::string> made_;
+    std::size_t written_ = 0;
     std::vector<Fault> faults_;
     std::vector<Shortage> shortages_;
     std::vector<Rewriting> rewritings_;

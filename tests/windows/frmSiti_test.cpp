@@ -174,7 +174,7 @@ void frmSiti_test::portIsTheLastDigitOfTheTitle_data()
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QJsonArray cases = QJsonDocument::fromJson(file.readAll()).object().value("com_port").toArray();
     QVERIFY(!cases.isEmpty());
-    for (const QJsonValue& row : cases)
+    for (const QJsonValue row : cases)
         QTest::newRow(qPrintable(row["com"].toString()))
             << row["com"].toString() << row["caption"].toString() << row["out"].toInt();
 }
@@ -549,7 +549,7 @@ void frmSiti_test::closeRule()
     QFETCH(bool, mayClose);
     SiteWindow window(SettingsWith({}));
     std::vector<SiteRow> sites;
-    for (const QJsonValue& row : rows)
+    for (const QJsonValue row : rows)
         sites.push_back({.name = "x",
                          .code = "x",
                          .enabled = row["enabled"].toDouble(),
