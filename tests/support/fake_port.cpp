@@ -41,6 +41,7 @@ void FakePort::Open()
     if (refuses_)
         throw PortError("refused");
     open_ = true;
+    lost_ = false;
 }
 
 void FakePort::Close() noexcept

@@ -27,7 +27,7 @@ public:
 
     void Configure(const LineSettings& line) override;
     void Open() override;
-    [[nodiscard]] bool IsOpen() const override { return open_; }
+    [[nodiscard]] bool IsOpen() const override { return open_ && !lost_; }
     void Close() noexcept override;
     [[nodiscard]] int InputLen() const noexcept override { return inputLen_; }
     void SetInputLen(int characters) noexcept override { inputLen_ = characters; }
@@ -47,7 +47,7 @@ public:
     // From now on the same byte without end; nothing stops it.
     void Pour(std::optional<char> byte) { poured_ = byte; }
 
-    // The other side goes away: the port stays open and answers with errors.
+    // The other side goes away: the port counts as closed and answers with errors, until it is opened anew.
     void Lose() { lost_ = true; }
 
     void RefuseOpen(bool refuse) { refuses_ = refuse; }

@@ -1,0 +1,153 @@
+#include "tests/support/buffer_window.h"
+
+#include "tests/support/controls.h"
+#include "tests/support/modal_visit.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include <memory>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr std::string_view kLineClear = "\x13";
+constexpr std::string_view kStatusRequest = "\x02";
+
+ModemSettings Modem()
+{
+    return {.resetString = "&F", .initString = "X3", .number = "0123", .pulse = false};
+}
+
+LineSettings Line()
+{
+    return {.commPort = 2, .settings = "9600,N,8,1", .handshaking = 0};
+}
+
+} // namespace
+
+BufferWindow::BufferWindow(Reached reached, int modelloSX)
+    : port_(new FakePort(clock_))
+    , window_(std::unique_ptr<SerialPort>(port_), clock_, script_, Line(), Modem())
+{
+    window_.SetModem(reached == Reached::byModem);
+    window_.SetModelloSX(modelloSX);
+}
+
+void BufferWindow::Open()
+{
+    port_->ForgetJournal();
+    window_.show();
+    BringToFront(window_);
+}
+
+void BufferWindow::Exec(const std::function<void()>& visit)
+{
+    port_->ForgetJournal();
+    const ModalVisit<frmSX> visitor([&](frmSX& window) {
+        visit();
+        if (window.isVisible()) {
+            QTest::qFail("the visit left the window open", __FILE__, __LINE__);
+            window.hide();
+        }
+    });
+    window_.exec();
+}
+
+frmConnessione& BufferWindow::Dialog()
+{
+    return SiteWindow::Part<frmConnessione>(window_, "frmConnessione");
+}
+
+void BufferWindow::Click(const char* button)
+{
+    QTest::mouseClick(&Button(button), Qt::LeftButton);
+}
+
+void BufferWindow::Press(Qt::Key key)
+{
+    QTest::keyClick(window_.focusWidget(), key);
+}
+
+void BufferWindow::ModemConnects()
+{
+    port_->Answer("AT&F\r", "OK\r\n");
+    port_->Answer("ATX3\r", "OK\r\n");
+    port_->Answer("ATDT0123\r", "CONNECT");
+    port_->SetCarrier(true);
+}
+
+void BufferWindow::ModemHangsUp()
+{
+    port_->Answer("+++", "OK\r\n");
+    port_->Answer("ATH\r", "OK");
+}
+
+void BufferWindow::DeviceReplies(std::string_view status)
+{
+    port_->Answer(kLineClear, kLineClear);
+    port_->Answer(kStatusRequest, status);
+    port_->Answer(kLineClear, kLineClear);
+}
+
+QStringList BufferWindow::Journal()
+{
+    QStringList journal;
+    for (const std::string& entry : port_->Journal())
+        journal.append(QString::fromStdString(entry));
+    return journal;
+}
+
+QString BufferWindow::Shows(const char* label)
+{
+    return Shown(SiteWindow::Part<QWidget>(window_, label));
+}
+
+QStringList BufferWindow::Values()
+{
+    QStringList values;
+    for (const char* const label :
+         {"lblMemoria", "lblCondizione", "lblRiempimento", "lblRipetizioni", "lblUltimoscarico",
+          "lblUltimiDati", "lblGuasto", "lblModello", "lblFirmware", "lblData", "lblOra", "lblSelezione",
+          "lblStampante", "lblModem"})
+        values.append(Shows(label));
+    return values;
+}
+
+QStringList BufferWindow::Enabled()
+{
+    QStringList names;
+    for (const char* const name : {"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}) {
+        if (IsEnabled(Button(name)))
+            names.append(name);
+    }
+    return names;
+}
+
+QString BufferWindow::Focus()
+{
+    return window_.focusWidget()->objectName();
+}
+
+QStringList BufferWindow::Busy()
+{
+    QStringList names;
+    for (const QWidget* const window : {static_cast<QWidget*>(&window_), static_cast<QWidget*>(&Dialog())}) {
+        if (window->cursor().shape() == Qt::WaitCursor)
+            names.append(window->objectName());
+    }
+    return names;
+}
+
+void BufferWindow::LogOff()
+{
+    // The manager of the session cannot be made, and nobody looks at it.
+    char manager = 0;
+    QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
+                              QGenericArgument("QSessionManager&", &manager));
+}
+
+} // namespace corvrec

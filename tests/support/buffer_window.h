@@ -1,0 +1,76 @@
+#pragma once
+
+#include "comm/buffer_device.h"
+#include "comm/frmConnessione.h"
+#include "comm/frmSX.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/fake_port.h"
+#include "tests/support/scripted_pump.h"
+#include "tests/support/site_window.h"
+#include "tests/support/unanswered_boxes.h"
+#include "widgets/mask_edit.h"
+
+#include <QPushButton>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <string_view>
+
+namespace corvrec
+{
+
+enum class Reached { direct, byModem };
+
+// The buffer window over a fake port on Com2 and a scripted event pump: what happens during a wait is the
+// script's. The times of the script and of the port's journal begin with the window.
+class BufferWindow
+{
+public:
+    explicit BufferWindow(Reached reached = Reached::direct, int modelloSX = model::stratobox30);
+
+    // Shows the window; the journal begins here.
+    void Open();
+
+    // Shows it as the editor does, and returns when it has gone. The visit acts in it and has to close it.
+    void Exec(const std::function<void()>& visit);
+
+    frmSX& Window() { return window_; }
+    frmConnessione& Dialog();
+    FakePort& Port() { return *port_; }
+    FakeClock& Time() { return clock_; }
+    ScriptedPump& Script() { return script_; }
+
+    MaskEdit& Field(const char* name) { return SiteWindow::Part<MaskEdit>(window_, name); }
+    QPushButton& Button(const char* name) { return SiteWindow::Part<QPushButton>(window_, name); }
+    void Click(const char* button);
+    void Press(Qt::Key key); // where the focus is
+
+    // The modem confirms the reset, the initialisation and the call, and from now on the carrier is held.
+    void ModemConnects();
+    void ModemHangsUp();
+
+    // The device answers the next line clear and status request, the last line clear after it too.
+    void DeviceReplies(std::string_view status);
+
+    QStringList Journal();
+    QString Shows(const char* label);
+    QStringList Values();  // of all value labels, in the order of the form
+    QStringList Enabled(); // names of the buttons that are
+    QString Focus();       // name of the control with the focus
+
+    // Windows that show the busy pointer, by their names.
+    QStringList Busy();
+
+    // The end of a session, as the desktop tells it.
+    static void LogOff();
+
+private:
+    UnansweredBoxes unansweredBoxes_;
+    FakeClock clock_;
+    ScriptedPump script_{clock_};
+    FakePort* port_; // the window owns it
+    frmSX window_;
+};
+
+} // namespace corvrec
