@@ -10,7 +10,10 @@ namespace corvrec
 
 void QtEventPump::Process(std::optional<std::int64_t> deadlineTick)
 {
-    if (!deadlineTick || clock_.TickMs() > *deadlineTick) {
+    // The clock is looked at once: a second look could find the deadline passed, and no timer would end the
+    // rest.
+    const std::int64_t leftMs = deadlineTick ? *deadlineTick - clock_.TickMs() : -1;
+    if (leftMs < 0) {
         QCoreApplication::processEvents(QEventLoop::AllEvents);
         return;
     }
@@ -19,7 +22,7 @@ void QtEventPump::Process(std::optional<std::int64_t> deadlineTick)
     QTimer deadline;
     deadline.setTimerType(Qt::PreciseTimer);
     deadline.setSingleShot(true);
-    deadline.start(static_cast<int>(*deadlineTick - clock_.TickMs() + kTickStepMs));
+    deadline.start(static_cast<int>(leftMs + kTickStepMs));
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 

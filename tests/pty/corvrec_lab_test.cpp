@@ -1,0 +1,353 @@
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <spawn.h>
+#include <stdexcept>
+#include <string>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace corvrec::lab
+{
+
+namespace
+{
+
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+constexpr int kPatienceMs = 5000;
+
+// What comes up to the line's end or the end of all; what takes too long is cut off.
+std::string ReadLine(int descriptor)
+{
+    std::string line;
+    pollfd ready{.fd = descriptor, .events = POLLIN, .revents = 0};
+    for (char c = 0; poll(&ready, 1, kPatienceMs) > 0 && read(descriptor, &c, 1) == 1;) {
+        line += c;
+        if (c == '\n')
+            break;
+    }
+    return line;
+}
+
+// The program with its standard output and standard error.
+class Program
+{
+public:
+    explicit Program(std::vector<std::string> arguments)
+    {
+        if (pipe2(output_.data(), O_CLOEXEC) != 0 || pipe2(errors_.data(), O_CLOEXEC) != 0)
+            throw std::runtime_error("no pipe");
+        posix_spawn_file_actions_t actions{};
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, output_[1], STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&actions, errors_[1], STDERR_FILENO);
+        arguments.insert(arguments.begin(), CORVREC_LAB);
+        std::vector<char*> argv;
+        argv.reserve(arguments.size() + 1);
+        for (std::string& argument : arguments)
+            argv.push_back(argument.data());
+        argv.push_back(nullptr);
+        const int result = posix_spawn(&pid_, CORVREC_LAB, &actions, nullptr, argv.data(), environ);
+        posix_spawn_file_actions_destroy(&actions);
+        close(output_[1]);
+        close(errors_[1]);
+        if (result != 0)
+            throw std::runtime_error("the program does not start");
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    ~Program()
+    {
+        if (pid_ > 0) {
+            kill(pid_, SIGKILL);
+            waitpid(pid_, nullptr, 0);
+        }
+        close(output_[0]);
+        close(errors_[0]);
+    }
+
+    std::string OutputLine() { return ReadLine(output_[0]); }
+    std::string AllOutput() { return All(output_[0]); }
+    std::string AllErrors() { return All(errors_[0]); }
+
+    void Signal(int signal) const { kill(pid_, signal); }
+
+    // Its exit status, or minus the signal that ended it.
+    int End()
+    {
+        int status = 0;
+        waitpid(std::exchange(pid_, 0), &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+
+private:
+    static std::string All(int descriptor)
+    {
+        std::string all;
+        for (std::string line = ReadLine(descriptor); !line.empty(); line = ReadLine(descriptor))
+            all += line;
+        return all;
+    }
+
+    pid_t pid_ = 0;
+    std::array<int, 2> output_{};
+    std::array<int, 2> errors_{};
+};
+
+// The device of a line "CORVREC_COMn=…", opened as a serial port would be.
+class Line
+{
+public:
+    explicit Line(const std::string& announced)
+        : descriptor_(open(Name(announced).c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC))
+    {
+        if (descriptor_ < 0)
+            throw std::runtime_error("cannot open what was announced: " + announced);
+    }
+    Line(const Line&) = delete;
+    Line& operator=(const Line&) = delete;
+    ~Line() { close(descriptor_); }
+
+    [[nodiscard]] int Descriptor() const { return descriptor_; }
+
+    void Send(const std::string& bytes) const
+    {
+        if (write(descriptor_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()))
+            throw std::runtime_error("cannot send");
+    }
+
+    [[nodiscard]] std::string Receive(std::size_t count) const
+    {
+        std::string bytes;
+        pollfd ready{.fd = descriptor_, .events = POLLIN, .revents = 0};
+        for (char c = 0;
+             bytes.size() < count && poll(&ready, 1, kPatienceMs) > 0 && read(descriptor_, &c, 1) == 1;)
+            bytes += c;
+        return bytes;
+    }
+
+    // Whether the other end has gone.
+    [[nodiscard]] bool IsHungUp() const
+    {
+        pollfd state{.fd = descriptor_, .events = 0, .revents = 0};
+        return poll(&state, 1, kPatienceMs) > 0 && (state.revents & POLLHUP) != 0;
+    }
+
+private:
+    static std::string Name(const std::string& announced)
+    {
+        return announced.substr(announced.find('=') + 1, announced.size() - announced.find('=') - 2);
+    }
+
+    int descriptor_;
+};
+
+TEST(CorvrecLab, AnnouncesItsPortFirst)
+{
+    Program program({"--port", "3"});
+
+    EXPECT_THAT(program.OutputLine(), MatchesRegex("CORVREC_COM3=/dev/pts/[0-9]+\n"));
+}
+
+TEST(CorvrecLab, IsRawFromTheStart)
+{
+    Program program({});
+    const Line line(program.OutputLine());
+
+    termios settings{};
+    ASSERT_EQ(tcgetattr(line.Descriptor(), &settings), 0);
+
+    EXPECT_EQ(settings.c_lflag & static_cast<tcflag_t>(ICANON | ECHO | ISIG), 0U);
+    EXPECT_EQ(settings.c_oflag & static_cast<tcflag_t>(OPOST), 0U);
+    EXPECT_EQ(settings.c_iflag & static_cast<tcflag_t>(ICRNL | IXON), 0U);
+}
+
+TEST(CorvrecLab, PlaysEveryDeviceOnItsOwnPort)
+{
+    Program program({"--port", "1", "--model", "1.1", "--port", "2", "--clock", "09:05 31/12/26"});
+    const Line first(program.OutputLine());
+    const Line second(program.OutputLine());
+
+    first.Send("\x02");
+    second.Send("\x02");
+
+    EXPECT_EQ(first.Receive(18), "\x02"
+                                 "010032768   12 U\x05");
+    EXPECT_EQ(second.Receive(41), "\x02"
+                                  "0524288   12.5M  5  1N 4.10311226090501*");
+}
+
+TEST(CorvrecLab, TracesToStandardOutput)
+{
+    Program program({});
+    const Line line(program.OutputLine());
+
+    line.Send("\x13");
+
+    EXPECT_THAT(program.OutputLine(), MatchesRegex(" +[0-9]+\\.[0-9]+ COM1 opened\n"));
+    EXPECT_THAT(program.OutputLine(), MatchesRegex(" +[0-9]+\\.[0-9]+ COM1 < 13  \\.\n"));
+    EXPECT_THAT(program.OutputLine(), MatchesRegex(" +[0-9]+\\.[0-9]+ COM1 > 13  \\.\n"));
+}
+
+TEST(CorvrecLab, TracesIntoAFile)
+{
+    const std::filesystem::path file = testing::TempDir() + "corvrec_lab_trace_" + std::to_string(getpid());
+    Program program({"--trace", file.string()});
+    const Line line(program.OutputLine());
+    line.Send("\x13");
+    ASSERT_EQ(line.Receive(1), "\x13");
+
+    program.Signal(SIGTERM);
+
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_EQ(program.AllOutput(), "");
+    std::ifstream trace(file);
+    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(trace), {}), HasSubstr("COM1 < 13  .\n"));
+    std::filesystem::remove(file);
+}
+
+TEST(CorvrecLab, TracesNothingWhenQuiet)
+{
+    Program program({"--quiet"});
+    const Line line(program.OutputLine());
+    line.Send("\x13");
+    ASSERT_EQ(line.Receive(1), "\x13");
+
+    program.Signal(SIGTERM);
+
+    EXPECT_EQ(program.AllOutput(), "");
+}
+
+TEST(CorvrecLab, HangsUpTheModemWhenThePortIsClosed)
+{
+    Program program({"--modem", "--dial-delay", "0"});
+    const std::string announced = program.OutputLine();
+    {
+        const Line line(announced);
+        line.Send("ATDT1\r");
+        ASSERT_EQ(line.Receive(16), "\r\nCONNECT 9600\r\n");
+    }
+
+    const Line again(announced);
+    again.Send("AT\r");
+
+    EXPECT_EQ(again.Receive(6), "\r\nOK\r\n");
+}
+
+TEST(CorvrecLab, ThrowsAwayWhatTheLastVisitorLeft)
+{
+    Program program({});
+    const std::string announced = program.OutputLine();
+    {
+        const Line line(announced);
+        line.Send("\x02");
+        ASSERT_EQ(line.Receive(1), "\x02"); // the other 40 have come too
+    }
+    // Once that is traced, nothing of the first visit is left.
+    std::string traced;
+    do {
+        traced = program.OutputLine();
+    } while (!traced.empty() && traced.find("closed") == std::string::npos);
+
+    const Line again(announced);
+    again.Send("\x13");
+
+    EXPECT_EQ(again.Receive(1), "\x13");
+}
+
+TEST(CorvrecLab, EndsWhenItsDeviceIsUnplugged)
+{
+    Program program({"--fault", "drop=1"});
+    const Line line(program.OutputLine());
+
+    line.Send("\x02");
+
+    EXPECT_EQ(line.Receive(1), "\x02") << "the last byte is still delivered";
+    EXPECT_TRUE(line.IsHungUp());
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_THAT(program.AllOutput(), testing::EndsWith("COM1 unplugged\n"));
+}
+
+TEST(CorvrecLab, PausesADeviceThatNobodyReads)
+{
+    Program program({"--fault", "endless", "--quiet"});
+    const Line line(program.OutputLine());
+
+    line.Send("\x13");
+
+    const std::size_t many = 300'000;
+    EXPECT_EQ(line.Receive(many).size(), many);
+}
+
+class CorvrecLabSignal : public testing::TestWithParam<int>
+{
+};
+
+TEST_P(CorvrecLabSignal, EndsItInOrder)
+{
+    Program program({});
+    const Line line(program.OutputLine());
+
+    program.Signal(GetParam());
+
+    EXPECT_EQ(program.End(), 0);
+    EXPECT_TRUE(line.IsHungUp());
+}
+
+INSTANTIATE_TEST_SUITE_P(CorvrecLab, CorvrecLabSignal, testing::Values(SIGINT, SIGTERM, SIGHUP));
+
+TEST(CorvrecLab, ShowsItsHelp)
+{
+    Program program({"--help"});
+
+    EXPECT_THAT(program.AllOutput(), StartsWith("Usage: corvrec-lab [OPTION]...\n"));
+    EXPECT_EQ(program.End(), 0);
+}
+
+TEST(CorvrecLab, ShowsItsVersion)
+{
+    Program program({"--version"});
+
+    EXPECT_EQ(program.AllOutput(), "corvrec-lab " CORVREC_VERSION "\n");
+    EXPECT_EQ(program.End(), 0);
+}
+
+TEST(CorvrecLab, TellsAMistakeAndStartsNothing)
+{
+    Program program({"--model", "4.0"});
+
+    EXPECT_EQ(program.AllErrors(), "corvrec-lab: --model: no model \"4.0\", but 1.1, 2.0, 3.0, Buffer\n"
+                                   "Try corvrec-lab --help\n");
+    EXPECT_EQ(program.AllOutput(), "");
+    EXPECT_EQ(program.End(), 2);
+}
+
+TEST(CorvrecLab, TellsThatTheTraceCannotBeWritten)
+{
+    Program program({"--trace", "/nowhere/trace"});
+
+    EXPECT_EQ(program.AllErrors(), "corvrec-lab: --trace: \"/nowhere/trace\" cannot be written\n"
+                                   "Try corvrec-lab --help\n");
+    EXPECT_EQ(program.AllOutput(), "");
+    EXPECT_EQ(program.End(), 2);
+}
+
+} // namespace
+
+} // namespace corvrec::lab

@@ -1,0 +1,591 @@
+#include "comm/event_pump.h"
+#include "comm/modComExtension.h"
+#include "comm/qt_event_pump.h"
+#include "comm/qt_serial_port.h"
+#include "config/clock.h"
+#include "tests/pty/running_lab.h"
+#include "tools/lab/buffer_line.h"
+
+#include <QFileInfo>
+#include <QTemporaryFile>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+#include <string>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr int kPort = 2;
+
+LineSettings Settings(int port = kPort, const std::string& settings = "9600,N,8,1", int handshaking = 0)
+{
+    return {.commPort = port, .settings = settings, .handshaking = handshaking};
+}
+
+// A port at rest for the whole wait costs as many passes as there are events.
+class CountingPump final : public EventPump
+{
+public:
+    explicit CountingPump(EventPump& pump)
+        : pump_(pump)
+    {
+    }
+
+    void Process(std::optional<std::int64_t> deadlineTick) override
+    {
+        ++passes_;
+        pump_.Process(deadlineTick);
+    }
+
+    [[nodiscard]] int Passes() const { return passes_; }
+
+private:
+    EventPump& pump_;
+    int passes_ = 0;
+};
+
+// The real port with what a wait over it needs.
+struct RealLine {
+    explicit RealLine(const LineSettings& settings = Settings()) { port.Configure(settings); }
+
+    QtSerialPort port;
+    SystemClock clock;
+    QtEventPump pump{clock};
+    CountingPump counted{pump};
+    CancelFlag cancel;
+    ReplyWait wait{port, clock, counted, cancel};
+};
+
+// Sends back what it is sent.
+class Mirror final : public lab::LineDevice
+{
+public:
+    void Receive(std::string_view bytes, std::int64_t /*nowMs*/) override { bytes_ += bytes; }
+    std::string Send(std::int64_t /*nowMs*/) override { return std::exchange(bytes_, {}); }
+    [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override { return std::nullopt; }
+    void Disconnect() override { bytes_.clear(); }
+    [[nodiscard]] bool IsGone() const override { return false; }
+
+private:
+    std::string bytes_;
+};
+
+std::unique_ptr<lab::LineDevice> Answer(const std::string& text)
+{
+    return std::make_unique<OneAnswer>(text);
+}
+
+std::unique_ptr<lab::LineDevice> Buffer(const lab::Faults& faults)
+{
+    const auto clock = std::chrono::sys_days{std::chrono::year{2026} / 11 / 21};
+    return std::make_unique<lab::BufferLine>(lab::SimulatedBuffer(lab::Model::stratobox30, clock, 0), faults);
+}
+
+// Asks until the bytes are there, without an event being handled; what is there after a while otherwise.
+int CountOf(SerialPort& port, int count)
+{
+    const SystemClock clock;
+    const std::int64_t start = clock.TickMs();
+    while (port.InBufferCount() < count && clock.TickMs() - start < 3000) {
+    }
+    return port.InBufferCount();
+}
+
+bool Throws(const std::function<void()>& call)
+{
+    try {
+        call();
+    } catch (const PortError&) {
+        return true;
+    }
+    return false;
+}
+
+std::string EveryByte(unsigned first)
+{
+    std::string bytes;
+    for (unsigned code = first; code <= 0xFF; ++code)
+        bytes += static_cast<char>(code);
+    return bytes;
+}
+
+} // namespace
+
+class qt_serial_port_test : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    static void deviceComesFromTheEnvironmentFirst();
+    static void deviceIsTheSystemsPortOtherwise();
+    static void noDeviceHasANumberBelowOne();
+
+    static void refusesToOpen_data();
+    static void refusesToOpen();
+    static void opensExclusively();
+    static void opensWhateverThePseudoTerminalCannotDo_data();
+    static void opensWhateverThePseudoTerminalCannotDo();
+    static void opensAgainAfterClosing();
+    static void refusesToOpenTwice();
+
+    static void closedPortThrows();
+    static void closedPortIsClearedInSilence();
+
+    static void everyByteButNulComesBack();
+    static void countsWithoutHandlingEvents();
+    static void takesOneByOneOrAll();
+    static void dropsNuls();
+    static void nulsAloneAreNothing();
+    static void holdsNoMoreThanItsBuffer();
+    static void clearsWhatWaitsAnywhere();
+    static void sendsWithoutHandlingEvents();
+    static void sendsBeforeItCloses();
+    static void carrierIsNotHeld();
+    static void softwareHandshakeSwallowsItsCharacters();
+
+    static void restsWhileNothingComes();
+    static void restsWhileNulsCome();
+    static void cancelEndsTheRest();
+    static void floodIsBounded();
+    static void unpluggedDeviceEndsAWait();
+    static void unpluggedDeviceThrowsEverywhere();
+    static void unpluggedPortOpensAnotherDevice();
+};
+
+void qt_serial_port_test::deviceComesFromTheEnvironmentFirst()
+{
+    qputenv("CORVREC_COM7", "/dev/pts/somewhere");
+
+    QCOMPARE(PortDevice(7), "/dev/pts/somewhere");
+
+    qunsetenv("CORVREC_COM7");
+}
+
+void qt_serial_port_test::deviceIsTheSystemsPortOtherwise()
+{
+    qputenv("CORVREC_COM7", "");
+    const QString linked = "/dev/corvrec-com7"; // this machine's own, if it has one
+
+    QCOMPARE(PortDevice(7), QFileInfo::exists(linked) ? linked : "/dev/ttyS6");
+
+    qunsetenv("CORVREC_COM7");
+}
+
+void qt_serial_port_test::noDeviceHasANumberBelowOne()
+{
+    qputenv("CORVREC_COM0", "/dev/pts/somewhere");
+
+    QCOMPARE(PortDevice(0), "");
+    QCOMPARE(PortDevice(-1), "");
+
+    qunsetenv("CORVREC_COM0");
+}
+
+void qt_serial_port_test::refusesToOpen_data()
+{
+    QTest::addColumn<QString>("device");
+    QTest::addColumn<int>("port");
+    QTest::addColumn<QString>("settings");
+
+    QTest::newRow("no number") << "" << 0 << "9600,N,8,1";
+    QTest::newRow("no device") << "/dev/corvrec-none" << kPort << "9600,N,8,1";
+    QTest::newRow("no terminal") << "/dev/null" << kPort << "9600,N,8,1";
+    QTest::newRow("no speed") << "lab" << kPort << ",N,8,1";
+    QTest::newRow("no parity") << "lab" << kPort << "9600,,8,1";
+    QTest::newRow("unknown parity") << "lab" << kPort << "9600,X,8,1";
+    QTest::newRow("no data bits") << "lab" << kPort << "9600,N,,1";
+    QTest::newRow("too many data bits") << "lab" << kPort << "9600,N,9,1";
+    QTest::newRow("no stop bits") << "lab" << kPort << "9600,N,8,";
+    QTest::newRow("too few parts") << "lab" << kPort << "9600,N,8";
+    QTest::newRow("nothing") << "lab" << kPort << "";
+}
+
+void qt_serial_port_test::refusesToOpen()
+{
+    QFETCH(QString, device);
+    QFETCH(int, port);
+    QFETCH(QString, settings);
+    const RunningLab lab(std::make_unique<Mirror>(), kPort);
+    if (device != "lab")
+        qputenv("CORVREC_COM2", device.toUtf8());
+    QtSerialPort refused;
+    refused.Configure(Settings(port, settings.toStdString()));
+
+    QVERIFY(Throws([&refused] { refused.Open(); }));
+    QVERIFY(!refused.IsOpen());
+    QVERIFY(Throws([&refused] { refused.InBufferCount(); }));
+}
+
+void qt_serial_port_test::opensExclusively()
+{
+    const RunningLab lab(std::make_unique<Mirror>(), kPort);
+    QtSerialPort first;
+    first.Configure(Settings());
+    QtSerialPort second;
+    second.Configure(Settings());
+
+    first.Open();
+    QVERIFY(Throws([&second] { second.Open(); }));
+    QVERIFY(!second.IsOpen());
+
+    first.Close();
+    second.Open();
+    QVERIFY(second.IsOpen());
+}
+
+void qt_serial_port_test::opensWhateverThePseudoTerminalCannotDo_data()
+{
+    QTest::addColumn<QString>("settings");
+    QTest::addColumn<int>("handshaking");
+
+    for (const char* const settings :
+         {"9600,N,8,1", "4800,E,7,1", "2400,O,7,2", "115200,N,8,1", "300,M,8,1", "1200,S,5,1.5"}) {
+        for (const int handshaking : {0, 1, 2})
+            QTest::addRow("%s handshaking %d", settings, handshaking) << settings << handshaking;
+    }
+}
+
+void qt_serial_port_test::opensWhateverThePseudoTerminalCannotDo()
+{
+    QFETCH(QString, settings);
+    QFETCH(int, handshaking);
+    const RunningLab lab(std::make_unique<Mirror>(), kPort);
+    QtSerialPort port;
+    port.Configure(Settings(kPort, settings.toStdString(), handshaking));
+
+    port.Open();
+
+    QVERIFY(port.IsOpen());
+    port.Output("A");
+    QCOMPARE(CountOf(port, 1), 1);
+    QCOMPARE(port.Input(), "A");
+}
+
+void qt_serial_port_test::opensAgainAfterClosing()
+{
+    const RunningLab lab(std::make_unique<Mirror>(), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+    port.Output("left");
+    QCOMPARE(CountOf(port, 4), 4);
+
+    port.Close();
+    QVERIFY(!port.IsOpen());
+    port.Open();
+
+    port.Output("new");
+    QCOMPARE(CountOf(port, 3), 3);
+    QCOMPARE(port.Input(), "new");
+}
+
+void qt_serial_port_test::refusesToOpenTwice()
+{
+    const RunningLab lab(std::make_unique<Mirror>(), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+
+    QVERIFY(Throws([&port] { port.Open(); }));
+
+    QVERIFY(port.IsOpen());
+}
+
+void qt_serial_port_test::closedPortThrows()
+{
+    QtSerialPort port;
+
+    QVERIFY(Throws([&port] { port.InBufferCount(); }));
+    QVERIFY(Throws([&port] { port.Input(); }));
+    QVERIFY(Throws([&port] { port.Output("x"); }));
+}
+
+void qt_serial_port_test::closedPortIsClearedInSilence()
+{
+    QtSerialPort port;
+
+    QVERIFY(!Throws([&port] {
+        port.ClearInput();
+        port.ClearOutput();
+        port.Close();
+    }));
+    QVERIFY(!port.CDHolding());
+}
+
+void qt_serial_port_test::everyByteButNulComesBack()
+{
+    const RunningLab lab(std::make_unique<Mirror>(), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+
+    port.Output(EveryByte(0));
+
+    QCOMPARE(CountOf(port, 255), 255);
+    QCOMPARE(port.Input(), EveryByte(1));
+}
+
+void qt_serial_port_test::countsWithoutHandlingEvents()
+{
+    const RunningLab lab(Answer("reply"), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+    port.Output("?");
+
+    QCOMPARE(CountOf(port, 5), 5);
+}
+
+void qt_serial_port_test::takesOneByOneOrAll()
+{
+    const RunningLab lab(Answer("reply"), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+    port.Output("?");
+    QCOMPARE(CountOf(port, 5), 5);
+
+    port.SetInputLen(1);
+    QCOMPARE(port.Input(), "r");
+    QCOMPARE(port.InBufferCount(), 4);
+    port.SetInputLen(0);
+    QCOMPARE(port.Input(), "eply");
+    QCOMPARE(port.Input(), "");
+}
+
+void qt_serial_port_test::dropsNuls()
+{
+    const RunningLab lab(Answer(std::string("\0r\0\0ep\0ly\0", 10)), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+    port.Output("?");
+
+    QCOMPARE(CountOf(port, 5), 5);
+    QCOMPARE(port.Input(), "reply");
+}
+
+void qt_serial_port_test::nulsAloneAreNothing()
+{
+    const RunningLab lab(Answer(std::string(3000, '\0') + "x"), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+    port.Output("?");
+
+    QCOMPARE(CountOf(port, 1), 1);
+    QCOMPARE(port.Input(), "x");
+}
+
+void qt_serial_port_test::holdsNoMoreThanItsBuffer()
+{
+    std::string sent;
+    for (int i = 0; i < 5000; ++i)
+        sent += static_cast<char>('0' + i % 10);
+    const RunningLab lab(Answer(sent), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+    port.Output("?");
+    QCOMPARE(CountOf(port, 1024), 1024);
+
+    QTest::qWait(50); // handling events does not let more in
+    QCOMPARE(port.InBufferCount(), 1024);
+
+    std::string received;
+    QVERIFY(QTest::qWaitFor([&] {
+        received += port.Input();
+        return received.size() >= sent.size();
+    }));
+    QCOMPARE(received, sent);
+}
+
+void qt_serial_port_test::clearsWhatWaitsAnywhere()
+{
+    const RunningLab lab(Answer(std::string(3000, 'x')), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+    port.Output("?");
+    QCOMPARE(CountOf(port, 1024), 1024);
+    QTest::qWait(50); // 1024 with us, 1024 with Qt, the rest with the system
+
+    port.ClearInput();
+
+    QCOMPARE(port.InBufferCount(), 0);
+    QTest::qWait(50);
+    QCOMPARE(port.InBufferCount(), 0);
+}
+
+void qt_serial_port_test::sendsWithoutHandlingEvents()
+{
+    RunningLab lab(std::make_unique<Mirror>(), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+
+    port.Output("at once");
+
+    QCOMPARE(CountOf(port, 7), 7);
+}
+
+void qt_serial_port_test::sendsBeforeItCloses()
+{
+    RunningLab lab(std::make_unique<OneAnswer>(""), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+    const std::string text(1000, 'x');
+
+    port.Output(text);
+    port.Close();
+
+    lab.Unplug();
+    QCOMPARE(lab.Received(), text);
+}
+
+void qt_serial_port_test::carrierIsNotHeld()
+{
+    const RunningLab lab(std::make_unique<Mirror>(), kPort);
+    QtSerialPort port;
+    port.Configure(Settings());
+    port.Open();
+
+    QVERIFY(!port.CDHolding());
+    QVERIFY(port.IsOpen()); // the question that the line cannot answer loses no port
+}
+
+void qt_serial_port_test::softwareHandshakeSwallowsItsCharacters()
+{
+    const RunningLab lab(Answer("\x11"
+                                "a\x13"
+                                "b"
+                                "\x11"),
+                         kPort);
+    QtSerialPort port;
+    port.Configure(Settings(kPort, "9600,N,8,1", 1));
+    port.Open();
+    port.Output("?");
+
+    QCOMPARE(CountOf(port, 2), 2);
+    QCOMPARE(port.Input(), "ab");
+}
+
+void qt_serial_port_test::restsWhileNothingComes()
+{
+    const RunningLab lab(Buffer({.silence = true}), kPort);
+    RealLine line;
+    line.port.Open();
+    line.port.Output("\x13");
+
+    QCOMPARE(line.wait.ForText(500, "\x13"), Wait::timeOut);
+
+    QVERIFY2(line.counted.Passes() <= 5, qPrintable(QString::number(line.counted.Passes())));
+}
+
+void qt_serial_port_test::restsWhileNulsCome()
+{
+    const RunningLab lab(Answer(std::string(500, '\0')), kPort);
+    RealLine line;
+    line.port.Open();
+    line.port.Output("?");
+
+    std::string reply;
+    QCOMPARE(line.wait.ForCount(500, 1, reply), Wait::timeOut);
+
+    QCOMPARE(reply, "");
+    QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
+}
+
+void qt_serial_port_test::cancelEndsTheRest()
+{
+    const RunningLab lab(Buffer({.silence = true}), kPort);
+    RealLine line;
+    line.port.Open();
+    QTimer::singleShot(50, qApp, [&line] { line.cancel.raised = true; });
+
+    const std::int64_t start = line.clock.TickMs();
+    QCOMPARE(line.wait.ForText(60'000, "\x13"), Wait::cancelled);
+
+    QVERIFY(line.clock.TickMs() - start < 3000);
+}
+
+void qt_serial_port_test::floodIsBounded()
+{
+    const RunningLab lab(Buffer({.endless = true}), kPort);
+    RealLine line;
+    line.port.Open();
+    line.port.Output("\x13");
+
+    std::string reply;
+    QCOMPARE(line.wait.ForText(1000, "*", reply, 2000), Wait::timeOut);
+
+    QCOMPARE(reply.size(), std::size_t{2001});
+    QVERIFY(line.port.InBufferCount() <= 1024);
+    line.port.Close();
+}
+
+void qt_serial_port_test::unpluggedDeviceEndsAWait()
+{
+    RunningLab lab(Buffer({.silence = true}), kPort);
+    RealLine line;
+    line.port.Open();
+    QTimer::singleShot(50, qApp, [&lab] { lab.Unplug(); });
+
+    const std::int64_t start = line.clock.TickMs();
+    QVERIFY(Throws([&line] { line.wait.ForText(60'000, "\x13"); }));
+
+    QVERIFY(line.clock.TickMs() - start < 3000);
+    QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
+    QCOMPARE(line.port.InputLen(), 0);
+    QVERIFY(!line.port.IsOpen());
+}
+
+void qt_serial_port_test::unpluggedDeviceThrowsEverywhere()
+{
+    RunningLab lab(std::make_unique<Mirror>(), kPort);
+    RealLine line;
+    line.port.Open();
+
+    lab.Unplug();
+    QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }));
+
+    QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
+    QVERIFY(Throws([&line] { line.port.Input(); }));
+    QVERIFY(Throws([&line] { line.port.Output("x"); }));
+    QVERIFY(!line.port.CDHolding());
+    line.port.ClearInput();
+    line.port.ClearOutput();
+    QVERIFY(Throws([&line] { line.port.Open(); })); // nothing is plugged in
+}
+
+void qt_serial_port_test::unpluggedPortOpensAnotherDevice()
+{
+    RealLine line;
+    {
+        RunningLab lab(std::make_unique<Mirror>(), kPort);
+        line.port.Open();
+        lab.Unplug();
+        QVERIFY(Throws([&line] {
+            std::string reply;
+            line.wait.ForCount(60'000, 1, reply);
+        }));
+    }
+
+    const RunningLab other(std::make_unique<Mirror>(), kPort);
+    line.port.Open();
+    QCoreApplication::processEvents(); // what is left of the loss does not close it again
+
+    line.port.Output("back");
+    QCOMPARE(CountOf(line.port, 4), 4);
+}
+
+} // namespace corvrec
+
+QTEST_GUILESS_MAIN(corvrec::qt_serial_port_test)
+#include "qt_serial_port_test.moc"

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "tools/lab/buffer_line.h"
+#include "tools/lab/line_device.h"
+#include "tools/lab/simulated_buffer.h"
+#include "tools/lab/simulated_modem.h"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace corvrec::lab
+{
+
+// A mistake on the command line. The text is for the user and names the option.
+class UsageError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct DeviceOptions {
+    int port = 1;
+    Model model = Model::stratoboxBuffer;
+    std::vector<std::pair<std::string, std::string>> fields{}; // in the order given
+    Faults faults{};
+    std::optional<ModemBehaviour> modem{}; // nothing: no modem between
+    std::chrono::sys_seconds clock = kClockAfterPowerLoss;
+
+    static constexpr std::chrono::sys_seconds kClockAfterPowerLoss =
+        std::chrono::sys_days{std::chrono::year{2000} / 1 / 1};
+
+    bool operator==(const DeviceOptions&) const = default;
+};
+
+struct Options {
+    bool help = false;
+    bool version = false;
+    bool quiet = false;
+    std::optional<std::string> traceFile{}; // nothing: standard output
+    std::vector<DeviceOptions> devices{DeviceOptions{}};
+
+    bool operator==(const Options&) const = default;
+};
+
+// From the arguments after the program's name. The first --port names the port of the first device, each
+// further one begins another device, and the options of a device belong to the one that was begun last. `now`
+// is the machine's local time. Throws UsageError.
+Options ParseOptions(std::span<const char* const> arguments, std::chrono::sys_seconds now);
+
+// Throws UsageError at a field that the model does not have.
+std::unique_ptr<LineDevice> MakeDevice(const DeviceOptions& options, std::int64_t nowMs);
+
+// What --help prints.
+std::string_view Help();
+
+} // namespace corvrec::lab
