@@ -129,15 +129,12 @@ bool frmSiti::bCercaContAbilitata() const
     });
 }
 
-// As wide as the columns and no narrower than the title, as high as the list of a usual recorder.
+// As wide as the columns, and as high as the list of a usual recorder.
 QSize frmSiti::sizeHint() const
 {
-    const QFontMetrics metrics = fontMetrics();
-    const int titleWidth = metrics.horizontalAdvance(windowTitle()) * 3 / 2; // with the frame's buttons
     const QSize hint = QWidget::sizeHint();
-    return {
-        std::max(hint.width(), titleWidth),
-        std::clamp(hint.height(), metrics.lineSpacing() * kFewestLines, metrics.lineSpacing() * kMostLines)};
+    const int line = fontMetrics().lineSpacing();
+    return {hint.width(), std::clamp(hint.height(), line * kFewestLines, line * kMostLines)};
 }
 
 bool frmSiti::eventFilter(QObject* watched, QEvent* event)

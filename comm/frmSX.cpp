@@ -11,7 +11,6 @@
 #include "widgets/messages.h"
 #include "widgets/qt_text.h"
 
-#include <QCoreApplication>
 #include <QFocusEvent>
 #include <QGuiApplication>
 #include <QShowEvent>
@@ -77,7 +76,6 @@ frmSX::frmSX(std::unique_ptr<SerialPort> port, Clock& clock, EventPump& events, 
     ui_->mskData->installEventFilter(this);
     // Logging off does not wait for a silent device.
     connect(qApp, &QGuiApplication::commitDataRequest, this, &frmSX::cmdChiudi_Click);
-    connect(qApp, &QCoreApplication::aboutToQuit, this, [this] { cancel_.raised = true; });
     LocaliseDialog(*this);
     ShowNow();
 

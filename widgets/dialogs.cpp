@@ -3,6 +3,7 @@
 #include "resources/texts.h"
 
 #include <QAbstractButton>
+#include <QFontMetrics>
 #include <QGroupBox>
 #include <QGuiApplication>
 #include <QLabel>
@@ -74,6 +75,17 @@ QTabWidget* TabsOfPage(const QWidget& widget)
     return tabs != nullptr && tabs->indexOf(&widget) != -1 ? tabs : nullptr;
 }
 
+// What the frame takes to show the whole title between its icon and its buttons, as near as a window can
+// tell; frames are the desktop's.
+int TitleWidth(const QWidget& window)
+{
+    constexpr int iconAndButtons = 10; // lines of text
+    const QFontMetrics metrics = window.fontMetrics();
+    return window.windowTitle().isEmpty()
+               ? 0
+               : metrics.horizontalAdvance(window.windowTitle()) + iconAndButtons * metrics.lineSpacing();
+}
+
 } // namespace
 
 void LocaliseDialog(QWidget& window)
@@ -93,7 +105,7 @@ void CentreDialog(QWidget& window)
     const QWidget* const parent = window.parentWidget();
     const QScreen* const screen = parent != nullptr ? parent->screen() : QGuiApplication::primaryScreen();
     window.adjustSize();
-    window.resize(window.size().boundedTo(screen->availableSize()));
+    window.resize(window.size().expandedTo({TitleWidth(window), 0}).boundedTo(screen->availableSize()));
 
     const QRect area = screen->geometry();
     const QPoint middle(area.left() + (area.width() - window.width()) / 2,

@@ -14,7 +14,8 @@ namespace corvrec
 void LocaliseDialog(QWidget& window);
 
 // Puts the window, at its final size, into the middle of the screen that holds its parent (else the primary
-// screen), and makes it no larger than the screen. Before the first show, after the texts are in.
+// screen), and makes it wide enough for its title and no larger than the screen. Before the first show, after
+// the texts are in.
 void CentreDialog(QWidget& window);
 
 // Brings the tab page that holds the field to the front and puts the caret into the field; when the field

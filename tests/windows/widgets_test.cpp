@@ -154,6 +154,7 @@ private slots:
     void theCaptionsOfAnOwnedDialogAreItsOwn();
     void aWindowIsCentredOnTheWholeScreen();
     void aWindowIsCentredOnTheScreenOfItsParent();
+    void aCentredWindowIsWiderThanItsTitle();
     void aWindowIsNoLargerThanTheScreen();
     void aFieldOnAnotherPageIsShownAndGetsTheFocus();
     void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage_data();
@@ -308,6 +309,17 @@ void widgets_test::aWindowIsCentredOnTheWholeScreen()
     const QPoint placed = window.pos();
     ShowActive(window);
     QCOMPARE(window.pos(), placed);
+}
+
+void widgets_test::aCentredWindowIsWiderThanItsTitle()
+{
+    QDialog window;
+    window.setWindowTitle("Connessione modem");
+
+    CentreDialog(window);
+
+    QVERIFY(window.width() > window.fontMetrics().horizontalAdvance("Connessione modem"));
+    QVERIFY(window.sizeHint().width() < window.width()); // it has nothing else to be wide for
 }
 
 void widgets_test::aWindowIsCentredOnTheScreenOfItsParent()
