@@ -123,10 +123,9 @@ void start_up_test::editorIsThereBeforeASiteIsOpened()
     place.Settings().Rewrite(SettingsWith({"A"}));
 
     place.Run([](frmSiti& list) {
-        auto* const editor = list.findChild<frmDettaglio*>();
-        QVERIFY(editor != nullptr);
-        QVERIFY(!editor->isVisible());
-        QCOMPARE(SiteWindow::Part<QComboBox>(*editor, "cboTipoConn").count(), 6);
+        QCOMPARE(list.findChildren<frmDettaglio*>().size(), 1);
+        QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
+        QCOMPARE(SiteWindow::Part<QComboBox>(list, "cboTipoConn").count(), 6);
         QCOMPARE(QString::fromStdString(list.SelectedSite()), "A");
     });
 }
