@@ -136,8 +136,9 @@ void QtSerialPort::Close() noexcept
     received_.clear();
     if (!port_.isOpen())
         return;
-    if (!isLost_ && port_.bytesToWrite() > 0)
-        port_.waitForBytesWritten(kSendBeforeCloseMs);
+    // Each wait is for a part; a line that takes nothing ends it.
+    while (!isLost_ && port_.bytesToWrite() > 0 && port_.waitForBytesWritten(kSendBeforeCloseMs)) {
+    }
     port_.close();
 }
 

@@ -86,7 +86,7 @@ void qt_event_pump_test::handlesWhatIsPendingWithoutADeadline()
     QtEventPump pump(clock);
     bool isHandled = false;
     QMetaObject::invokeMethod(
-        qApp, [&isHandled] { isHandled = true; }, Qt::QueuedConnection);
+        QCoreApplication::instance(), [&isHandled] { isHandled = true; }, Qt::QueuedConnection);
 
     pump.Process(std::nullopt);
 
@@ -110,7 +110,7 @@ void qt_event_pump_test::doesNotRestForEverWhenTheDeadlinePassesMeanwhile()
     const TickList clock({1000, 5000});
     QtEventPump pump(clock);
     bool isWoken = false;
-    QTimer::singleShot(3000, qApp, [&isWoken] { isWoken = true; });
+    QTimer::singleShot(3000, QCoreApplication::instance(), [&isWoken] { isWoken = true; });
 
     pump.Process(1010);
 

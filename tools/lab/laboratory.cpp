@@ -120,10 +120,11 @@ void Serve(std::vector<LabPort>& ports, int stop)
         std::vector<pollfd> descriptors = Descriptors(ports, stop);
         if (poll(descriptors.data(), descriptors.size(), TimeOut(ports, NowMs())) < 0 && errno != EINTR)
             throw std::system_error(errno, std::generic_category(), "poll");
-        if (descriptors.front().revents != 0)
-            return;
+        // What has come before the stop is still taken, and traced.
         for (LabPort& port : ports)
             port.Serve(NowMs());
+        if (descriptors.front().revents != 0)
+            return;
     }
 }
 
