@@ -3,15 +3,14 @@
 #include "comm/line_settings.h"
 #include "comm/modem_session.h"
 #include "config/conversions.h"
+#include "tests/support/json_cases.h"
 #include "tests/support/serial_line.h"
 #include "tests/support/string_table.h"
 
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
 #include <gtest/gtest.h>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <string>
 
 // The lists of tests/data/conversions.json that the device logic serves; README.md beside it tells their
@@ -21,30 +20,6 @@ namespace corvrec
 
 namespace
 {
-
-using Json = nlohmann::json;
-
-const Json& Lists()
-{
-    static const Json lists = Json::parse(std::ifstream(CORVREC_TEST_DATA "/conversions.json"));
-    return lists;
-}
-
-template <class Check>
-void ForEachCase(const char* list, Check check)
-{
-    const Json& cases = Lists().at(list);
-    ASSERT_FALSE(cases.empty());
-    for (const Json& one : cases) {
-        SCOPED_TRACE(one.dump());
-        check(one);
-    }
-}
-
-std::string TextOf(const Json& one, const char* field)
-{
-    return one.at(field).get<std::string>();
-}
 
 // "41 54 0d" as the bytes.
 std::string BytesOf(const Json& one, const char* field)

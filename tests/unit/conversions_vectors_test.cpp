@@ -3,14 +3,13 @@
 #include "config/site_list.h"
 #include "config/site_loader.h"
 #include "config/site_saver.h"
+#include "tests/support/json_cases.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/settings_file.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -23,30 +22,6 @@ namespace corvrec
 
 namespace
 {
-
-using Json = nlohmann::json;
-
-const Json& Lists()
-{
-    static const Json lists = Json::parse(std::ifstream(CORVREC_TEST_DATA "/conversions.json"));
-    return lists;
-}
-
-template <class Check>
-void ForEachCase(const char* list, Check check)
-{
-    const Json& cases = Lists().at(list);
-    ASSERT_FALSE(cases.empty());
-    for (const Json& one : cases) {
-        SCOPED_TRACE(one.dump());
-        check(one);
-    }
-}
-
-std::string TextOf(const Json& one, const char* field)
-{
-    return one.at(field).get<std::string>();
-}
 
 ScheduleKind KindOf(const Json& one)
 {
