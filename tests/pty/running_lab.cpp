@@ -1,5 +1,6 @@
 #include "tests/pty/running_lab.h"
 
+#include "tests/pty/noting_device.h"
 #include "tools/lab/laboratory.h"
 #include "tools/lab/trace.h"
 
@@ -10,37 +11,12 @@
 namespace corvrec
 {
 
-// Writes down what the device is sent.
-class RunningLab::Recorder final : public lab::LineDevice
-{
-public:
-    Recorder(std::unique_ptr<lab::LineDevice> device, std::string& received)
-        : device_(std::move(device))
-        , received_(received)
-    {
-    }
-
-    void Receive(std::string_view bytes, std::int64_t nowMs) override
-    {
-        received_ += bytes;
-        device_->Receive(bytes, nowMs);
-    }
-    std::string Send(std::int64_t nowMs) override { return device_->Send(nowMs); }
-    [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override { return device_->NextSendMs(); }
-    void Disconnect() override { device_->Disconnect(); }
-    [[nodiscard]] bool IsGone() const override { return device_->IsGone(); }
-
-private:
-    std::unique_ptr<lab::LineDevice> device_;
-    std::string& received_;
-};
-
 RunningLab::RunningLab(std::unique_ptr<lab::LineDevice> device, int port)
     : variable_("CORVREC_COM" + QByteArray::number(port))
     , trace_(std::make_unique<lab::Trace>(nullptr, 0))
     , received_(std::make_unique<std::string>())
 {
-    ports_.emplace_back(port, std::make_unique<Recorder>(std::move(device), *received_), *trace_);
+    ports_.emplace_back(port, std::make_unique<NotingDevice>(std::move(device), *received_), *trace_);
     qputenv(variable_, ports_.front().Name().c_str());
     if (pipe2(stop_, O_CLOEXEC) != 0)
         qFatal("no pipe");

@@ -39,8 +39,6 @@ public:
     [[nodiscard]] const std::string& Received() const;
 
 private:
-    class Recorder;
-
     const QByteArray variable_;
     std::unique_ptr<lab::Trace> trace_;
     std::unique_ptr<std::string> received_;

@@ -29,6 +29,38 @@ LineSettings Line()
 
 } // namespace
 
+QStringList ShownValues(frmSX& window)
+{
+    QStringList values;
+    for (const char* const label :
+         {"lblMemoria", "lblCondizione", "lblRiempimento", "lblRipetizioni", "lblUltimoscarico",
+          "lblUltimiDati", "lblGuasto", "lblModello", "lblFirmware", "lblData", "lblOra", "lblSelezione",
+          "lblStampante", "lblModem"})
+        values.append(Shown(SiteWindow::Part<QWidget>(window, label)));
+    return values;
+}
+
+QStringList EnabledButtons(frmSX& window)
+{
+    QStringList names;
+    for (const char* const name : {"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}) {
+        if (IsEnabled(SiteWindow::Part<QPushButton>(window, name)))
+            names.append(name);
+    }
+    return names;
+}
+
+QStringList BusyWindows(frmSX& window)
+{
+    QStringList names;
+    for (const QWidget* const each :
+         {static_cast<QWidget*>(&window), &SiteWindow::Part<QWidget>(window, "frmConnessione")}) {
+        if (each->cursor().shape() == Qt::WaitCursor)
+            names.append(each->objectName());
+    }
+    return names;
+}
+
 BufferWindow::BufferWindow(Reached reached, int modelloSX)
     : port_(new FakePort(clock_))
     , window_(std::unique_ptr<SerialPort>(port_), clock_, script_, Line(), Modem())
@@ -106,40 +138,9 @@ QString BufferWindow::Shows(const char* label)
     return Shown(SiteWindow::Part<QWidget>(window_, label));
 }
 
-QStringList BufferWindow::Values()
-{
-    QStringList values;
-    for (const char* const label :
-         {"lblMemoria", "lblCondizione", "lblRiempimento", "lblRipetizioni", "lblUltimoscarico",
-          "lblUltimiDati", "lblGuasto", "lblModello", "lblFirmware", "lblData", "lblOra", "lblSelezione",
-          "lblStampante", "lblModem"})
-        values.append(Shows(label));
-    return values;
-}
-
-QStringList BufferWindow::Enabled()
-{
-    QStringList names;
-    for (const char* const name : {"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}) {
-        if (IsEnabled(Button(name)))
-            names.append(name);
-    }
-    return names;
-}
-
 QString BufferWindow::Focus()
 {
     return window_.focusWidget()->objectName();
-}
-
-QStringList BufferWindow::Busy()
-{
-    QStringList names;
-    for (const QWidget* const window : {static_cast<QWidget*>(&window_), static_cast<QWidget*>(&Dialog())}) {
-        if (window->cursor().shape() == Qt::WaitCursor)
-            names.append(window->objectName());
-    }
-    return names;
 }
 
 void BufferWindow::LogOff()

@@ -22,6 +22,12 @@ namespace corvrec
 
 enum class Reached { direct, byModem };
 
+// What any buffer window shows: all value labels in the order of the form, the names of the buttons that are
+// enabled, and of the windows (the modem dialog is the other one) with the busy pointer.
+QStringList ShownValues(frmSX& window);
+QStringList EnabledButtons(frmSX& window);
+QStringList BusyWindows(frmSX& window);
+
 // The buffer window over a fake port on Com2 and a scripted event pump: what happens during a wait is the
 // script's. The times of the script and of the port's journal begin with the window.
 class BufferWindow
@@ -55,12 +61,10 @@ public:
 
     QStringList Journal();
     QString Shows(const char* label);
-    QStringList Values();  // of all value labels, in the order of the form
-    QStringList Enabled(); // names of the buttons that are
-    QString Focus();       // name of the control with the focus
-
-    // Windows that show the busy pointer, by their names.
-    QStringList Busy();
+    QStringList Values() { return ShownValues(window_); }
+    QStringList Enabled() { return EnabledButtons(window_); }
+    QStringList Busy() { return BusyWindows(window_); }
+    QString Focus(); // name of the control with the focus
 
     // The end of a session, as the desktop tells it.
     static void LogOff();

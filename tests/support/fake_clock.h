@@ -3,6 +3,8 @@
 #include "config/clock.h"
 
 #include <cstdint>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace corvrec
@@ -21,7 +23,12 @@ public:
     {
         sleeps_.push_back(ms);
         Advance(ms);
+        if (duringSleep_)
+            duringSleep_();
     }
+
+    // What others do while the program sleeps.
+    void SetDuringSleep(std::function<void()> action) { duringSleep_ = std::move(action); }
 
     void SetNow(const DateTime& now) { now_ = now; }
 
@@ -34,6 +41,7 @@ private:
     DateTime now_{.year = 2026, .month = 3, .day = 3, .hour = 10, .minute = 20, .second = 30};
     std::int64_t tickMs_ = 1000;
     std::vector<std::int64_t> sleeps_;
+    std::function<void()> duringSleep_;
 };
 
 } // namespace corvrec
