@@ -1,7 +1,6 @@
 // The buffer window against every device of the laboratory, in time that the test moves.
 #include "resources/texts.h"
-#include "tests/pty/buffer_session.h"
-#include "tests/pty/lab_pump.h"
+#include "tests/pty/lab_world.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
@@ -26,8 +25,6 @@ namespace corvrec
 namespace
 {
 
-using namespace std::chrono_literals;
-
 constexpr auto kNoStatus =
     "Impossibile ricevere lo stato del buffer. Verificare che il buffer sia collegato correttamente.";
 constexpr auto kNoConnection = "Impossibile connettersi. Il modem non risponde";
@@ -38,60 +35,12 @@ const QStringList kNoValues(14, "");
 
 const std::string kRequest = "\x13\x02\x13";
 const std::string kDialogue = "AT&F\rATX3\rATDT0123\r";
-constexpr auto kModemLines = "MODEM=1\r\n"
-                             "StringaReset=AT&F\r\nStringaModem=ATX3\r\nNumeroTel=ATDT0123\r\n";
-
-std::string Lines(lab::Model model)
-{
-    switch (model) {
-    case lab::Model::stratobox11:
-        return "Dispositivo=STX11\r\n";
-    case lab::Model::stratobox20:
-        return "Dispositivo=STX20\r\n";
-    case lab::Model::stratobox30:
-        return "Dispositivo=STX30\r\n";
-    case lab::Model::stratoboxBuffer:
-        return "Dispositivo=STX40\r\n";
-    }
-    return {};
-}
-
-lab::DeviceOptions Device(lab::Model model = lab::Model::stratobox30)
-{
-    return {.model = model, .clock = std::chrono::sys_days{2026y / 11 / 21} + 18h + 3min};
-}
-
 lab::DeviceOptions Behind(lab::ModemBehaviour modem)
 {
-    lab::DeviceOptions device = Device();
+    lab::DeviceOptions device = LabDevice();
     device.modem = std::move(modem);
     return device;
 }
-
-// An editor and its device. The editor's time of day is 10:20:30 on 3 March 2026.
-struct World {
-    World(const lab::DeviceOptions& device, const std::string& lines)
-        : pump(clock, lab::MakeDevice(device, clock.TickMs()))
-        , editor(clock, pump, lines)
-    {
-    }
-    explicit World(const lab::DeviceOptions& device)
-        : World(device, Lines(device.model) + (device.modem ? kModemLines : ""))
-    {
-    }
-
-    // What the device was sent when the window has gone.
-    std::string Sent(const std::function<void(frmSX&)>& visit)
-    {
-        editor.Visit(visit);
-        pump.Settle();
-        return pump.Received();
-    }
-
-    FakeClock clock;
-    LabPump pump;
-    BufferSession editor;
-};
 
 // The pauses of the tick apart, time passed as it should.
 void CompareMs(std::int64_t passed, std::int64_t expected)
@@ -255,10 +204,10 @@ void frmSX_lab_test::everyFieldIsShown()
     QFETCH(QString, field);
     QFETCH(QString, value);
     QFETCH(QStringList, shown);
-    lab::DeviceOptions device = Device(model);
+    lab::DeviceOptions device = LabDevice(model);
     if (!field.isEmpty())
         device.fields = {{field.toStdString(), value.toStdString()}};
-    World world(device);
+    LabWorld world(device);
 
     const std::string sent = world.Sent([&shown](frmSX& window) {
         QCOMPARE(ShownValues(window), kNoValues);
@@ -289,16 +238,16 @@ void frmSX_lab_test::statusArrivesAtAnyPace()
     QFETCH(lab::Model, model);
     QFETCH(bool, burst);
     QFETCH(int, pauseMs);
-    lab::DeviceOptions device = Device(model);
+    lab::DeviceOptions device = LabDevice(model);
     device.faults.burst = burst;
     device.faults.pauseMs = pauseMs;
     QStringList atOnce;
-    World(Device(model)).editor.Visit([&atOnce](frmSX& window) {
+    LabWorld(LabDevice(model)).editor.Visit([&atOnce](frmSX& window) {
         Click(window, "cmdStato");
         atOnce = ShownValues(window);
     });
 
-    World world(device);
+    LabWorld world(device);
     world.editor.Visit([&atOnce](frmSX& window) {
         Click(window, "cmdStato");
         QCOMPARE(ShownValues(window), atOnce);
@@ -326,9 +275,9 @@ void frmSX_lab_test::statusIsCutAtAnyLength()
 {
     QFETCH(int, length);
     QFETCH(QStringList, shown);
-    lab::DeviceOptions device = Device();
+    lab::DeviceOptions device = LabDevice();
     device.faults.partial = static_cast<std::size_t>(length);
-    World world(device);
+    LabWorld world(device);
     const std::int64_t start = world.clock.TickMs();
 
     world.editor.Visit([&shown](frmSX& window) {
@@ -342,9 +291,9 @@ void frmSX_lab_test::statusIsCutAtAnyLength()
 // NULs never reach the editor: the two characters that are counted last are one short.
 void frmSX_lab_test::zeroByteOfTheOldestModelIsLost()
 {
-    lab::DeviceOptions device = Device(lab::Model::stratobox11);
+    lab::DeviceOptions device = LabDevice(lab::Model::stratobox11);
     device.fields = {{"used", "V"}};
-    World world(device);
+    LabWorld world(device);
     const std::int64_t start = world.clock.TickMs();
 
     world.editor.Visit([](frmSX& window) {
@@ -359,9 +308,9 @@ void frmSX_lab_test::zeroByteOfTheOldestModelIsLost()
 
 void frmSX_lab_test::bytesArriveDamaged()
 {
-    lab::DeviceOptions device = Device();
+    lab::DeviceOptions device = LabDevice();
     device.faults.garbage = true;
-    World world(device);
+    LabWorld world(device);
     const std::int64_t start = world.clock.TickMs();
 
     world.editor.Visit([](frmSX& window) {
@@ -375,9 +324,9 @@ void frmSX_lab_test::bytesArriveDamaged()
 
 void frmSX_lab_test::nulsAreNotSeen()
 {
-    lab::DeviceOptions device = Device();
+    lab::DeviceOptions device = LabDevice();
     device.faults.nuls = true;
-    World world(device);
+    LabWorld world(device);
 
     world.editor.Visit([](frmSX& window) {
         Click(window, "cmdStato");
@@ -389,9 +338,9 @@ void frmSX_lab_test::nulsAreNotSeen()
 // An echo of the request moves every field of a counted reply, and of the others: what came is decoded.
 void frmSX_lab_test::echoIsNoHindrance()
 {
-    lab::DeviceOptions device = Device();
+    lab::DeviceOptions device = LabDevice();
     device.faults.echo = true;
-    World world(device);
+    LabWorld world(device);
 
     world.editor.Visit([](frmSX& window) {
         Click(window, "cmdStato");
@@ -407,7 +356,7 @@ void frmSX_lab_test::silentDeviceEndsInTheTimeOuts_data()
     for (const auto& [model, name] :
          {std::pair{lab::Model::stratobox11, "1.1"}, std::pair{lab::Model::stratobox30, "3.0"},
           std::pair{lab::Model::stratoboxBuffer, "Buffer"}}) {
-        lab::DeviceOptions device = Device(model);
+        lab::DeviceOptions device = LabDevice(model);
         device.faults.silence = true;
         QTest::addRow("%s", name) << device << 90000;
         device.modem = lab::ModemBehaviour{.dialDelayMs = 0};
@@ -419,7 +368,7 @@ void frmSX_lab_test::silentDeviceEndsInTheTimeOuts()
 {
     QFETCH(lab::DeviceOptions, device);
     QFETCH(int, expectedMs);
-    World world(device);
+    LabWorld world(device);
     const std::int64_t start = world.clock.TickMs();
 
     world.editor.Visit([&](frmSX& window) {
@@ -436,8 +385,8 @@ void frmSX_lab_test::silentDeviceEndsInTheTimeOuts()
 
 void frmSX_lab_test::valuesOutliveAFailure()
 {
-    lab::DeviceOptions device = Device();
-    World world(device);
+    lab::DeviceOptions device = LabDevice();
+    LabWorld world(device);
 
     world.editor.Visit([&world](frmSX& window) {
         Click(window, "cmdStato");
@@ -454,7 +403,7 @@ void frmSX_lab_test::missingPort_data()
 {
     QTest::addColumn<lab::DeviceOptions>("device");
     QTest::addColumn<QString>("statusMessage");
-    QTest::newRow("cable") << Device() << kNoStatus;
+    QTest::newRow("cable") << LabDevice() << kNoStatus;
     QTest::newRow("modem") << Behind({}) << kNoConnection;
 }
 
@@ -462,7 +411,7 @@ void frmSX_lab_test::missingPort()
 {
     QFETCH(lab::DeviceOptions, device);
     QFETCH(QString, statusMessage);
-    World world(device);
+    LabWorld world(device);
     world.pump.Unplug();
 
     world.editor.Visit([&statusMessage](frmSX& window) {
@@ -503,7 +452,7 @@ void frmSX_lab_test::modemCommands()
     QFETCH(QString, lines);
     QFETCH(bool, echo);
     QFETCH(QString, dialogue);
-    World world(Behind({.echo = echo}), Lines(lab::Model::stratobox30) + lines.toStdString());
+    LabWorld world(Behind({.echo = echo}), SiteLines(LabDevice()) + lines.toStdString());
 
     const std::string sent = world.Sent([](frmSX& window) {
         Click(window, "cmdStato");
@@ -534,7 +483,7 @@ void frmSX_lab_test::failedCalls()
     QFETCH(lab::DeviceOptions, device);
     QFETCH(QString, sent);
     QFETCH(int, expectedMs);
-    World world(device);
+    LabWorld world(device);
     const std::int64_t start = world.clock.TickMs();
 
     const std::string received = world.Sent([&](frmSX& window) {
@@ -554,7 +503,7 @@ void frmSX_lab_test::failedCalls()
 
 void frmSX_lab_test::cancelledCallShowsNothing()
 {
-    World world(Behind({.dialAnswer = "", .dialDelayMs = 0}));
+    LabWorld world(Behind({.dialAnswer = "", .dialDelayMs = 0}));
     const std::int64_t start = world.clock.TickMs();
 
     world.editor.Visit([&world](frmSX& window) {
@@ -577,12 +526,9 @@ void frmSX_lab_test::cancelledCallShowsNothing()
 
 void frmSX_lab_test::modemGoneAtTheHangUpIsTold()
 {
-    lab::DeviceOptions device = Behind({});
-    World world(device);
+    LabWorld world(Behind({}));
     const std::int64_t start = world.clock.TickMs();
 
-    // The far end answers nothing to the escape any more: the cable is pulled behind the port's back only
-    // once the dialog is there.
     MessageProbe told(Qt::Key_Return);
     world.editor.Visit([&world](frmSX& window) {
         Click(window, "cmdStato");
@@ -597,7 +543,7 @@ void frmSX_lab_test::modemGoneAtTheHangUpIsTold()
 
 void frmSX_lab_test::windowIsBusyDuringARequest()
 {
-    World world(Behind({.dialDelayMs = 30000}));
+    LabWorld world(Behind({.dialDelayMs = 30000}));
     bool looked = false;
 
     world.editor.Visit([&](frmSX& window) {
@@ -616,7 +562,7 @@ void frmSX_lab_test::windowIsBusyDuringARequest()
 
 void frmSX_lab_test::clockIsSet()
 {
-    World world(Device(lab::Model::stratoboxBuffer));
+    LabWorld world(LabDevice(lab::Model::stratoboxBuffer));
 
     const std::string sent = world.Sent([&world](frmSX& window) {
         Type(window, "mskOra", 0, "09");
@@ -658,7 +604,7 @@ void frmSX_lab_test::wrongMomentsAreRefused()
     QFETCH(int, place);
     QFETCH(QString, digits);
     QFETCH(QString, message);
-    World world(Device());
+    LabWorld world(LabDevice());
     world.clock.SetNow({.year = 2026, .month = 2, .day = 21, .hour = 18, .minute = 3, .second = 0});
 
     const std::string sent = world.Sent([&](frmSX& window) {
@@ -675,7 +621,7 @@ void frmSX_lab_test::wrongMomentsAreRefused()
 
 void frmSX_lab_test::clockIsSetByModem()
 {
-    World world(Behind({}));
+    LabWorld world(Behind({}));
 
     const std::string sent = world.Sent([](frmSX& window) { Click(window, "cmdImpostaDataOra"); });
 
@@ -684,7 +630,7 @@ void frmSX_lab_test::clockIsSetByModem()
 
 void frmSX_lab_test::portStaysOpenBetweenRequests()
 {
-    World world(Device());
+    LabWorld world(LabDevice());
 
     world.editor.Visit([&world](frmSX& window) {
         QVERIFY(!world.pump.IsHeld());

@@ -1,7 +1,5 @@
 #include "tests/pty/lab_pump.h"
 
-#include "tests/pty/noting_device.h"
-
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -15,9 +13,6 @@ namespace corvrec
 
 namespace
 {
-
-// A rest ends then at the latest, so that a test can act in the middle of a long silence.
-constexpr std::int64_t kLongestRestMs = 5000;
 
 // Descriptors of this process that lead to the file.
 std::ptrdiff_t OpenDescriptors(const std::string& file)
@@ -41,7 +36,7 @@ LabPump::LabPump(FakeClock& clock, std::unique_ptr<lab::LineDevice> device, int 
     : clock_(clock)
     , variable_("CORVREC_COM" + QByteArray::number(port))
 {
-    line_.emplace(port, std::make_unique<NotingDevice>(std::move(device), received_), trace_);
+    line_.emplace(port, std::make_unique<NotingDevice>(std::move(device), traffic_), trace_);
     name_ = line_->Name();
     qputenv(variable_, name_.c_str());
     clock_.SetDuringSleep([this] { Serve(); });

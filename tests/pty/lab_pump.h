@@ -1,6 +1,7 @@
 #pragma once
 
 #include "comm/event_pump.h"
+#include "tests/pty/noting_device.h"
 #include "tests/support/fake_clock.h"
 #include "tools/lab/laboratory.h"
 #include "tools/lab/line_device.h"
@@ -27,6 +28,9 @@ namespace corvrec
 class LabPump final : public EventPump
 {
 public:
+    // A rest ends then at the latest, so that a test can act in the middle of a long silence.
+    static constexpr std::int64_t kLongestRestMs = 5000;
+
     LabPump(FakeClock& clock, std::unique_ptr<lab::LineDevice> device, int port = 2);
     ~LabPump() override;
     LabPump(const LabPump&) = delete;
@@ -45,8 +49,9 @@ public:
     // Lets the device take what was sent to it outside of a wait.
     void Settle();
 
-    // All that has come from the editor.
-    [[nodiscard]] const std::string& Received() const { return received_; }
+    // All that has come from the editor, and the count of bytes for it, fetched or not.
+    [[nodiscard]] const std::string& Received() const { return traffic_.received; }
+    [[nodiscard]] std::size_t Sent() const { return traffic_.sent; }
 
     // Pulls the cable.
     void Unplug() { line_.reset(); }
@@ -60,7 +65,7 @@ private:
     FakeClock& clock_;
     const QByteArray variable_;
     std::string name_;
-    std::string received_;
+    Traffic traffic_;
     lab::Trace trace_{nullptr, 0};
     std::optional<lab::LabPort> line_; // nothing once it is unplugged
     std::multimap<std::size_t, std::function<void()>> actions_;

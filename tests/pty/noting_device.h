@@ -2,6 +2,7 @@
 
 #include "tools/lab/line_device.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -12,29 +13,40 @@
 namespace corvrec
 {
 
-// A device as it is, with a note of all that it was sent. The text must live longer.
+// What went over a device's line.
+struct Traffic {
+    std::string received; // by the device
+    std::size_t sent = 0; // bytes by the device
+};
+
+// A device as it is, with a note of its traffic, which must live longer.
 class NotingDevice final : public lab::LineDevice
 {
 public:
-    NotingDevice(std::unique_ptr<lab::LineDevice> device, std::string& received)
+    NotingDevice(std::unique_ptr<lab::LineDevice> device, Traffic& traffic)
         : device_(std::move(device))
-        , received_(received)
+        , traffic_(traffic)
     {
     }
 
     void Receive(std::string_view bytes, std::int64_t nowMs) override
     {
-        received_ += bytes;
+        traffic_.received += bytes;
         device_->Receive(bytes, nowMs);
     }
-    std::string Send(std::int64_t nowMs) override { return device_->Send(nowMs); }
+    std::string Send(std::int64_t nowMs) override
+    {
+        std::string bytes = device_->Send(nowMs);
+        traffic_.sent += bytes.size();
+        return bytes;
+    }
     [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override { return device_->NextSendMs(); }
     void Disconnect() override { device_->Disconnect(); }
     [[nodiscard]] bool IsGone() const override { return device_->IsGone(); }
 
 private:
     std::unique_ptr<lab::LineDevice> device_;
-    std::string& received_;
+    Traffic& traffic_;
 };
 
 } // namespace corvrec

@@ -1,6 +1,5 @@
 #include "tests/pty/running_lab.h"
 
-#include "tests/pty/noting_device.h"
 #include "tools/lab/laboratory.h"
 #include "tools/lab/trace.h"
 
@@ -14,9 +13,9 @@ namespace corvrec
 RunningLab::RunningLab(std::unique_ptr<lab::LineDevice> device, int port)
     : variable_("CORVREC_COM" + QByteArray::number(port))
     , trace_(std::make_unique<lab::Trace>(nullptr, 0))
-    , received_(std::make_unique<std::string>())
+    , traffic_(std::make_unique<Traffic>())
 {
-    ports_.emplace_back(port, std::make_unique<NotingDevice>(std::move(device), *received_), *trace_);
+    ports_.emplace_back(port, std::make_unique<NotingDevice>(std::move(device), *traffic_), *trace_);
     qputenv(variable_, ports_.front().Name().c_str());
     if (pipe2(stop_, O_CLOEXEC) != 0)
         qFatal("no pipe");
@@ -44,7 +43,7 @@ void RunningLab::Unplug()
 const std::string& RunningLab::Received() const
 {
     assert(ports_.empty());
-    return *received_;
+    return traffic_->received;
 }
 
 } // namespace corvrec

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/pty/noting_device.h"
 #include "tools/lab/line_device.h"
 
 #include <QString>
@@ -41,7 +42,7 @@ public:
 private:
     const QByteArray variable_;
     std::unique_ptr<lab::Trace> trace_;
-    std::unique_ptr<std::string> received_;
+    std::unique_ptr<Traffic> traffic_;
     std::vector<lab::LabPort> ports_;
     int stop_[2] = {-1, -1};
     std::thread thread_;
