@@ -287,7 +287,7 @@ void hostile_devices_test::endlessOutputFillsNoMemory()
         QVERIFY(window.isVisible());
     });
 
-    constexpr std::size_t kSlack = 32 * 1024; // Qt's own buffers and events
+    constexpr std::size_t kSlack = 32768; // Qt's own buffers and events
     QVERIFY(early > 0 && late > 0);
     QVERIFY2(late <= early + kSlack, qPrintable(QString("%1 bytes, then %2").arg(early).arg(late)));
 }
