@@ -468,24 +468,34 @@ private:
         return isDone;
     }
 
-    // A change never builds on a snapshot that it has not compared with the file.
+    // A change never builds on a snapshot that it has not compared with the file, nor on fewer bytes than the
+    // file has: it would write over those behind them.
     bool RefreshFrom(const Descriptor& file)
     {
-        struct stat status {
-        };
-        if (calls_.StatOpened(file.Number(), status) != 0 || !S_ISREG(status.st_mode))
-            return false;
-        const auto bytes = ReadAll(file, status.st_size);
-        if (!bytes)
-            return false;
-        const bool isKnown =
-            snapshot_ && snapshot_->stamp == StampOf(status) && *bytes == snapshot_->text.Bytes();
-        if (isKnown)
-            return true;
-        Keep(*bytes);
-        snapshot_->stamp = StampOf(status);
+        for (int attempt = 1; attempt <= 3; ++attempt) {
+            struct stat status {
+            };
+            if (calls_.StatOpened(file.Number(), status) != 0 || !S_ISREG(status.st_mode))
+                return false;
+            const auto bytes = ReadAll(file, status.st_size);
+            if (!bytes)
+                return false;
+            if (bytes->size() >= static_cast<std::size_t>(status.st_size)) {
+                Renew(*bytes, StampOf(status));
+                return true;
+            }
+        }
+        return false;
+    }
+
+    // What is known already keeps its trust.
+    void Renew(std::string_view bytes, const Stamp& stamp)
+    {
+        if (snapshot_ && snapshot_->stamp == stamp && bytes == snapshot_->text.Bytes())
+            return;
+        Keep(bytes);
+        snapshot_->stamp = stamp;
         snapshot_->isTrusted = false;
-        return true;
     }
 
     bool Carry(const std::optional<Edit>& edit, Descriptor& file)

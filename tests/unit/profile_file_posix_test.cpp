@@ -516,6 +516,29 @@ TEST(ProfileFileFailures, AFailedReadGivesTheFallbackAndTheNextOneTheValue)
     }
 }
 
+// A change that took the bytes for all of the file would write over those behind them.
+TEST(ProfileFileFailures, AReadThatStopsTooEarlyIsMadeAgainBeforeAWrite)
+{
+    Probed probed(SampleBytes());
+    probed.calls.ShortenAt(2, 10); // behind open and fstat
+    probed.calls.ShortenAt(3, 0);
+
+    EXPECT_TRUE(probed.profile->Write("NA", "Ogni", "1"));
+
+    EXPECT_EQ(probed.file.Bytes(), SampleBytes() + "\r\n[NA]\r\nOgni=1\r\n");
+}
+
+TEST(ProfileFileFailures, AReadThatStopsTooEarlyEachTimeIsAFailedWrite)
+{
+    Probed probed(SampleBytes());
+    for (const std::size_t pread : {2U, 4U, 6U})
+        probed.calls.ShortenAt(pread, 0);
+
+    EXPECT_FALSE(probed.profile->Write("NA", "Ogni", "1"));
+
+    EXPECT_EQ(probed.file.Bytes(), SampleBytes());
+}
+
 TEST(ProfileFileFailures, AFailedCloseIsAFailedWrite)
 {
     Probed probed(SampleBytes());
