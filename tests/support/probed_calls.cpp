@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
-#include <limits>
+#include <numeric>
+#include <unistd.h>
 #include <utility>
 
 namespace corvrec
@@ -13,6 +14,11 @@ namespace
 {
 
 constexpr std::size_t kNoEnd = std::numeric_limits<std::size_t>::max();
+
+void WriteAnew(const std::filesystem::path& file, std::string_view bytes)
+{
+    std::ofstream(file, std::ios::binary) << bytes;
+}
 
 } // namespace
 
@@ -38,17 +44,40 @@ void ProbedCalls::FailAll(std::string name, int error)
 
 void ProbedCalls::RewriteAt(std::size_t number, std::filesystem::path file, std::string bytes)
 {
-    rewritings_.push_back({.number = number, .file = std::move(file), .bytes = std::move(bytes)});
+    rewritings_.push_back(
+        {.number = number, .file = std::move(file), .bytes = std::move(bytes), .isReplacing = false});
+}
+
+void ProbedCalls::ReplaceAt(std::size_t number, std::filesystem::path file, std::string bytes)
+{
+    rewritings_.push_back(
+        {.number = number, .file = std::move(file), .bytes = std::move(bytes), .isReplacing = true});
+}
+
+void ProbedCalls::Mend()
+{
+    faults_.clear();
+    shortages_.clear();
+    rewritings_.clear();
+    end_ = kNoEnd;
+}
+
+std::size_t ProbedCalls::Written() const
+{
+    return std::accumulate(pieces_.begin(), pieces_.end(), std::size_t{0},
+                           [](std::size_t sum, const Piece& piece) { return sum + piece.count; });
 }
 
 // Notes the call; true when it has to fail, errno is set then.
 bool ProbedCalls::Fails(std::string_view name)
 {
     const std::size_t number = made_.size();
+    if (number == end_)
+        ::_exit(endedStatus);
     made_.emplace_back(name);
     for (const Rewriting& rewriting : rewritings_) {
         if (rewriting.number == number)
-            std::ofstream(rewriting.file, std::ios::binary) << rewriting.bytes;
+            CarryOut(rewriting);
     }
     const auto fault = std::ranges::find_if(faults_, [&](const Fault& candidate) {
         return number >= candidate.first && number <= candidate.last &&
@@ -58,6 +87,17 @@ bool ProbedCalls::Fails(std::string_view name)
         return false;
     errno = fault->error;
     return true;
+}
+
+void ProbedCalls::CarryOut(const Rewriting& rewriting)
+{
+    if (!rewriting.isReplacing) {
+        WriteAnew(rewriting.file, rewriting.bytes);
+        return;
+    }
+    const std::filesystem::path beside = rewriting.file.string() + ".new";
+    WriteAnew(beside, rewriting.bytes);
+    std::filesystem::rename(beside, rewriting.file);
 }
 
 std::size_t ProbedCalls::Shortened(std::size_t count) const
@@ -111,7 +151,10 @@ ssize_t ProbedCalls::Write(int descriptor, const char* bytes, std::size_t count,
     if (Fails("pwrite"))
         return -1;
     const ssize_t written = SystemCalls().Write(descriptor, bytes, Shortened(count), offset);
-    written_ += written > 0 ? static_cast<std::size_t>(written) : 0;
+    if (written > 0)
+        pieces_.push_back({.call = made_.size() - 1,
+                           .begin = static_cast<std::size_t>(offset),
+                           .count = static_cast<std::size_t>(written)});
     return written;
 }
 

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,9 +19,21 @@ class ProbedCalls final : public PosixCalls
 {
 public:
     [[nodiscard]] const std::vector<std::string>& Made() const { return made_; }
-    void ForgetMade() { made_.clear(); }
+    void ForgetMade()
+    {
+        made_.clear();
+        pieces_.clear();
+    }
+    // What each pwrite has written, without its bytes; the failed ones apart.
+    struct Piece {
+        std::size_t call = 0; // its number in Made()
+        std::size_t begin = 0;
+        std::size_t count = 0;
+        [[nodiscard]] std::size_t End() const { return begin + count; }
+    };
+    [[nodiscard]] const std::vector<Piece>& Pieces() const { return pieces_; }
     // Bytes that all pwrites together have written.
-    [[nodiscard]] std::size_t Written() const { return written_; }
+    [[nodiscard]] std::size_t Written() const;
 
     // The call of that number in Made() fails with this errno.
     void FailAt(std::size_t number, int error);
@@ -30,8 +43,14 @@ public:
     void ShortenAt(std::size_t number, std::size_t bytes);
     // Every call of that name fails.
     void FailAll(std::string name, int error);
-    // Just before that call somebody else rewrites the file in place.
+    // Just before that call the process ends, as if it were killed, with this status.
+    static constexpr int endedStatus = 77;
+    void EndAt(std::size_t number) { end_ = number; }
+    // Just before that call somebody else rewrites the file in place, or puts another one in its place.
     void RewriteAt(std::size_t number, std::filesystem::path file, std::string bytes);
+    void ReplaceAt(std::size_t number, std::filesystem::path file, std::string bytes);
+    // From now on nothing of this happens.
+    void Mend();
 
     // The clock of file times runs so many seconds ahead: what was just written looks old.
     void SetClockAhead(std::int64_t seconds) { clockAhead_ = seconds; }
@@ -66,13 +85,16 @@ private:
         std::size_t number = 0;
         std::filesystem::path file;
         std::string bytes;
+        bool isReplacing = false;
     };
 
     bool Fails(std::string_view name);
+    static void CarryOut(const Rewriting& rewriting);
     [[nodiscard]] std::size_t Shortened(std::size_t count) const;
 
     std::vector<std::string> made_;
-    std::size_t written_ = 0;
+    std::vector<Piece> pieces_;
+    std::size_t end_ = std::numeric_limits<std::size_t>::max();
     std::vector<Fault> faults_;
     std::vector<Shortage> shortages_;
     std::vector<Rewriting> rewritings_;
