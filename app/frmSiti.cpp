@@ -176,6 +176,8 @@ void frmSiti::cmdAggiungi_Click()
 
 void frmSiti::cmdRimuovi_Click()
 {
+    if (CurrentRow() < 0) // clicked while the last site was being removed, before the button was disabled
+        return;
     const QString question = Text(text::removingSite) + "\r" + Text(text::wantToContinue);
     if (!AskYesNo(this, question, MessageIcon::exclamation, Text(text::wantToContinue)))
         return;
@@ -190,6 +192,8 @@ void frmSiti::cmdRimuovi_Click()
 
 void frmSiti::cmdProperties_Click()
 {
+    if (CurrentRow() < 0) // as above
+        return;
     editor_->InitFormDettagli();
     editor_->SetNuovo(false);
     editor_->SelectTab(0);

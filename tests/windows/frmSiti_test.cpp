@@ -108,6 +108,7 @@ private slots:
     static void anyAnswerButYesKeepsTheSite();
     static void removingTakesSectionAndKeyAndNothingElse();
     static void removingTheLastSiteDisablesTheCommands();
+    static void clicksPendingWhileTheLastSiteIsRemovedDoNothing();
     static void removingSelectsTheLastRow();
     static void deleteKeyRemoves();
 
@@ -500,6 +501,23 @@ void frmSiti_test::removingTheLastSiteDisablesTheCommands()
     QCOMPARE(Codes(window), QStringList());
     QVERIFY(!Button(window, "cmdRimuovi").isEnabled());
     QVERIFY(!Button(window, "cmdProperties").isEnabled());
+    QCOMPARE(window.File(), "[Siti]\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n");
+}
+
+// The events that are pending are handled before the buttons are disabled.
+void frmSiti_test::clicksPendingWhileTheLastSiteIsRemovedDoNothing()
+{
+    SiteWindow window(SettingsWith({"A"}));
+    QObject::connect(Grid(window).model(), &QAbstractItemModel::rowsRemoved, &window.List(), [&window] {
+        for (const char* const name : {"cmdRimuovi", "cmdProperties"})
+            QMetaObject::invokeMethod(&Button(window, name), &QPushButton::click, Qt::QueuedConnection);
+    });
+    const MessageProbe question(Qt::Key_Return);
+
+    QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
+
+    QCOMPARE(Codes(window), {});
+    QVERIFY(!window.Editor().isVisible());
     QCOMPARE(window.File(), "[Siti]\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n");
 }
 
