@@ -57,6 +57,7 @@ frmSiti::frmSiti(Environment environment)
     connect(ui_->dgrdGrigliaSiti, &QTableView::doubleClicked, this, &frmSiti::cmdProperties_Click);
     ui_->dgrdGrigliaSiti->installEventFilter(this);
     LocaliseDialog(*this);
+    ClickAtOnce(*this);
     ui_->dgrdGrigliaSiti->setAccessibleName(Text(text::siteList));
 }
 

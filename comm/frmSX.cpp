@@ -77,6 +77,7 @@ frmSX::frmSX(std::unique_ptr<SerialPort> port, Clock& clock, EventPump& events, 
     // Logging off does not wait for a silent device.
     connect(qApp, &QGuiApplication::commitDataRequest, this, &frmSX::cmdChiudi_Click);
     LocaliseDialog(*this);
+    ClickAtOnce(*this);
     ShowNow();
 
     // Measured with a value in place, so that a reply does not change the window.

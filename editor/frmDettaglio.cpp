@@ -96,6 +96,7 @@ frmDettaglio::frmDettaglio(Environment environment, const SiteListView& list, QW
     ui_->setupUi(this);
     ConnectControls();
     LocaliseDialog(*this);
+    ClickAtOnce(*this);
     ui_->lstGiorni->setAccessibleName(Text(text::weekdays));
     ui_->mskOrario->setAccessibleName(Text(text::startTime));
     transformations_ = std::make_unique<frmTrasfAvanzate>(this);

@@ -40,6 +40,7 @@ frmFileAvanzate::frmFileAvanzate(QWidget* parent)
     connect(ui_->OK, &QPushButton::clicked, this, &frmFileAvanzate::OK_Click);
     connect(ui_->Annulla, &QPushButton::clicked, this, &frmFileAvanzate::Annulla_Click);
     LocaliseDialog(*this);
+    ClickAtOnce(*this);
     CentreDialog(*this);
 }
 

@@ -34,6 +34,7 @@ frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
     connect(ui_->OK, &QPushButton::clicked, this, &frmModem::OK_Click);
     connect(ui_->Annulla, &QPushButton::clicked, this, &frmModem::Annulla_Click);
     LocaliseDialog(*this);
+    ClickAtOnce(*this);
     FillModels();
     SelectRow(*ui_->cboModem, 0, *this, &frmModem::cboModem_Click);
     GuardWheel(*this);

@@ -21,6 +21,7 @@ frmTrasfAvanzate::frmTrasfAvanzate(QWidget* parent)
     for (QCheckBox* const box : {ui_->chkData, ui_->chkOra, ui_->chkNull, ui_->chkCrLf})
         box->installEventFilter(this);
     LocaliseDialog(*this);
+    ClickAtOnce(*this);
 
     // The window is measured with the longest help, so that none is clipped when its turn comes.
     ui_->lblHelpTrasformazioni->setText(Text(text::fixCrLfHelp));

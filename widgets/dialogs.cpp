@@ -8,6 +8,7 @@
 #include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
+#include <QShortcutEvent>
 #include <QTabWidget>
 #include <QVariant>
 #include <QWidget>
@@ -47,6 +48,25 @@ void SetCaption(QWidget& widget, const QString& text)
     else if (auto* const tabs = qobject_cast<QTabWidget*>(&widget))
         SetTabCaptions(*tabs, text);
 }
+
+// A mnemonic that several controls share only moves the focus, as Qt has it.
+class MnemonicClick : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* const button = qobject_cast<QAbstractButton*>(watched);
+        if (button == nullptr || event->type() != QEvent::Shortcut ||
+            static_cast<QShortcutEvent*>(event)->isAmbiguous())
+            return QObject::eventFilter(watched, event);
+        if (button->isCheckable()) // a push button leaves the focus where it is
+            button->setFocus();
+        button->click();
+        return true;
+    }
+};
 
 // As Tab would do: a widget with a proxy leaves the focus to that one.
 bool CanTakeFocus(const QWidget& widget, const QWidget& scope)
@@ -98,6 +118,12 @@ void LocaliseDialog(QWidget& window)
         if (!text.isNull() && widget->window() == &window) // dialogs that it owns localise themselves
             SetCaption(*widget, text);
     }
+}
+
+void ClickAtOnce(QWidget& window)
+{
+    for (QAbstractButton* const button : window.findChildren<QAbstractButton*>())
+        button->installEventFilter(new MnemonicClick(button));
 }
 
 void CentreDialog(QWidget& window)

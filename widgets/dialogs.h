@@ -13,6 +13,10 @@ namespace corvrec
 // was drawn.
 void LocaliseDialog(QWidget& window);
 
+// The mnemonic of a button, a check box or an option button clicks it at once. By itself Qt lets a tenth of a
+// second go by, and then clicks, whatever has been pressed meanwhile and lies in front of the window by now.
+void ClickAtOnce(QWidget& window);
+
 // Puts the window, at its final size, into the middle of the screen that holds its parent (else the primary
 // screen), and makes it wide enough for its title and no larger than the screen. Before the first show, after
 // the texts are in.

@@ -60,6 +60,7 @@ private slots:
     static void contextMenuIsNotLeaving();
     static void enterIsNotLeaving();
     static void mnemonicOfAButtonIsLeaving();
+    static void boxTickedByItsMnemonicIsSavedByTheNextKey();
 
     static void enterOnAnnullaPressesAnnulla();
     static void enterElsewherePressesOk();
@@ -363,8 +364,19 @@ void frmDettaglio_keys_test::mnemonicOfAButtonIsLeaving()
 
     window.Press(Qt::Key_V, Qt::AltModifier);
 
-    QTRY_COMPARE(codeBehindTheDialog, "AB");
+    QCOMPARE(codeBehindTheDialog, "AB");
     QCOMPARE(window.Focus(), "cmdTAvanzate");
+}
+
+void frmDettaglio_keys_test::boxTickedByItsMnemonicIsSavedByTheNextKey()
+{
+    EditorWindow window(SettingsWith({"A"}));
+    window.Open();
+
+    window.Press(Qt::Key_A, Qt::AltModifier);
+    window.Press(Qt::Key_Return);
+
+    QCOMPARE(window.Settings().Line("A", "SitoAbilitato"), "SitoAbilitato=0");
 }
 
 void frmDettaglio_keys_test::enterOnAnnullaPressesAnnulla()

@@ -12,7 +12,6 @@
 #include <QJsonObject>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTableView>
 #include <QTest>
 
@@ -612,12 +611,10 @@ void frmSiti_test::escapeDoesNothing()
 void frmSiti_test::mnemonicsPressTheButtons()
 {
     SiteWindow window(SettingsWith({"A"}));
-    QSignalSpy pressed(&Button(window, "cmdChiudi"), &QPushButton::clicked);
 
     QTest::keyClick(&Grid(window), Qt::Key_C, Qt::AltModifier);
 
-    QVERIFY(pressed.wait());
-    QVERIFY(!window.List().isVisible());
+    QVERIFY(!window.List().isVisible()); // at once, before the next key
 }
 
 void frmSiti_test::tabWalksFromTheGridThroughTheButtons()
