@@ -38,7 +38,7 @@ std::vector<unsigned> Seeds(unsigned end)
     std::vector<unsigned> seeds(end);
     for (unsigned seed = 0; seed < end; ++seed)
         seeds[seed] = seed;
-    return seeds;
+    return TakenOf(seeds);
 }
 
 // The same choices from the same seed, on every machine.

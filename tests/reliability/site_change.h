@@ -13,6 +13,18 @@
 namespace corvrec
 {
 
+// Of all cases each so many-th is taken.
+inline constexpr std::size_t kStride = CORVREC_STRIDE;
+
+template <typename Cases>
+Cases TakenOf(const Cases& all)
+{
+    Cases taken;
+    for (std::size_t i = 0; i < all.size(); i += kStride)
+        taken.push_back(all[i]);
+    return taken;
+}
+
 // How a sample file is written.
 enum class FileForm {
     crLf,

@@ -204,6 +204,15 @@ TEST(IniText, AnUtf16CharacterOutsideThePageReadsAsAQuestionMarkButEqualsNone)
               file.substr(0, file.size() - 2) + Wide("?\r\n").substr(2));
 }
 
+TEST(IniText, AnUtf16KeyOutsideThePageIsListedButNeverFound)
+{
+    const std::string omega = "\xA9\x03";
+    IniText text(Wide("[A]\n") + omega + Wide("=1\nk=2\n").substr(2));
+
+    EXPECT_EQ(text.Keys("A", "none", 100), "?\0k\0"s);
+    EXPECT_EQ(text.Read("A", "?", "none", 100), "none");
+}
+
 TEST(IniText, KeptUtf16LinesKeepTheirCharacters)
 {
     const std::string omega = "\xA9\x03";

@@ -271,6 +271,41 @@ TEST(ProfileFileCost, FlushSyncsTheDataOnceAndTheDirectoryOfANewFile)
     EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fdatasync", "close"));
 }
 
+TEST(ProfileFileCost, FlushOfANewFileThatIsGoneSyncsNothing)
+{
+    Probed probed;
+    EXPECT_TRUE(probed.profile->Write("Siti", "MI", "Milano"));
+    probed.file.Remove();
+    probed.calls.ForgetMade();
+
+    probed.profile->Flush();
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("open"));
+}
+
+TEST(ProfileFileCost, FlushGoesOnWithoutADirectoryThatCannotBeOpened)
+{
+    Probed probed;
+    EXPECT_TRUE(probed.profile->Write("Siti", "MI", "Milano"));
+    probed.calls.ForgetMade();
+    probed.calls.FailAt(2, EACCES);
+
+    probed.profile->Flush();
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fdatasync", "open", "close"));
+}
+
+TEST(ProfileFileCost, AFileSystemThatDoesNotTellItsTypeIsNotTrusted)
+{
+    Probed probed(SampleBytes());
+    probed.calls.FailAll("fstatfs", EIO);
+    probed.Trust();
+
+    probed.profile->Read("General", "Com", "", 100);
+
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
+}
+
 // One change of each way to write, and calls that it makes.
 struct Scenario {
     std::string_view name;
