@@ -1,0 +1,40 @@
+#include "tests/support/listed_sites.h"
+
+#include "app/frmSiti.h"
+#include "tests/support/page_text.h"
+#include "tests/support/reference_profile.h"
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr std::size_t kListSize = 500; // of each read
+
+QString Entry(const QString& code, const QString& name)
+{
+    return code + " = " + name;
+}
+
+} // namespace
+
+QStringList ListedSites(const frmSiti& list)
+{
+    QStringList listed;
+    for (const SiteRow& row : list.Sites())
+        listed.append(Entry(QString::fromStdString(row.code), QString::fromStdString(row.name)));
+    return listed;
+}
+
+QStringList ListedSites(const ReferenceProfile& file)
+{
+    QStringList listed;
+    for (const std::string& code : file.Keys("Siti", kListSize)) {
+        const std::string name = file.Read("Siti", code, kListSize).value_or("-CaVacca-");
+        listed.append(Entry(PageText(code), name == "-CaVacca-" ? "0" : PageText(name)));
+    }
+    return listed;
+}
+
+} // namespace corvrec

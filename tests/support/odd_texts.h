@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <random>
+
+namespace corvrec
+{
+
+// Chance that a seed repeats, on every machine alike (the standard library's distributions are each library's
+// own).
+class Chance
+{
+public:
+    explicit Chance(std::uint64_t seed)
+        : engine_(seed)
+    {
+    }
+
+    // 0 to count - 1.
+    std::size_t Below(std::size_t count) { return static_cast<std::size_t>(engine_() % count); }
+
+    // True so many times in a hundred.
+    bool Percent(std::size_t percent) { return Below(100) < percent; }
+
+    template <class Range>
+    const auto& OneOf(const Range& range)
+    {
+        return *std::next(std::begin(range), static_cast<std::ptrdiff_t>(Below(std::size(range))));
+    }
+
+private:
+    std::mt19937_64 engine_;
+};
+
+// A text as nobody types it: what the settings file takes for structure, quotes, blanks at both ends, line
+// breaks, NULs, control characters, letters in and outside of code page 1252, halves of characters, up to 300
+// characters.
+QString OddText(Chance& chance);
+
+} // namespace corvrec
