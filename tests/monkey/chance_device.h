@@ -1,0 +1,69 @@
+#pragma once
+
+#include "comm/event_pump.h"
+#include "comm/serial_port.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/odd_texts.h"
+
+#include <QString>
+
+#include <functional>
+#include <string>
+
+namespace corvrec
+{
+
+// A modem and a device behind it that do as chance has it: answer as they should, garbage, or nothing, refuse
+// the port, go away. Every command to the modem has to be one line.
+class ChanceDevice final : public SerialPort
+{
+public:
+    ChanceDevice(Chance& chance, std::function<void(QString)> report);
+
+    void Configure(const LineSettings& /*line*/) override {}
+    void Open() override;
+    [[nodiscard]] bool IsOpen() const override { return open_; }
+    void Close() noexcept override { open_ = false; }
+    [[nodiscard]] int InputLen() const noexcept override { return inputLen_; }
+    void SetInputLen(int characters) noexcept override { inputLen_ = characters; }
+    int InBufferCount() override;
+    std::string Input() override;
+    [[nodiscard]] bool CDHolding() const override { return carrier_; }
+    void Output(std::string_view bytes) override;
+    void ClearInput() override { received_.clear(); }
+    void ClearOutput() override {}
+
+private:
+    void MustWork() const;
+    std::string AnswerTo(std::string_view bytes);
+
+    Chance& chance_;
+    std::function<void(QString)> report_;
+    bool open_ = false;
+    bool carrier_ = false;
+    int inputLen_ = 0;
+    std::string received_;
+};
+
+// Handles the window system's events, and lets the time of a wait go by in leaps: no wait takes real time.
+class LeapingPump final : public EventPump
+{
+public:
+    LeapingPump(FakeClock& clock, Chance& chance)
+        : clock_(clock)
+        , chance_(chance)
+    {
+    }
+
+    void Process(std::optional<std::int64_t> deadlineTick) override;
+
+    // Whether a handler of the program is waiting for events.
+    [[nodiscard]] bool IsInside() const { return depth_ > 0; }
+
+private:
+    FakeClock& clock_;
+    Chance& chance_;
+    int depth_ = 0;
+};
+
+} // namespace corvrec
