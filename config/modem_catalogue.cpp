@@ -45,16 +45,21 @@ ModemModel ParseCatalogueLine(std::string_view line)
     return {.name = std::string(line.substr(0, equals)), .initString = std::string(line.substr(equals + 1))};
 }
 
+std::vector<ModemModel> ParseCatalogue(std::string_view bytes)
+{
+    std::vector<ModemModel> models;
+    while (!bytes.empty())
+        models.push_back(ParseCatalogueLine(Utf8FromCp1252(TakeLine(bytes))));
+    return models;
+}
+
 ModemCatalogue::ModemCatalogue(const std::filesystem::path& file)
 {
     std::error_code ignored;                              // what cannot be looked at is no regular file
     if (!std::filesystem::is_regular_file(file, ignored)) // opening a FIFO would wait for its writer
         return;
     file_.open(file, std::ios::binary);
-    const std::string bytes = Contents(file_);
-    std::string_view rest = bytes;
-    while (!rest.empty())
-        models_.push_back(ParseCatalogueLine(Utf8FromCp1252(TakeLine(rest))));
+    models_ = ParseCatalogue(Contents(file_));
 }
 
 } // namespace corvrec

@@ -18,8 +18,11 @@ struct ModemModel {
 // has an empty name and is all string.
 ModemModel ParseCatalogueLine(std::string_view line);
 
-// The modem catalogue, one model a line in code page 1252; lines end with CR LF, LF or CR. It stays open
-// until the object goes: other programs of the platform see it in use for as long as the editor runs.
+// A catalogue's content: one model a line in code page 1252; lines end with CR LF, LF or CR.
+std::vector<ModemModel> ParseCatalogue(std::string_view bytes);
+
+// The modem catalogue. Its file stays open until the object goes: other programs of the platform see it in
+// use for as long as the editor runs.
 class ModemCatalogue
 {
 public:
