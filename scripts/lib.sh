@@ -10,6 +10,9 @@ buildPackages=(
     libgtest-dev libgmock-dev nlohmann-json3-dev
 )
 
+# What fuzzing takes besides: the compiler that has libFuzzer, and its sanitizers.
+fuzzPackages=(clang-14 libclang-rt-14-dev)
+
 # A virtual screen shows nothing without fonts, and no frames without a window manager.
 screenPackages=(openbox xauth fonts-dejavu-core)
 

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+namespace corvrec::fuzz
+{
+
+// An input cut at each '|', so that it can be written and read by hand, and grows and shrinks well. No
+// grammar here gives that byte a meaning, so nothing is lost by its absence.
+class Fields
+{
+public:
+    Fields(const std::uint8_t* data, std::size_t size)
+        : rest_(reinterpret_cast<const char*>(data), size) // bytes are characters here
+    {
+    }
+
+    [[nodiscard]] bool AtEnd() const { return isAtEnd_; }
+
+    // The next field; empty behind the last one.
+    std::string_view Text()
+    {
+        const std::size_t length = std::min(rest_.find('|'), rest_.size());
+        const std::string_view field = rest_.substr(0, length);
+        isAtEnd_ = length == rest_.size();
+        rest_.remove_prefix(isAtEnd_ ? length : length + 1);
+        return field;
+    }
+
+    // The decimal number in front of the next field, or the other one when there is none.
+    std::size_t Number(std::size_t otherwise) { return NumberOf(Text(), otherwise); }
+
+    // All that is left, with its '|'.
+    std::string_view Rest()
+    {
+        isAtEnd_ = true;
+        return std::exchange(rest_, {});
+    }
+
+    static std::size_t NumberOf(std::string_view field, std::size_t otherwise)
+    {
+        std::size_t number = otherwise;
+        std::from_chars(field.data(), field.data() + field.size(), number);
+        return number;
+    }
+
+private:
+    std::string_view rest_;
+    bool isAtEnd_ = false;
+};
+
+} // namespace corvrec::fuzz
