@@ -16,8 +16,10 @@ namespace
 
 constexpr int kDescriptor = 3;
 constexpr std::size_t kPageSize = 4096;
-constexpr std::size_t kLittle = 48;       // bytes
-constexpr std::int64_t kTick = 4'000'000; // ns, a usual one
+constexpr std::size_t kLittle = 48; // bytes
+// Nanoseconds. File times may move in larger steps than the clock that they are taken from.
+constexpr std::int64_t kClockTick = 4'000'000;
+constexpr std::int64_t kFileTick = 10'000'000;
 constexpr std::int64_t kSecond = 1'000'000'000;
 constexpr std::uint32_t kExt4 = 0x0000EF53;
 constexpr std::uint32_t kNfs = 0x00006969;
@@ -187,7 +189,7 @@ int MemoryCalls::Sync(int descriptor)
 
 timespec MemoryCalls::FileClock()
 {
-    return TimeOf(now_ - now_ % kTick);
+    return TimeOf(now_ - now_ % kClockTick);
 }
 
 // A call is interrupted, its repetition is not.
@@ -215,7 +217,7 @@ std::size_t MemoryCalls::SizeLimit() const
 
 std::int64_t MemoryCalls::FileTime() const
 {
-    return now_ - now_ % (mood_.countsTwoSeconds ? 2 * kSecond : kTick);
+    return now_ - now_ % (mood_.countsTwoSeconds ? 2 * kSecond : kFileTick);
 }
 
 void MemoryCalls::Touch()

@@ -96,7 +96,10 @@ void CheckKind(std::string_view ricorrenza)
 void CheckInterval(std::string_view stored)
 {
     for (const ScheduleKind kind : kKinds) {
-        const std::string once = StoredInterval(kind, IntervalText(kind, stored));
+        const std::string field = IntervalText(kind, stored);
+        if (kind == ScheduleKind::hourly && !IsTime(field))
+            continue; // the editor does not store it: "99:60" would come back as "__:__"
+        const std::string once = StoredInterval(kind, field);
         Check(StoredInterval(kind, IntervalText(kind, once)) == once, "an interval once stored stays");
     }
 }
@@ -134,9 +137,9 @@ void CheckLoaded(std::string_view ricorrenza, std::string_view ora)
     Check(site.schedule.has_value() == section.Read("Ricorrenza").has_value(), "a kind is loaded");
     Check(site.startTime.has_value() == section.Read("Ora").has_value(), "a start time is loaded");
     Check(site.weekdays.has_value() == (site.schedule == ScheduleKind::weekly), "only weeks have days");
-    Check(site.weekdays.value_or(0) >= 0 && site.weekdays.value_or(0) <= allDays, "there are seven days");
     if (!site.weekdays)
         return;
+    Check(*site.weekdays == (LeadingWhole(*section.Read("Ricorrenza")) & allDays), "each weekday is a bit");
     TextProfile again("[S]\nRicorrenza=" + SignedText(*site.weekdays));
     SiteRecord same;
     LoadSite(again, "S", same);
