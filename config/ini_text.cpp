@@ -362,12 +362,15 @@ public:
         return {sections_[section].begin, isLast ? text.units.size() : sections_[section + 1].begin};
     }
 
-    // The lines' positions count from the begin of the section.
+    // The lines' positions count from the begin of the section. Good until the keys of another section are
+    // asked for.
     const KeyIndex& KeysOf(const View& text, std::size_t section)
     {
         std::unique_ptr<KeyIndex>& keys = sections_[section].keys;
-        if (!keys)
+        if (!keys) {
+            MakeRoom();
             keys = IndexKeys(text, SpanOf(text, section));
+        }
         return *keys;
     }
 
@@ -407,6 +410,19 @@ public:
     }
 
 private:
+    // Sections whose keys are held at a time. They take three times the room of the lines that they stand
+    // for, so a walk over a large file must not collect them all.
+    static constexpr std::size_t kMostIndexed = 256;
+
+    void MakeRoom()
+    {
+        if (++indexed_ <= kMostIndexed)
+            return;
+        for (SectionEntry& section : sections_)
+            section.keys.reset();
+        indexed_ = 1;
+    }
+
     [[nodiscard]] Span NameOf(std::size_t section) const
     {
         return Moved(sections_[section].name, sections_[section].begin);
@@ -444,6 +460,7 @@ private:
 
     std::vector<SectionEntry> sections_; // in file order
     NameTable names_;
+    std::size_t indexed_ = 0; // sections with keys, at most
 };
 
 IniText::IniText(std::string bytes)

@@ -23,6 +23,9 @@ namespace
 // A larger file is not a settings file.
 constexpr std::size_t kLargestFile = std::size_t{64} * 1024 * 1024;
 
+// How much of the file is compared at a time: read into the processor's cache, and not beyond it.
+constexpr std::size_t kPortion = std::size_t{256} * 1024;
+
 // A kill inside one pwrite tears it at a multiple of this and nowhere else.
 constexpr std::size_t kPageSize = 4096;
 
@@ -200,67 +203,69 @@ bool HasLocalTimes(const struct statfs& status)
 class InPlaceChange
 {
 public:
-    // text: what the file holds.
-    InPlaceChange(PosixCalls& calls, const Descriptor& file, const IniText& text)
+    // text: what the file holds. scratch: any bytes, whose room is used.
+    InPlaceChange(PosixCalls& calls, const Descriptor& file, IniText& text, std::string& scratch)
         : calls_(calls)
         , file_(file.Number())
         , text_(text)
-        , old_(text.Bytes())
+        , scratch_(scratch)
+        , oldSize_(text.Bytes().size())
     {
     }
 
-    // False: the file is as it was. True also when the end could not be cut off: then filler stands behind
-    // the new content.
+    // Makes the edit in the text and in the file. False: the file is as it was, and the text is of no more
+    // use. True also when the end could not be cut off: then filler stands behind the new content.
     bool Make(const Edit& edit)
     {
-        const std::size_t newSize = old_.size() - edit.removed + edit.inserted.size();
-        std::string bytes = edit.inserted;
-        if (newSize != old_.size())
-            bytes.append(old_.substr(edit.offset + edit.removed));
-        const std::string_view there = old_.substr(edit.offset);
-        const auto difference = std::mismatch(bytes.begin(), bytes.end(), there.begin(), there.end());
-        const auto equal = static_cast<std::size_t>(difference.first - bytes.begin());
-        bytes.erase(0, equal);
-        const std::size_t begin = edit.offset + equal;
+        edit_ = edit;
+        removed_ = text_.Bytes().substr(edit.offset, edit.removed);
+        text_.Apply(edit);
 
-        if (newSize == old_.size())
-            return Replace(begin, bytes);
-        return newSize > old_.size() ? Grow(begin, bytes) : Shrink(begin, bytes);
+        const std::string_view inserted = edit.inserted;
+        const auto difference =
+            std::mismatch(inserted.begin(), inserted.end(), removed_.begin(), removed_.end());
+        const std::size_t begin = edit.offset + static_cast<std::size_t>(difference.first - inserted.begin());
+        if (text_.Bytes().size() == oldSize_)
+            return Replace(begin);
+        return text_.Bytes().size() > oldSize_ ? Grow(begin) : Shrink(begin);
     }
 
 private:
-    bool Replace(std::size_t begin, std::string_view bytes)
+    bool Replace(std::size_t begin)
     {
-        while (!bytes.empty() && bytes.back() == old_[begin + bytes.size() - 1])
-            bytes.remove_suffix(1);
-        return WriteOrUndo(begin, bytes);
+        std::size_t end = edit_.offset + edit_.inserted.size();
+        while (end > begin && text_.Bytes()[end - 1] == removed_[end - 1 - edit_.offset])
+            --end;
+        return WriteOrUndo(begin, std::string_view(text_.Bytes()).substr(begin, end - begin));
     }
 
-    bool Grow(std::size_t begin, std::string_view bytes)
+    bool Grow(std::size_t begin)
     {
-        const std::size_t newSize = begin + bytes.size();
         // At the end a truncation undoes everything and needs no room; inside one page the system reserves by
         // itself before it copies.
-        const bool needsReserve = begin != old_.size() && begin / kPageSize != (newSize - 1) / kPageSize;
-        return (!needsReserve || ReserveUpTo(newSize)) && WriteOrUndo(begin, bytes);
+        const std::size_t newSize = text_.Bytes().size();
+        const bool needsReserve = begin != oldSize_ && begin / kPageSize != (newSize - 1) / kPageSize;
+        return (!needsReserve || ReserveUpTo(newSize)) &&
+               WriteOrUndo(begin, std::string_view(text_.Bytes()).substr(begin));
     }
 
     bool ReserveUpTo(std::size_t newSize)
     {
-        const std::size_t length = newSize - old_.size();
-        if (Repeated([&] { return calls_.Reserve(file_, Offset(old_.size()), Offset(length)); }) == 0)
+        const std::size_t length = newSize - oldSize_;
+        if (Repeated([&] { return calls_.Reserve(file_, Offset(oldSize_), Offset(length)); }) == 0)
             return true;
         const bool isUnknown = errno == EOPNOTSUPP || errno == ENOSYS || errno == EINVAL;
         // A file system that cannot reserve: the room is taken by bytes that change no reading.
-        return isUnknown && WriteOrUndo(old_.size(), text_.Filler(length));
+        return isUnknown && WriteOrUndo(oldSize_, text_.Filler(length));
     }
 
-    bool Shrink(std::size_t begin, std::string_view bytes)
+    bool Shrink(std::size_t begin)
     {
         // The filler first: after a truncation alone the end of the old content would stand there, from the
         // middle of a line on.
-        const std::size_t newSize = begin + bytes.size();
-        if (!WriteOrUndo(begin, std::string(bytes) + text_.Filler(old_.size() - newSize)))
+        const std::size_t newSize = text_.Bytes().size();
+        scratch_.assign(text_.Bytes(), begin).append(text_.Filler(oldSize_ - newSize));
+        if (!WriteOrUndo(begin, scratch_))
             return false;
         TruncateTo(newSize); // a failure leaves the filler, and the value is in place
         return true;
@@ -272,11 +277,16 @@ private:
         const std::size_t written = Write(begin, bytes);
         if (written == bytes.size())
             return true;
-        if (written > 0 && begin < old_.size())
-            Write(begin, old_.substr(begin, written));
-        if (begin + bytes.size() > old_.size())
-            TruncateTo(old_.size()); // needs no room, and gives back what was reserved
+        if (written > 0 && begin < oldSize_)
+            Write(begin, OldBytes().substr(begin, written));
+        if (begin + bytes.size() > oldSize_)
+            TruncateTo(oldSize_); // needs no room, and gives back what was reserved
         return false;
+    }
+
+    [[nodiscard]] std::string OldBytes() const
+    {
+        return std::string(text_.Bytes()).replace(edit_.offset, edit_.inserted.size(), removed_);
     }
 
     // How many of the bytes were written: fewer than all after an error.
@@ -302,8 +312,11 @@ private:
 
     PosixCalls& calls_;
     int file_;
-    const IniText& text_;
-    std::string_view old_;
+    IniText& text_;
+    std::string& scratch_;
+    std::size_t oldSize_;
+    Edit edit_;
+    std::string removed_; // by the edit
 };
 
 class PosixProfileFile final : public ProfileFile
@@ -385,7 +398,7 @@ private:
         if (!file.IsOpen())
             return false;
         for (int attempt = 1;; ++attempt) {
-            const auto bytes = ReadAll(file, stamp.size);
+            const auto bytes = Bytes(file, stamp.size);
             struct stat status {
             };
             if (!bytes || calls_.StatOpened(file.Number(), status) != 0 || !S_ISREG(status.st_mode))
@@ -404,14 +417,47 @@ private:
         }
     }
 
-    // Equal bytes keep their index. The bytes are those of buffer_, which the snapshot may take over.
+    // Equal bytes keep their index. Others are those of buffer_, which the snapshot takes over.
     void Keep(std::string_view bytes)
     {
-        if (snapshot_ && bytes == snapshot_->text.Bytes())
+        if (snapshot_ && bytes.data() == snapshot_->text.Bytes().data())
             return;
         buffer_.resize(bytes.size());
         snapshot_.emplace(Snapshot{.text = IniText(std::move(buffer_)), .stamp = {}, .isTrusted = false});
         buffer_.clear();
+    }
+
+    // What the file holds: the snapshot's own bytes when they are still there. Nothing when it cannot be read
+    // or is too large.
+    std::optional<std::string_view> Bytes(const Descriptor& file, off_t size)
+    {
+        if (HoldsSnapshot(file, size))
+            return snapshot_->text.Bytes();
+        return ReadAll(file, size);
+    }
+
+    // Whether the file is the snapshot, byte for byte. Nothing is kept of it, and when it cannot be read the
+    // answer is no.
+    bool HoldsSnapshot(const Descriptor& file, off_t size)
+    {
+        if (!snapshot_ || snapshot_->text.Bytes().size() != static_cast<std::size_t>(size))
+            return false;
+        const std::string_view known = snapshot_->text.Bytes();
+        buffer_.resize(std::max(buffer_.size(), std::min(known.size() + 1, kPortion)));
+        std::size_t length = 0;
+        for (;;) {
+            const std::size_t wanted = std::min(known.size() + 1 - length, kPortion);
+            const ssize_t count =
+                Repeated([&] { return calls_.Read(file.Number(), buffer_.data(), wanted, Offset(length)); });
+            if (count <= 0)
+                return count == 0 && length == known.size();
+            const std::string_view portion(buffer_.data(), static_cast<std::size_t>(count));
+            if (portion != known.substr(length, portion.size()))
+                return false;
+            length += portion.size();
+            if (length == known.size() && portion.size() < wanted)
+                return true; // there was room for one byte more
+        }
     }
 
     // The whole file into buffer_, whatever its size was said to be; nothing when it cannot be read or is too
@@ -477,7 +523,7 @@ private:
             };
             if (calls_.StatOpened(file.Number(), status) != 0 || !S_ISREG(status.st_mode))
                 return false;
-            const auto bytes = ReadAll(file, status.st_size);
+            const auto bytes = Bytes(file, status.st_size);
             if (!bytes)
                 return false;
             if (bytes->size() >= static_cast<std::size_t>(status.st_size)) {
@@ -491,7 +537,8 @@ private:
     // What is known already keeps its trust.
     void Renew(std::string_view bytes, const Stamp& stamp)
     {
-        if (snapshot_ && snapshot_->stamp == stamp && bytes == snapshot_->text.Bytes())
+        const bool isKnown = snapshot_ && bytes.data() == snapshot_->text.Bytes().data();
+        if (isKnown && snapshot_->stamp == stamp)
             return;
         Keep(bytes);
         snapshot_->stamp = stamp;
@@ -505,7 +552,7 @@ private:
         IniText& text = snapshot_->text;
         if (text.Bytes().size() - edit->removed + edit->inserted.size() > kLargestFile)
             return false; // nobody could read it any more
-        if (!InPlaceChange(calls_, file, text).Make(*edit))
+        if (!InPlaceChange(calls_, file, text, buffer_).Make(*edit))
             return false;
         isUnflushed_ = true;
 
@@ -518,7 +565,6 @@ private:
             snapshot_.reset();
             return true;
         }
-        text.Apply(*edit);
         snapshot_->stamp = StampOf(status);
         // Somebody may write in the same tick; a filler that stayed is found by the next comparison, too.
         snapshot_->isTrusted = false;
