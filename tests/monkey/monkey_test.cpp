@@ -37,7 +37,7 @@ constexpr std::size_t kEventsBetweenEscapes = 250; // on the average
 
 // From the innermost box to the list: a popup, a box, the modem's dialog, the buffer window, and the editor,
 // each with a mouse button that is let go first.
-constexpr int kMostEscapes = 12;
+constexpr int kMostEscapes = 8;
 
 // Then the file is a new one: the sites that there were are gone, and odd codes have left much behind.
 constexpr int kEventsOfAFile = 1'000;

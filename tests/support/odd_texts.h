@@ -29,7 +29,8 @@ public:
     template <class Range>
     const auto& OneOf(const Range& range)
     {
-        return *std::next(std::begin(range), static_cast<std::ptrdiff_t>(Below(std::size(range))));
+        const auto count = static_cast<std::size_t>(std::ssize(range));
+        return *std::next(std::begin(range), static_cast<std::ptrdiff_t>(Below(count)));
     }
 
 private:
