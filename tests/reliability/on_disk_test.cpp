@@ -36,7 +36,7 @@ std::string OwnMounts()
     static const std::string refusal = [] {
         if (::geteuid() != 0)
             return std::string("only root may mount");
-        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        if (::unshare(CLONE_NEWNS) != 0 || ::mount("none", "/", "none", MS_REC | MS_PRIVATE, nullptr) != 0)
             return std::string("no mounts of our own: ") + std::strerror(errno);
         return std::string();
     }();
@@ -99,7 +99,7 @@ public:
     [[nodiscard]] bool SetReadOnly(bool isReadOnly) const
     {
         const unsigned long flags = isReadOnly ? MS_REMOUNT | MS_RDONLY : MS_REMOUNT;
-        return ::mount("none", Root().c_str(), nullptr, flags, nullptr) == 0;
+        return ::mount("none", Root().c_str(), "none", flags, nullptr) == 0;
     }
 
 private:
@@ -122,10 +122,8 @@ private:
         const std::string quiet = " > " + (place_.Directory() / "log").string() + " 2>&1";
         const std::string make =
             "PATH=$PATH:/sbin:/usr/sbin mkfs.ext4 -q -F -m 0 -O ^has_journal -b " + blockSize;
-        // NOLINTNEXTLINE(cert-env33-c,concurrency-mt-unsafe): paths of our own, and no threads
         if (std::system((make + " " + image + quiet).c_str()) != 0)
             refusal_ = "mkfs.ext4 is missing or failed";
-        // NOLINTNEXTLINE(cert-env33-c,concurrency-mt-unsafe): as above
         else if (std::system(("mount -o loop " + image + " " + Root() + quiet).c_str()) != 0)
             refusal_ = "no loop device can be mounted here";
     }

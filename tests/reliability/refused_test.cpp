@@ -142,12 +142,14 @@ std::vector<std::size_t> CallsFor(const Fault& fault, const Rehearsal& rehearsal
     return calls;
 }
 
-// Bytes that the call wrote; for a read all of the file's.
+// Bytes that the call wrote; for any other call those that a read of the whole file moves.
 std::size_t BytesMoved(const Rehearsal& rehearsal, std::size_t call)
 {
     const auto piece = std::ranges::find(rehearsal.pieces, call, &ProbedCalls::Piece::call);
-    return piece == rehearsal.pieces.end() ? rehearsal.steps[rehearsal.StepAt(call)].before.size()
-                                           : piece->count;
+    if (piece != rehearsal.pieces.end())
+        return piece->count;
+    const std::size_t step = rehearsal.StepAt(call);
+    return step < rehearsal.steps.size() ? rehearsal.steps[step].before.size() : 0;
 }
 
 class RefusedCall : public testing::TestWithParam<Case>

@@ -1,6 +1,7 @@
 #include "config/code_page.h"
 
 #include <gtest/gtest.h>
+#include <ostream>
 #include <string>
 
 namespace corvrec
@@ -72,6 +73,12 @@ struct Broken {
     std::string utf8;
     std::string bytes;
 };
+
+// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name
+void PrintTo(const Broken& broken, std::ostream* out)
+{
+    *out << broken.name;
+}
 
 class BrokenUtf8 : public testing::TestWithParam<Broken>
 {
