@@ -10,6 +10,9 @@ buildPackages=(
     libgtest-dev libgmock-dev nlohmann-json3-dev
 )
 
+# What bench/ compares with, and measures by.
+benchPackages=(pkg-config libbenchmark-dev libglib2.0-dev libinih-dev libsimpleini-dev libxcb-damage0-dev)
+
 # What fuzzing takes besides: the compiler that has libFuzzer, and its sanitizers.
 fuzzPackages=(clang-14 libclang-rt-14-dev)
 

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace corvrec
+{
+
+struct KeyLine {
+    std::string_view key;
+    std::string_view value;
+};
+
+// The keys of a saved site's section.
+inline constexpr std::array<KeyLine, 34> kSiteKeys{{
+    {"SitoAbilitato", "1"},
+    {"STimeRead", "10"},
+    {"STimeWrite", "10"},
+    {"MTimeRead", "10"},
+    {"MTimeWrite", "10"},
+    {"FlagCRLF", "0"},
+    {"Dispositivo", "STX30"},
+    {"MODEM", "1"},
+    {"Handshake", "Software"},
+    {"Xon", " 17"},
+    {"Xoff", " 19"},
+    {"Baud", "9600"},
+    {"BitDati", "8"},
+    {"Parita", "N"},
+    {"Stop", "1"},
+    {"Ricorrenza", "0"},
+    {"Ora", "08:30 21/11/2026"},
+    {"Ogni", " 86400"},
+    {"AggData", "1"},
+    {"AggOra", "0"},
+    {"EliminaNull", "1"},
+    {"CorreggiCR", "0"},
+    {"Dati", "C:\\Dati\\Ufficio.txt"},
+    {"Dati2", "C:\\Dati\\Scambio.txt"},
+    {"Storico", "C:\\Dati\\Storico.txt"},
+    {"Modello", "Generico"},
+    {"StringaModem", "ATX3S0=0"},
+    {"StringaReset", "AT&F"},
+    {"NumeroTel", "ATDT0123456789"},
+    {"Importazione", "3"},
+    {"FileTimeout", "1600"},
+    {"SpazioTimeout", "120"},
+    {"TimeoutFineImp", "15"},
+    {"CharToDel", "00"},
+}};
+
+// A temporary directory with a Corvrec.ini of so many sites in it; removed with the object.
+class SitesFile
+{
+public:
+    explicit SitesFile(int sites);
+    ~SitesFile();
+    SitesFile(const SitesFile&) = delete;
+    SitesFile& operator=(const SitesFile&) = delete;
+
+    [[nodiscard]] std::string Path() const { return (directory_ / "Corvrec.ini").native(); }
+    [[nodiscard]] const std::string& Bytes() const { return bytes_; }
+
+    // Writes the file anew as it was at first.
+    void Restore() const;
+
+    // The site in the middle of the file.
+    [[nodiscard]] const std::string& Code() const { return code_; }
+
+private:
+    std::filesystem::path directory_;
+    std::string bytes_;
+    std::string code_;
+};
+
+} // namespace corvrec
