@@ -2,6 +2,7 @@
 
 #include "resources/texts.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -32,6 +33,11 @@ void Fill(QMessageBox& box, const QString& text, MessageIcon icon, const QString
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     QString lines = text;
     box.setText(lines.replace(u'\r', u'\n')); // a label does not break a line at a carriage return
+    // By itself a label that can be selected by keyboard gets the keyboard by a click alone.
+    for (QLabel* const label : box.findChildren<QLabel*>()) {
+        if (label->textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard))
+            label->setFocusPolicy(Qt::StrongFocus);
+    }
 }
 
 } // namespace

@@ -492,7 +492,9 @@ void widgets_test::aMessageIsPlainTextThatCanBeCopied()
         QCOMPARE(label->textFormat(), Qt::PlainText);
         QCOMPARE(label->textInteractionFlags(), Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
         QVERIFY(QApplication::activeModalWidget()->focusWidget() != label);
-        label->setFocus();
+        QWidget* const box = QApplication::activeModalWidget();
+        QTest::keyClick(box->focusWidget(), Qt::Key_Tab);
+        QCOMPARE(box->focusWidget(), label);
         QTest::keySequence(label, QKeySequence::SelectAll);
         QTest::keySequence(label, QKeySequence::Copy);
         shown = QApplication::clipboard()->text();
