@@ -1,6 +1,7 @@
 #include "app/start_up.h"
 
 #include "app/frmSiti.h"
+#include "help/guide.h"
 #include "resources/texts.h"
 
 #include <QApplication>
@@ -11,6 +12,7 @@ namespace corvrec
 int RunEditor(QApplication& application, const Environment& environment)
 {
     InstallTexts(application);
+    const Guide guide(application);
     frmSiti list(environment);
     if (!list.Load())
         return 1;

@@ -34,6 +34,7 @@ std::optional<QString> ChooseFile(QWidget* parent, const QString& fieldText, con
 {
     const std::optional<QString> folder = FolderOf(fieldText);
     QFileDialog chooser(parent, {}, folder && HoldsFiles(*folder) ? *folder : ownDirectory);
+    chooser.setWindowModality(Qt::WindowModal); // the guide stays usable
     chooser.setAcceptMode(QFileDialog::AcceptOpen);
     chooser.setFileMode(QFileDialog::AnyFile);
     // Qt takes the last parentheses as the pattern and, with the details hidden, does not show them; "*" also

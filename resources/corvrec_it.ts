@@ -757,5 +757,25 @@
         <source></source>
         <translation>Modem:</translation>
     </message>
+    <message id="20008">
+        <source></source>
+        <translation>Guida di Corvane Recorder</translation>
+    </message>
+    <message id="20009">
+        <source></source>
+        <translation>&amp;Sommario</translation>
+    </message>
+    <message id="20010">
+        <source></source>
+        <translation>C&amp;erca:</translation>
+    </message>
+    <message id="20011">
+        <source></source>
+        <translation>Non trovato</translation>
+    </message>
+    <message id="20012">
+        <source></source>
+        <translation>Testo della guida</translation>
+    </message>
 </context>
 </TS>

@@ -124,6 +124,8 @@ inline constexpr TextId setup{20003};
 inline constexpr TextId siteList{20004};
 inline constexpr TextId weekdays{20005};
 inline constexpr TextId startTime{20006};
+inline constexpr TextId notFound{20011};
+inline constexpr TextId guideText{20012};
 
 } // namespace text
 

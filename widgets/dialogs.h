@@ -8,6 +8,9 @@ class QWidget;
 namespace corvrec
 {
 
+// Dynamic property of a window, or of a page of its tab control: its chapter in the user's guide.
+inline constexpr const char* kGuideChapter = "guida";
+
 // Sets the window's title and every caption below it (labels, buttons, groups, tabs) from the string table,
 // by the dynamic property "tag". A caption without a usable tag, or whose text is missing, stays as the form
 // was drawn.

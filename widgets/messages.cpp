@@ -1,6 +1,7 @@
 #include "widgets/messages.h"
 
 #include "resources/texts.h"
+#include "widgets/dialogs.h"
 
 #include <QLabel>
 #include <QMessageBox>
@@ -27,6 +28,8 @@ QMessageBox::Icon IconOf(MessageIcon icon)
 
 void Fill(QMessageBox& box, const QString& text, MessageIcon icon, const QString& title)
 {
+    box.setProperty(kGuideChapter, "messaggi");
+    box.setWindowModality(Qt::WindowModal); // the guide stays usable
     box.setIcon(IconOf(icon));
     box.setWindowTitle(title.isEmpty() ? Text(text::application) : title);
     box.setTextFormat(Qt::PlainText); // site names and paths are no markup

@@ -13,6 +13,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -83,6 +84,13 @@ QComboBox& Models(frmSiti& list)
     return SiteWindow::Part<QComboBox>(*list.findChild<frmModem*>(), "cboModem");
 }
 
+bool IsGuideShown()
+{
+    return std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* window) {
+        return window->objectName() == "frmGuida" && window->isVisible();
+    });
+}
+
 } // namespace
 
 class start_up_test : public QObject
@@ -91,9 +99,11 @@ class start_up_test : public QObject
 
 private slots:
     static void listIsShownAndItsClosingEndsTheProgram();
+    static void theGuideDoesNotKeepTheProgramRunning();
     static void editorIsThereBeforeASiteIsOpened();
     static void fileWithoutComEndsTheProgramUnseen_data();
     static void fileWithoutComEndsTheProgramUnseen();
+    static void theGuideCanBeReadBesideTheMessage();
     static void directoryInTheFilesPlaceIsUnreadable();
     static void binaryFileWithAPortIsListedAndKept();
     static void fileOfFiftyMegabytesIsListed();
@@ -115,6 +125,20 @@ void start_up_test::listIsShownAndItsClosingEndsTheProgram()
     QCOMPARE(status, 0);
     QCOMPARE(sites, 2);
     QCOMPARE(place.Settings().Bytes(), SettingsWith({"A", "B"}));
+}
+
+void start_up_test::theGuideDoesNotKeepTheProgramRunning()
+{
+    Place place;
+    place.Settings().Rewrite(SettingsWith({"A"}));
+
+    const int status = place.Run([](frmSiti& list) {
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        QTest::keyClick(&list, Qt::Key_F1);
+        QVERIFY(IsGuideShown());
+    });
+
+    QCOMPARE(status, 0);
 }
 
 void start_up_test::editorIsThereBeforeASiteIsOpened()
@@ -158,6 +182,21 @@ void start_up_test::fileWithoutComEndsTheProgramUnseen()
     QCOMPARE(message.title(), "Configurazione Corvane Recorder");
     QCOMPARE(place.Settings().Exists(), exists);
     QCOMPARE(place.Settings().Bytes(), bytes.toStdString());
+}
+
+void start_up_test::theGuideCanBeReadBesideTheMessage()
+{
+    Place place;
+    MessageProbe message(Qt::Key_Escape, [] {
+        QWidget* const box = QApplication::activeModalWidget();
+        QVERIFY(QTest::qWaitForWindowActive(box));
+        QTest::keyClick(box, Qt::Key_F1);
+        QVERIFY(IsGuideShown());
+    });
+
+    QCOMPARE(place.Run(), 1);
+
+    QVERIFY(!IsGuideShown());
 }
 
 void start_up_test::directoryInTheFilesPlaceIsUnreadable()

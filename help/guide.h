@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+class QCoreApplication;
+
+namespace corvrec
+{
+
+class frmGuida;
+
+// The user's guide, opened by F1 in any window of the program at the window's chapter. A window names its
+// chapter by the dynamic property kGuideChapter, and so may the pages of a tab control; one that names none
+// (a file chooser) has the chapter of the window that it belongs to.
+//
+// Nothing of the guide is read before the first F1. Its one window stays until the user closes it or the
+// guide ends; it does not keep the program running.
+class Guide : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Guide(QCoreApplication& application);
+    ~Guide() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void Open(const QString& chapter);
+
+    std::unique_ptr<frmGuida> window_;
+};
+
+} // namespace corvrec

@@ -1,0 +1,175 @@
+#include "help/guide_view.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextList>
+#include <QTextTable>
+#include <QtMath>
+
+#include <algorithm>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr int kCellPadding = 4;
+
+constexpr int kTablePercent = 98; // of the view's width; all of it would lack the outermost line's pixel
+
+// As the sites that show Markdown name their headings.
+QString AnchorOf(const QString& heading)
+{
+    QString anchor;
+    for (const QChar character : heading.toLower()) {
+        if (character == u' ' || character == u'-')
+            anchor.append(u'-');
+        else if (character.isLetterOrNumber())
+            anchor.append(character);
+    }
+    return anchor;
+}
+
+// The heading's block; none for an anchor of no heading.
+QTextBlock HeadingOf(const QTextDocument& document, const QString& anchor)
+{
+    QTextBlock block = document.begin();
+    while (block.isValid() && (block.blockFormat().headingLevel() == 0 || AnchorOf(block.text()) != anchor))
+        block = block.next();
+    return block;
+}
+
+} // namespace
+
+GuideView::GuideView(QWidget* parent)
+    : QTextBrowser(parent)
+{
+    setUndoRedoEnabled(false);
+    setOpenLinks(false); // nothing outside of the guide is ever opened
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
+        if (link.adjusted(QUrl::RemoveFragment) == source())
+            ShowChapter(link.fragment());
+    });
+    setSource(QUrl("qrc:/guida/guida.md"), QTextDocument::MarkdownResource);
+    SpaceBlocks();
+    DrawTables();
+    LoadPictures();
+}
+
+void GuideView::ShowChapter(const QString& anchor)
+{
+    const QTextBlock heading = HeadingOf(*document(), anchor);
+    if (!heading.isValid())
+        return;
+    setTextCursor(QTextCursor(heading)); // a search goes on from here
+    ScrollTo(heading.position());
+}
+
+bool GuideView::FindNext(const QString& text)
+{
+    if (text.isEmpty() || find(text))
+        return !text.isEmpty();
+    const QTextCursor before = textCursor();
+    moveCursor(QTextCursor::Start);
+    if (find(text))
+        return true;
+    setTextCursor(before);
+    return false;
+}
+
+// What was on top stays there, whatever the new width makes of the lines and the pictures above.
+void GuideView::resizeEvent(QResizeEvent* event)
+{
+    const int top = cursorForPosition({0, 0}).position();
+    FitPictures();
+    // All of it now: the scroll bars take their ranges from what is laid out when the base class sees the
+    // event.
+    document()->setTextWidth(viewport()->width());
+    document()->size();
+    QTextBrowser::resizeEvent(event);
+    ScrollTo(top);
+}
+
+// Air around headings and paragraphs; long lines of code are broken instead of running out of the view.
+void GuideView::SpaceBlocks()
+{
+    const int line = fontMetrics().lineSpacing();
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        QTextCursor cursor(block);
+        if (cursor.currentTable() != nullptr)
+            continue;
+        QTextBlockFormat format = block.blockFormat();
+        const bool isCode = format.hasProperty(QTextFormat::BlockCodeFence);
+        format.setNonBreakableLines(false);
+        if (format.headingLevel() > 0) {
+            format.setTopMargin(line);
+            format.setBottomMargin(line / 2.0);
+        } else if (isCode) {
+            format.setLeftMargin(line);
+            format.setBackground(palette().alternateBase());
+        } else if (block.textList() == nullptr) {
+            format.setTopMargin(line / 2.0);
+            format.setBottomMargin(line / 2.0);
+        }
+        cursor.setBlockFormat(format);
+    }
+}
+
+void GuideView::DrawTables()
+{
+    for (QTextFrame* const frame : document()->rootFrame()->childFrames()) {
+        auto* const table = qobject_cast<QTextTable*>(frame);
+        if (table == nullptr)
+            continue;
+        QTextTableFormat format = table->format();
+        format.setBorder(1);
+        format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+        format.setBorderBrush(palette().mid());
+        format.setBorderCollapse(true);
+        format.setCellPadding(kCellPadding);
+        format.setWidth(QTextLength(QTextLength::PercentageLength, kTablePercent));
+        format.setTopMargin(fontMetrics().lineSpacing() / 2.0);
+        format.setBottomMargin(fontMetrics().lineSpacing() / 2.0);
+        table->setFormat(format);
+    }
+}
+
+void GuideView::LoadPictures()
+{
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            const QTextCharFormat format = part.fragment().charFormat();
+            if (format.isImageFormat()) {
+                const QString name = format.toImageFormat().name();
+                pictures_.insert(name, QImage(":/guida/" + name));
+            }
+        }
+    }
+}
+
+// Scaled here and not by the painter, which would not smooth them.
+void GuideView::FitPictures()
+{
+    const int room = viewport()->width() - qCeil(2 * document()->documentMargin());
+    const qreal ratio = devicePixelRatioF();
+    const QUrl base = document()->baseUrl();
+    for (auto picture = pictures_.cbegin(); picture != pictures_.cend(); ++picture) {
+        const int width = qRound(std::min(room, picture->width()) * ratio);
+        QImage fitted = picture->scaledToWidth(std::max(width, 1), Qt::SmoothTransformation);
+        fitted.setDevicePixelRatio(ratio);
+        document()->addResource(QTextDocument::ImageResource, base.resolved(QUrl(picture.key())), fitted);
+    }
+    document()->markContentsDirty(0, document()->characterCount());
+}
+
+void GuideView::ScrollTo(int position)
+{
+    const QAbstractTextDocumentLayout* const layout = document()->documentLayout();
+    const QRectF block = layout->blockBoundingRect(document()->findBlock(position));
+    verticalScrollBar()->setValue(qFloor(block.top()));
+}
+
+} // namespace corvrec
