@@ -43,6 +43,7 @@ frmGuida::frmGuida()
         ui_->txtCerca->selectAll();
     });
     LocaliseDialog(*this);
+    ClickAtOnce(*this);
     setWindowTitle(windowTitle() + " " CORVREC_VERSION);
     ui_->txtGuida->setAccessibleName(Text(text::guideText));
     resize(StartSize(fontMetrics()).boundedTo(screen()->availableSize()));
