@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 
@@ -22,6 +23,12 @@ struct Number {
     std::string text;
     double value;
 };
+
+// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name
+void PrintTo(const Number& number, std::ostream* out)
+{
+    *out << number.name;
+}
 
 class OddNumber : public testing::TestWithParam<Number>
 {
