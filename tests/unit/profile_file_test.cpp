@@ -1,11 +1,13 @@
 #include "config/profile_file.h"
 #include "tests/support/settings_file.h"
 
+#include <array>
 #include <cstddef>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <iterator>
 #include <string>
+#include <string_view>
 
 namespace corvrec
 {
@@ -53,6 +55,20 @@ TEST(ProfileFile, NoOtherFileIsLeftInTheDirectory)
     file->Flush();
 
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(file.Directory()), {}), 1);
+}
+
+TEST(ProfileFile, AFlushLeavesTheBytesAndLetsGoOfTheFile)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+
+    file->Write("A", "k", "2");
+    file->Flush();
+
+    EXPECT_EQ(file.Bytes(), "[A]\r\nk=2\r\n");
+    file.Remove(); // on Windows a file that is open anywhere stays
+    EXPECT_FALSE(file.Exists());
+    file->Flush(); // and of no file makes none
+    EXPECT_FALSE(file.Exists());
 }
 
 TEST(ProfileFile, AChangeByAnotherProgramIsSeenByTheVeryNextCall)
@@ -138,6 +154,46 @@ TEST(ProfileFile, ALineMovesAcrossManyPagesAndBack)
     EXPECT_EQ(file.Bytes(), "[A]\r\nk=" + std::string(9000, 'x') + "\r\n" + ManySites(200, 34));
     EXPECT_TRUE(file->Write("A", "k", "1"));
     EXPECT_EQ(file.Bytes(), before);
+}
+
+class ProfileFileInDirectory : public testing::TestWithParam<std::u16string>
+{
+};
+
+TEST_P(ProfileFileInDirectory, OfAnyNameIsReadAndWritten)
+{
+    const SettingsFile home;
+    const auto path = home.Directory() / GetParam() / "Corvrec.ini";
+    std::filesystem::create_directory(path.parent_path());
+    const auto file = OpenProfileFile(path);
+
+    EXPECT_TRUE(file->Write("A", "k", "1"));
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "1");
+    EXPECT_EQ(std::filesystem::file_size(path), std::string_view("[A]\r\nk=1\r\n").size());
+}
+
+std::string DirectoryKind(const testing::TestParamInfo<std::u16string>& info)
+{
+    return std::array{"InTheCodePage", "BeyondTheCodePage", "BeyondSixteenBits"}.at(info.index);
+}
+
+INSTANTIATE_TEST_SUITE_P(ProfileFile, ProfileFileInDirectory,
+                         testing::Values(u"Citt\u00E0 di prova", u"\u03A9\u4E2D", u"\U0001F4C1"),
+                         DirectoryKind);
+
+TEST(ProfileFile, ABareNameIsAFileOfTheWorkingDirectory)
+{
+    SettingsFile file("[A]\r\nk=1\r\n");
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(file.Directory());
+    const auto bare = OpenProfileFile(file.Path().filename());
+
+    EXPECT_EQ(bare->Read("A", "k", "none", 100), "1");
+    EXPECT_TRUE(bare->Write("A", "k", "2"));
+    std::filesystem::current_path(before);
+
+    EXPECT_EQ(file.Bytes(), "[A]\r\nk=2\r\n");
 }
 
 // What the file answers for so many sites and keys, in the form of ManySites.

@@ -22,10 +22,6 @@ namespace
 
 using nlohmann::json;
 
-// The Windows build is tested under Wine, whose profile functions differ from the real ones where wine8 is
-// false.
-constexpr bool kIsUnderWine = std::filesystem::path::preferred_separator == '\\';
-
 // Every character of a text stands for the byte of that number, so it is one byte of UTF-8 or two.
 std::optional<std::string> BytesOf(const json& value)
 {
@@ -152,8 +148,8 @@ TEST_P(ProfileVectors, GiveTheseAnswersAndTheseBytes)
     const std::string fixture = vector.value("fixture", "");
     SettingsFile directory(BytesOf(vector.at("before")));
     const auto path = PathOf(directory, fixture);
-    if ((kIsUnderWine && !vector.at("wine8")) || (fixture == "read-only" && IsWritable(path)))
-        GTEST_SKIP() << "Wine differs, or the superuser may write it";
+    if (fixture == "read-only" && IsWritable(path))
+        GTEST_SKIP() << "the superuser may write it";
 
     Play(directory, *OpenProfileFile(path), vector.at("ops"));
 
