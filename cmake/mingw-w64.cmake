@@ -5,6 +5,7 @@ set(CMAKE_SYSTEM_PROCESSOR x86_64)
 # The compiler with POSIX threads: the other one has no std::mutex, which GoogleTest takes.
 set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 set(CMAKE_EXE_LINKER_FLAGS_INIT -static) # no library of the compiler's has to be found when a program starts
 
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)

@@ -44,7 +44,8 @@ public:
     virtual void Flush() = 0;
 };
 
-// The profile functions themselves on Windows, elsewhere an implementation that gives the same bytes. The
+// The profile functions themselves on Windows, elsewhere an implementation that gives the same bytes. On a
+// Windows whose code page would not keep the bytes (UTF-8, East Asia) every operation fails. The
 // file need not exist; it is opened anew for each operation and may be a symbolic link. The program ignores
 // SIGXFSZ where there is such a signal, so that a limit of the file size is a failed write and not the
 // program's end.

@@ -12,15 +12,28 @@ namespace corvrec
 namespace
 {
 
-// A path for the profile functions, in the machine's own code page. A character beyond it becomes '?', which
-// no file name has.
+// Stands for a character that the code page lacks. No file name has it, so with a path that has it every
+// operation fails.
+constexpr const char* kNoCharacter = "?";
+
+// The profile functions read the file through the machine's own code page and write it through the same. A
+// byte comes back as it went where each is a character of its own, whichever; in UTF-8 or an East Asian page
+// accented letters would not.
+bool CodePageKeepsBytes()
+{
+    CPINFO page{};
+    return ::GetCPInfo(CP_ACP, &page) != FALSE && page.MaxCharSize == 1;
+}
+
+// A path for the profile functions, in the machine's own code page.
 std::string AnsiPath(const std::wstring& path)
 {
     const auto length = static_cast<int>(path.size());
-    const int size =
-        ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, path.data(), length, nullptr, 0, "?", nullptr);
+    const int size = ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, path.data(), length, nullptr, 0,
+                                           kNoCharacter, nullptr);
     std::string ansi(static_cast<std::size_t>(std::max(size, 0)), '\0');
-    ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, path.data(), length, ansi.data(), size, "?", nullptr);
+    ::WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, path.data(), length, ansi.data(), size, kNoCharacter,
+                          nullptr);
     return ansi;
 }
 
@@ -34,11 +47,13 @@ std::wstring ShortDirectory(const std::wstring& directory)
 }
 
 // A full path: a bare name would mean the Windows directory. Only the directory is shortened, since the file
-// itself may not exist yet. A path that cannot be expressed keeps its '?', so that every operation fails.
+// itself may not exist yet. A path that cannot be expressed keeps its kNoCharacter.
 std::string ProfilePath(const std::filesystem::path& file)
 {
+    if (!CodePageKeepsBytes())
+        return kNoCharacter;
     std::string path = AnsiPath(file.native());
-    if (path.find('?') == std::string::npos)
+    if (path.find(kNoCharacter) == std::string::npos)
         return path;
     const std::filesystem::path directory = ShortDirectory(file.parent_path().native());
     return directory.empty() ? path : AnsiPath((directory / file.filename()).native());
