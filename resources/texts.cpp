@@ -1,7 +1,6 @@
 #include "resources/texts.h"
 
 #include <QCoreApplication>
-#include <QLibraryInfo>
 #include <QTranslator>
 
 #include <cassert>
@@ -44,18 +43,20 @@ std::unique_ptr<QTranslator> LoadTable(const QLocale& locale)
     return table;
 }
 
-// Buttons of file choosers, context menus. Without the file these stay English, and nothing else suffers.
-void InstallQtTexts(QCoreApplication& application, const QLocale& locale)
+// Buttons of file choosers, context menus. Without a file these stay English, and nothing else suffers.
+void InstallQtTexts(QCoreApplication& application, const QLocale& locale, const QString& folder)
 {
-    auto texts = std::make_unique<QTranslator>();
-    if (texts->load(locale, QStringLiteral("qtbase"), QStringLiteral("_"),
-                    QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        Install(application, std::move(texts));
+    // Qt has a file for each of its modules; windeployqt makes one of them all, and calls it "qt".
+    for (const QString& file : {QStringLiteral("qtbase"), QStringLiteral("qt")}) {
+        auto texts = std::make_unique<QTranslator>();
+        if (texts->load(locale, file, QStringLiteral("_"), folder))
+            return Install(application, std::move(texts));
+    }
 }
 
 } // namespace
 
-void InstallTexts(QCoreApplication& application, const QLocale& user)
+void InstallTexts(QCoreApplication& application, const QLocale& user, const QString& qtFolder)
 {
     auto italian = LoadTable(Italian());
     assert(italian);
@@ -67,7 +68,7 @@ void InstallTexts(QCoreApplication& application, const QLocale& user)
         locale = LanguageOf(*own);
         Install(application, std::move(own));
     }
-    InstallQtTexts(application, locale);
+    InstallQtTexts(application, locale, qtFolder);
     QLocale::setDefault(locale);
 }
 

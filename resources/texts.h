@@ -2,6 +2,7 @@
 
 #include "resources/text_ids.h"
 
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QString>
 
@@ -12,8 +13,9 @@ namespace corvrec
 
 // Makes the string table and Qt's own translations answer in the user's language where there is a table for
 // it, else in Italian; a text that the user's table lacks comes from the Italian one. Also sets the default
-// locale, to the table's language. Once, before the first window.
-void InstallTexts(QCoreApplication& application, const QLocale& user = QLocale::system());
+// locale, to the table's language. Once, before the first window. qtFolder: where Qt's own translations are.
+void InstallTexts(QCoreApplication& application, const QLocale& user = QLocale::system(),
+                  const QString& qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath));
 
 // The string table's text. Ids that code names are always there (a test sees to it).
 QString Text(TextId id);

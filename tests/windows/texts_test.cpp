@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
 
@@ -65,6 +66,8 @@ private slots:
     void aUserWithATableGetsItsTexts();
     void aTextThatTheUsersTableLacksComesInItalian();
     void qtsOwnTextsFollowTheUsersTable();
+    void qtsOwnTextsMayBeInOneFile();
+    void withoutQtsOwnTextsThoseAreEnglish();
 };
 
 void texts_test::cleanup()
@@ -208,6 +211,30 @@ void texts_test::qtsOwnTextsFollowTheUsersTable()
     InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
 
     QCOMPARE(QtCancelButton(), QString("Annuler"));
+}
+
+// As windeployqt leaves them.
+void texts_test::qtsOwnTextsMayBeInOneFile()
+{
+    cleanup();
+    const QTemporaryDir folder;
+    QVERIFY(QFile::copy(QLibraryInfo::path(QLibraryInfo::TranslationsPath) + "/qtbase_it.qm",
+                        folder.filePath("qt_it.qm")));
+
+    InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy), folder.path());
+
+    QCOMPARE(QtCancelButton(), QString("Annulla"));
+}
+
+void texts_test::withoutQtsOwnTextsThoseAreEnglish()
+{
+    cleanup();
+    const QTemporaryDir folder;
+
+    InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy), folder.path());
+
+    QCOMPARE(QtCancelButton(), QString("Cancel"));
+    QCOMPARE(Text(text::saturday), QString("Sabato"));
 }
 
 } // namespace corvrec
