@@ -99,6 +99,7 @@ class start_up_test : public QObject
 
 private slots:
     static void listIsShownAndItsClosingEndsTheProgram();
+    static void everyWindowHasTheProgramsIcon();
     static void theGuideDoesNotKeepTheProgramRunning();
     static void editorIsThereBeforeASiteIsOpened();
     static void fileWithoutComEndsTheProgramUnseen_data();
@@ -125,6 +126,22 @@ void start_up_test::listIsShownAndItsClosingEndsTheProgram()
     QCOMPARE(status, 0);
     QCOMPARE(sites, 2);
     QCOMPARE(place.Settings().Bytes(), SettingsWith({"A", "B"}));
+}
+
+void start_up_test::everyWindowHasTheProgramsIcon()
+{
+    Place place;
+    place.Settings().Rewrite(SettingsWith({"A"}));
+
+    place.Run([](frmSiti& list) {
+        const QIcon listIcon = list.windowIcon();
+        const QIcon editorIcon = list.findChild<frmDettaglio*>()->windowIcon();
+        for (const int size : {16, 64}) {
+            const QPixmap drawn(QString(":/icons/corvrec-config-%1.png").arg(size));
+            QCOMPARE(listIcon.pixmap(size), drawn);
+            QCOMPARE(editorIcon.pixmap(size), drawn);
+        }
+    });
 }
 
 void start_up_test::theGuideDoesNotKeepTheProgramRunning()
