@@ -16,6 +16,9 @@ benchPackages=(pkg-config libbenchmark-dev libglib2.0-dev libinih-dev libsimplei
 # What fuzzing takes besides: the compiler that has libFuzzer, and its sanitizers.
 fuzzPackages=(clang-14 libclang-rt-14-dev)
 
+# What the package is made with and looked at by, and the fresh system that it is tried in.
+packagingPackages=(git dpkg-dev lintian man-db desktop-file-utils appstream debootstrap)
+
 # A virtual screen shows nothing without fonts, and no frames without a window manager.
 screenPackages=(openbox xauth fonts-dejavu-core)
 
@@ -109,4 +112,24 @@ stop_screen()
         wait "${screenPids[i]}" 2> /dev/null || true
     done
     [[ -z $screenDirectory ]] || rm -rf "$screenDirectory"
+}
+
+# window TITLE: waits until the window with this title (an extended regular expression) is there and has the keyboard.
+window()
+{
+    local id
+    id=$(timeout 30 xdotool search --sync --onlyvisible --name "$1" | tail -n 1)
+    timeout 30 xdotool windowactivate --sync "$id"
+}
+
+# gone TITLE: waits until no such window is there.
+gone()
+{
+    local attempt
+    for (( attempt = 0; attempt < 100; ++attempt )); do
+        xdotool search --onlyvisible --name "$1" > /dev/null 2>&1 || return 0
+        sleep 0.1
+    done
+    echo "Still there: $1" >&2
+    return 1
 }
