@@ -88,7 +88,7 @@ private:
     std::map<xcb_drawable_t, long> painted_;
 };
 
-int Run(char* const command[])
+int Run(char* const* command)
 {
     Screen screen;
     const auto start = std::chrono::steady_clock::now();
