@@ -741,6 +741,19 @@ TEST(ProfileFileOnDisk, AFileThatGrowsWhileItIsReadIsReadToItsEnd)
     EXPECT_EQ(probed.profile->Read("NA", "Ogni", "none", 100), "1");
 }
 
+TEST(ProfileFileOnDisk, AFileThatLosesItsEndWhileItIsComparedIsReadAgain)
+{
+    const std::string beginning = "[A]\r\nk=1\r\n";
+    Probed probed(beginning + "[B]\r\nk=1\r\n");
+    probed.profile->Read("B", "k", "none", 100);
+    probed.calls.ForgetMade();
+    probed.calls.RewriteAt(2, probed.file.Path(), beginning); // between fstat and pread
+
+    EXPECT_TRUE(probed.profile->Write("B", "k", "22"));
+
+    EXPECT_EQ(probed.file.Bytes(), beginning + "[B]\r\nk=22\r\n");
+}
+
 TEST(ProfileFileOnDisk, AFileBeyond64MiBIsNeitherReadNorWritten)
 {
     constexpr std::uintmax_t limit = 64U << 20;
