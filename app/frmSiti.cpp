@@ -11,6 +11,7 @@
 #include "widgets/qt_text.h"
 
 #include <QKeyEvent>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -69,7 +70,7 @@ bool frmSiti::Load()
     std::ranges::transform(ListSites(environment_.settings), std::back_inserter(rows), RowOf);
     sites_.SetRows(std::move(rows));
     ui_->dgrdGrigliaSiti->setModel(&sites_);
-    ui_->dgrdGrigliaSiti->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    FitColumns();
 
     const std::optional<std::string> com = ReadComPort(environment_.settings);
     if (!com) {
@@ -85,7 +86,8 @@ bool frmSiti::Load()
 
 void frmSiti::LoadEditor()
 {
-    editor_ = std::make_unique<frmDettaglio>(environment_, *this, this);
+    if (!editor_)
+        editor_ = std::make_unique<frmDettaglio>(environment_, *this, this);
 }
 
 void frmSiti::RefreshGrid()
@@ -160,16 +162,25 @@ bool frmSiti::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
+void frmSiti::paintEvent(QPaintEvent* event)
+{
+    QWidget::paintEvent(event);
+    if (!editor_)
+        QTimer::singleShot(0, this, &frmSiti::LoadEditor); // the list is seen the sooner
+}
+
 void frmSiti::cmdAggiungi_Click()
 {
-    editor_->InitFormDettagli();
-    editor_->SetNuovo(true);
-    editor_->SelectTab(0);
-    editor_->SetAbilitato(true);
-    editor_->exec();
-    if (editor_->Cancel())
+    frmDettaglio& editor = Editor();
+    editor.InitFormDettagli();
+    editor.SetNuovo(true);
+    editor.SelectTab(0);
+    editor.SetAbilitato(true);
+    editor.exec();
+    if (editor.Cancel())
         return;
-    sites_.Append(editor_->Row());
+    sites_.Append(editor.Row());
+    FitColumns();
     EnableCommands();
     sites_.Refresh();
     SetCurrentRow(sites_.rowCount() - 1);
@@ -185,6 +196,7 @@ void frmSiti::cmdRimuovi_Click()
     RemoveSite(environment_.settings, SelectedSite());
     environment_.settings.Flush();
     sites_.Remove(CurrentRow());
+    FitColumns();
     environment_.events.Process(std::nullopt);
     EnableCommands();
     sites_.Refresh();
@@ -195,17 +207,19 @@ void frmSiti::cmdProperties_Click()
 {
     if (CurrentRow() < 0) // as above
         return;
-    editor_->InitFormDettagli();
-    editor_->SetNuovo(false);
-    editor_->SelectTab(0);
-    editor_->EnableIdentity(false);
-    editor_->MostraDati(SelectedSite());
-    editor_->exec();
-    if (!editor_->Cancel()) {
-        const SiteRow edited = editor_->Row();
+    frmDettaglio& editor = Editor();
+    editor.InitFormDettagli();
+    editor.SetNuovo(false);
+    editor.SelectTab(0);
+    editor.EnableIdentity(false);
+    editor.MostraDati(SelectedSite());
+    editor.exec();
+    if (!editor.Cancel()) {
+        const SiteRow edited = editor.Row();
         sites_.SetState(CurrentRow(), edited.enabled, edited.schedule);
+        FitColumns();
     }
-    editor_->EnableIdentity(true);
+    editor.EnableIdentity(true);
 }
 
 void frmSiti::cmdChiudi_Click()
@@ -215,6 +229,12 @@ void frmSiti::cmdChiudi_Click()
         return;
     }
     close();
+}
+
+frmDettaglio& frmSiti::Editor()
+{
+    LoadEditor();
+    return *editor_;
 }
 
 int frmSiti::CurrentRow() const
@@ -233,6 +253,13 @@ void frmSiti::EnableCommands()
     const bool hasSites = sites_.rowCount() > 0;
     ui_->cmdProperties->setEnabled(hasSites);
     ui_->cmdRimuovi->setEnabled(hasSites);
+}
+
+// When the rows change, and not at each change of the window as the header would do it: each cell is
+// measured.
+void frmSiti::FitColumns()
+{
+    ui_->dgrdGrigliaSiti->resizeColumnsToContents();
 }
 
 } // namespace corvrec

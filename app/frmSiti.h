@@ -34,7 +34,7 @@ public:
     // port: the program ends then.
     [[nodiscard]] bool Load();
 
-    // Creates the site editor, hidden.
+    // Creates the site editor, hidden, unless it is there. Showing the list does so, behind its first paint.
     void LoadEditor();
 
     // Makes the grid read the site array again.
@@ -55,6 +55,7 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void cmdAggiungi_Click();
@@ -62,9 +63,11 @@ private:
     void cmdProperties_Click();
     void cmdChiudi_Click();
 
+    frmDettaglio& Editor();
     int CurrentRow() const; // -1: none
     void SetCurrentRow(int row);
     void EnableCommands();
+    void FitColumns();
 
     Environment environment_;
     std::unique_ptr<Ui::frmSiti> ui_;

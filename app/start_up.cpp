@@ -34,7 +34,6 @@ int RunEditor(QApplication& application, const Environment& environment)
     frmSiti list(environment);
     if (!list.Load())
         return 1;
-    list.LoadEditor();
     list.RefreshGrid();
     list.show();
     return QApplication::exec();

@@ -15,6 +15,9 @@
 #include <QTableView>
 #include <QTest>
 
+#include <algorithm>
+#include <array>
+
 namespace corvrec
 {
 
@@ -45,6 +48,18 @@ QStringList Codes(SiteWindow& window)
     for (int row = 0; row < Grid(window).model()->rowCount(); ++row)
         codes.append(Cell(window, row, 1));
     return codes;
+}
+
+// Of the columns that the window's width leaves to their contents: all but the last.
+bool ColumnsFit(SiteWindow& window)
+{
+    const QTableView& grid = Grid(window);
+    const QAbstractItemView& cells = grid;
+    const QHeaderView& captions = *grid.horizontalHeader();
+    return std::ranges::all_of(std::array{0, 1, 2}, [&](int column) {
+        return grid.columnWidth(column) ==
+               std::max(cells.sizeHintForColumn(column), captions.sectionSizeHint(column));
+    });
 }
 
 int CurrentRow(SiteWindow& window)
@@ -93,6 +108,7 @@ private slots:
     static void listsTwoHundredAndFiftyShortCodes();
 
     static void addingAppendsTheRowAndSelectsIt();
+    static void columnsFitTheSitesThatThereAre();
     static void addingToAnEmptyListEnablesTheCommands();
     static void cancelledAddingChangesNothing();
     static void newSiteStartsEnabled();
@@ -319,6 +335,23 @@ void frmSiti_test::addingAppendsTheRowAndSelectsIt()
     QCOMPARE(Cell(window, 2, 2), "Sì");
     QCOMPARE(Cell(window, 2, 3), "Continua");
     QCOMPARE(CurrentRow(window), 2);
+}
+
+void frmSiti_test::columnsFitTheSitesThatThereAre()
+{
+    SiteWindow window(SettingsWith({"A", "Codice di prova"}));
+    QVERIFY(ColumnsFit(window));
+    const ModalVisit<frmDettaglio> editor(
+        [](frmDettaglio& form) { AcceptNewSite(form, "Sede centrale di Reggio nell'Emilia", "C"); });
+
+    QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
+    const int withLongName = Grid(window).columnWidth(0);
+    QVERIFY(ColumnsFit(window));
+    MessageProbe message(QString("Sì"));
+    QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
+
+    QVERIFY(ColumnsFit(window));
+    QVERIFY(Grid(window).columnWidth(0) < withLongName);
 }
 
 void frmSiti_test::addingToAnEmptyListEnablesTheCommands()
