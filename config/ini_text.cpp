@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <iterator>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -165,6 +166,8 @@ public:
         slots_.assign(size, {});
     }
 
+    [[nodiscard]] bool HasRoomFor(std::size_t names) const { return 3 * slots_.size() >= 4 * names; }
+
     template <typename IsSame>
     void AddFirst(std::uint32_t hash, std::size_t index, IsSame isSame)
     {
@@ -262,11 +265,11 @@ std::uint32_t Narrow(std::size_t position)
     return static_cast<std::uint32_t>(position); // a text has less than 4 GiB
 }
 
-// section: the units from the header line to the next header.
-std::vector<KeyLine> ScanKeys(std::string_view section)
+// section: the units from the header line to the next header; begin: of a line.
+std::vector<KeyLine> ScanKeys(std::string_view section, std::size_t begin)
 {
     std::vector<KeyLine> found;
-    for (Line line = LineAt(section, 0); line.begin < section.size(); line = LineAt(section, line.end)) {
+    for (Line line = LineAt(section, begin); line.begin < section.size(); line = LineAt(section, line.end)) {
         if (KindOf(section, line) != LineKind::key)
             continue;
         const std::size_t equals = section.find('=', line.begin);
@@ -400,6 +403,11 @@ public:
         const std::size_t end = last == sections_.end() ? text.units.size() : last->begin;
 
         std::vector<SectionEntry> found = ScanSections(text.units, {begin, end});
+        const bool isWithinOne = last - first == 1 && found.size() == 1 && first->begin == found[0].begin;
+        if (isWithinOne && first->keys) {
+            ChangeKeys(text, {first->begin, end}, removed.begin - first->begin, *first->keys);
+            return;
+        }
         if (std::ssize(found) == last - first) {
             std::ranges::move(found, first); // an edit may add or remove headers, but never renames one
             return;
@@ -443,19 +451,49 @@ private:
 
     static std::unique_ptr<KeyIndex> IndexKeys(const View& text, Span section)
     {
-        const std::string_view units = Slice(text.units, section);
         auto keys = std::make_unique<KeyIndex>();
-        keys->lines = ScanKeys(units);
-        keys->names.Reserve(keys->lines.size());
-        for (std::size_t i = 0; i < keys->lines.size(); ++i) {
-            const Span name = keys->lines[i].Name();
+        keys->lines = ScanKeys(Slice(text.units, section), 0);
+        AddNames(text, section, 0, *keys);
+        return keys;
+    }
+
+    // Of the lines from the first one on; of all of them where the table has no room.
+    static void AddNames(const View& text, Span section, std::size_t first, KeyIndex& keys)
+    {
+        if (first == 0 || !keys.names.HasRoomFor(keys.lines.size())) {
+            keys.names.Reserve(keys.lines.size());
+            first = 0;
+        }
+        const std::string_view units = Slice(text.units, section);
+        for (std::size_t i = first; i < keys.lines.size(); ++i) {
+            const Span name = keys.lines[i].Name();
             if (!text.IsExact(Moved(name, section.begin)))
                 continue;
-            keys->names.AddFirst(keys->lines[i].hash, i, [&](std::size_t other) {
-                return IsSameName(Slice(units, keys->lines[other].Name()), Slice(units, name));
+            keys.names.AddFirst(keys.lines[i].hash, i, [&](std::size_t other) {
+                return IsSameName(Slice(units, keys.lines[other].Name()), Slice(units, name));
             });
         }
-        return keys;
+    }
+
+    // The section's text has changed from `change` on, counted from its begin: a value, a new line or one
+    // less. Only what stands behind is looked at again, and the line before it, which may have got its end.
+    static void ChangeKeys(const View& text, Span section, std::size_t change, KeyIndex& keys)
+    {
+        std::vector<KeyLine>& lines = keys.lines;
+        auto first = std::ranges::upper_bound(lines, change, {}, &KeyLine::end);
+        if (first != lines.begin())
+            --first;
+        const std::vector<KeyLine> found =
+            ScanKeys(Slice(text.units, section), first == lines.begin() ? 0 : first->begin);
+
+        const std::size_t had = lines.size();
+        const std::span replaced(first, lines.end());
+        const bool namesStand = found.size() >= replaced.size() &&
+                                std::ranges::equal(replaced, std::span(found).first(replaced.size()), {},
+                                                   &KeyLine::hash, &KeyLine::hash);
+        lines.erase(first, lines.end());
+        lines.insert(lines.end(), found.begin(), found.end());
+        AddNames(text, section, namesStand ? had : 0, keys);
     }
 
     std::vector<SectionEntry> sections_; // in file order

@@ -245,6 +245,27 @@ TEST(IniText, FillerChangesNoReading)
     EXPECT_EQ(IniText("[A]\nk=\"1\"" + IniText().Filler(7)).Read("A", "k", "none", 100), "1");
 }
 
+TEST(IniText, KeysAreFoundWhileTheirSectionGrowsAndShrinks)
+{
+    IniText text("[A]\r\n; nota\r\n[B]\r\nK7=altra\r\nfine=1"); // the last line has no end
+    const auto key = [](int number) { return "K" + std::to_string(number); };
+    for (const std::string_view section : {"A", "B"}) {
+        for (int i = 0; i < 200; ++i)
+            text.Apply(text.Put(section, key(i), std::to_string(i)).value());
+    }
+    for (int i = 0; i < 200; i += 5) {
+        text.Apply(text.EraseKey("A", key(i)).value());
+        text.Apply(text.Put("B", key(i), "un valore lungo").value());
+    }
+
+    for (int i = 0; i < 200; ++i) {
+        const bool isFifth = i % 5 == 0;
+        EXPECT_EQ(text.Read("A", key(i), "none", 100), isFifth ? "none" : std::to_string(i));
+        EXPECT_EQ(text.Read("B", key(i), "none", 100), isFifth ? "un valore lungo" : std::to_string(i));
+    }
+    EXPECT_EQ(text.Read("B", "fine", "none", 100), "1");
+}
+
 // Random files of awkward pieces, and random edits of them. A fixed seed: the same cases at every run.
 class RandomIniText : public testing::Test
 {
