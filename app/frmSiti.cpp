@@ -71,6 +71,8 @@ bool frmSiti::Load()
     sites_.SetRows(std::move(rows));
     ui_->dgrdGrigliaSiti->setModel(&sites_);
     FitColumns();
+    // Not in the form: the header would come back to the width that the column had before it was fitted.
+    ui_->dgrdGrigliaSiti->horizontalHeader()->setStretchLastSection(true);
 
     const std::optional<std::string> com = ReadComPort(environment_.settings);
     if (!com) {
