@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <iterator>
-#include <span>
 #include <utility>
 #include <vector>
 
@@ -486,11 +485,11 @@ private:
         const std::vector<KeyLine> found =
             ScanKeys(Slice(text.units, section), first == lines.begin() ? 0 : first->begin);
 
+        // A value alone renames nothing, nor does what comes behind the last name.
         const std::size_t had = lines.size();
-        const std::span replaced(first, lines.end());
-        const bool namesStand = found.size() >= replaced.size() &&
-                                std::ranges::equal(replaced, std::span(found).first(replaced.size()), {},
-                                                   &KeyLine::hash, &KeyLine::hash);
+        const auto looked = static_cast<std::size_t>(lines.end() - first);
+        const bool namesStand =
+            found.size() == looked || (found.size() > looked && had > 0 && change >= lines.back().begin);
         lines.erase(first, lines.end());
         lines.insert(lines.end(), found.begin(), found.end());
         AddNames(text, section, namesStand ? had : 0, keys);

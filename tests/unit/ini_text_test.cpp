@@ -266,6 +266,20 @@ TEST(IniText, KeysAreFoundWhileTheirSectionGrowsAndShrinks)
     EXPECT_EQ(text.Read("B", "fine", "none", 100), "1");
 }
 
+TEST(IniText, AKeyThatComesWithAValueIsFoundBesideOneThatOnlyReadsLikeIt)
+{
+    // The second name, outside the page, reads as '?' and equals no name.
+    const std::string outside = "\x16\x04" + Wide("=5\r\n").substr(2);
+    IniText text(Wide("[A]\r\nk=1\r\n") + outside);
+    ASSERT_EQ(text.Read("A", "?", "none", 100), "none");
+
+    text.Apply(text.Put("A", "k", "2\r\n?=9").value());
+    EXPECT_EQ(text.Read("A", "?", "none", 100), "9");
+    text.Apply(text.Put("A", "?", "8").value());
+
+    EXPECT_EQ(text.Bytes(), Wide("[A]\r\nk=2\r\n?=8\r\n") + outside);
+}
+
 // Random files of awkward pieces, and random edits of them. A fixed seed: the same cases at every run.
 class RandomIniText : public testing::Test
 {
