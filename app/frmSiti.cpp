@@ -71,8 +71,10 @@ bool frmSiti::Load()
     sites_.SetRows(std::move(rows));
     ui_->dgrdGrigliaSiti->setModel(&sites_);
     FitColumns();
+    QHeaderView* const captions = ui_->dgrdGrigliaSiti->horizontalHeader();
+    captions->setSectionResizeMode(QHeaderView::Fixed);
     // Not in the form: the header would come back to the width that the column had before it was fitted.
-    ui_->dgrdGrigliaSiti->horizontalHeader()->setStretchLastSection(true);
+    captions->setStretchLastSection(true);
 
     const std::optional<std::string> com = ReadComPort(environment_.settings);
     if (!com) {

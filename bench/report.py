@@ -23,6 +23,7 @@ TITLES = {
     "save": "Save a site (36 lines)",
     "delete": "Delete a section",
 }
+MEMORY = "Memory once a key of every site was read, in times the file"
 
 
 def shown(ns):
@@ -47,46 +48,49 @@ def medians(runs):
     return times, memory
 
 
-def print_table(work, stores):
+def print_table(title, stores, cell):
+    """stores: {store: {sites: figure}}; cell: a store's figure for so many sites, as it is shown."""
     sizes = sorted(stores["ours"])
-    print(f"\n{TITLES[work]}\n\n| | " + " | ".join(f"{size} sites" for size in sizes) + " |")
+    print(f"\n{title}\n\n| | " + " | ".join(f"{size} sites" for size in sizes) + " |")
     print("|---|" + "---|" * len(sizes))
-    for store in STORES:
-        if store not in stores:
-            continue
-        cells = []
-        for size in sizes:
-            ratio = stores[store][size] / stores["floor"][size]
-            cells.append(shown(stores[store][size]) + ("" if store == "floor" else f" ({ratio:.3g} ×)"))
-        print(f"| {store} | " + " | ".join(cells) + " |")
+    for store in filter(stores.get, STORES):
+        print(f"| {store} | " + " | ".join(cell(store, size) for size in sizes) + " |")
 
 
-def plot(work, stores, folder):
+def beside_floor(stores):
+    def cell(store, size):
+        ratio = stores[store][size] / stores["floor"][size]
+        return shown(stores[store][size]) + ("" if store == "floor" else f" ({ratio:.3g} ×)")
+
+    return cell
+
+
+def plot(path, title, unit, stores, size_of_unit=1, scale="linear"):
     figure, axes = plt.subplots(figsize=(6, 3.5), layout="constrained")
-    for store in STORES:
-        if store in stores:
-            sizes = sorted(stores[store])
-            style = {"linestyle": "--", "color": "black"} if store == "floor" else {"marker": "o"}
-            axes.loglog(sizes, [stores[store][size] / 1e3 for size in sizes], label=store, **style)
-    axes.set(title=TITLES[work], xlabel="sites", ylabel="µs")
+    for store in filter(stores.get, STORES):
+        sizes = sorted(stores[store])
+        style = {"linestyle": "--", "color": "black"} if store == "floor" else {"marker": "o"}
+        axes.plot(sizes, [stores[store][size] / size_of_unit for size in sizes], label=store, **style)
+    axes.set(title=title, xlabel="sites", xscale="log", ylabel=unit, yscale=scale)
+    if scale == "linear":
+        axes.set_ylim(bottom=0)
     axes.grid(True, which="major", alpha=0.3)
     axes.legend(fontsize="small")
-    figure.savefig(folder / f"bench-{work.replace(' ', '-')}.svg", metadata={"Date": None})
+    figure.savefig(path, metadata={"Date": None})
     plt.close(figure)
 
 
 def main():
     times, memory = medians(json.load(sys.stdin)["benchmarks"])
-    for work in TITLES:
-        print_table(work, times[work])
-        if len(sys.argv) > 1:
-            plot(work, times[work], pathlib.Path(sys.argv[1]))
-    print("\nMemory once a key of every site was read, in times the file\n")
-    sizes = sorted(memory["ours"])
-    print("| | " + " | ".join(f"{size} sites" for size in sizes) + " |")
-    print("|---|" + "---|" * len(sizes))
-    for store, figures in memory.items():
-        print(f"| {store} | " + " | ".join(f"{figures[size]:.2f}" for size in sizes) + " |")
+    for work, title in TITLES.items():
+        print_table(title, times[work], beside_floor(times[work]))
+    print_table(MEMORY, memory, lambda store, size: f"{memory[store][size]:.2f}")
+
+    if len(sys.argv) > 1:
+        folder = pathlib.Path(sys.argv[1])
+        for work, title in TITLES.items():
+            plot(folder / f"bench-{work.replace(' ', '-')}.svg", title, "µs", times[work], 1e3, "log")
+        plot(folder / "bench-memory.svg", MEMORY, "times the file", memory)
 
 
 if __name__ == "__main__":
