@@ -97,6 +97,7 @@ frmDettaglio::frmDettaglio(Environment environment, const SiteListView& list, QW
     ConnectControls();
     LocaliseDialog(*this);
     ClickAtOnce(*this);
+    TabToChosenOption(*this);
     ui_->lstGiorni->setAccessibleName(Text(text::weekdays));
     ui_->mskOrario->setAccessibleName(Text(text::startTime));
     transformations_ = std::make_unique<frmTrasfAvanzate>(this);

@@ -35,6 +35,7 @@ frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
     connect(ui_->Annulla, &QPushButton::clicked, this, &frmModem::Annulla_Click);
     LocaliseDialog(*this);
     ClickAtOnce(*this);
+    TabToChosenOption(*this);
     FillModels();
     SelectRow(*ui_->cboModem, 0, *this, &frmModem::cboModem_Click);
     GuardWheel(*this);

@@ -7,6 +7,7 @@
 #include <QGroupBox>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QRadioButton>
 #include <QScreen>
 #include <QShortcutEvent>
 #include <QTabWidget>
@@ -124,6 +125,15 @@ void ClickAtOnce(QWidget& window)
 {
     for (QAbstractButton* const button : window.findChildren<QAbstractButton*>())
         button->installEventFilter(new MnemonicClick(button));
+}
+
+void TabToChosenOption(QWidget& window)
+{
+    for (QRadioButton* const option : window.findChildren<QRadioButton*>()) {
+        QObject::connect(option, &QRadioButton::toggled, option, [option](bool chosen) {
+            option->setFocusPolicy(chosen ? Qt::StrongFocus : Qt::ClickFocus);
+        });
+    }
 }
 
 void CentreDialog(QWidget& window)

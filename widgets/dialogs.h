@@ -20,6 +20,10 @@ void LocaliseDialog(QWidget& window);
 // second go by, and then clicks, whatever has been pressed meanwhile and lies in front of the window by now.
 void ClickAtOnce(QWidget& window);
 
+// Tab leads to the chosen one of a group of option buttons, also where the program has chosen it. By itself Qt
+// leads to the first one until the focus has been in the group.
+void TabToChosenOption(QWidget& window);
+
 // Puts the window, at its final size, into the middle of the screen that holds its parent (else the primary
 // screen), and makes it wide enough for its title and no larger than the screen. Before the first show, after
 // the texts are in.

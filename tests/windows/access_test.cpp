@@ -1,9 +1,11 @@
 // Every window by keyboard alone, and as a screen reader sees it.
+#include "config/code_tables.h"
 #include "help/guide.h"
 #include "resources/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
+#include "widgets/check_list.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -18,6 +20,7 @@
 #include <algorithm>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace corvrec
@@ -26,11 +29,15 @@ namespace corvrec
 namespace
 {
 
+// Sites that between them need every control of the editor.
+enum class Site { added, bySoftwareEachWeek, byModemEachHour };
+
 // All windows of the program, the one under test in front.
 struct Windows {
-    Windows(const QString& name, int page)
+    Windows(const QString& name, int page, Site site = Site::added)
     {
         buffer.Dialog().SetAzione(-1); // neither connects nor hangs up
+        Prepare(site);
         program.At<QTabWidget>("tabSetup").setCurrentIndex(page);
         if (name == "frmGuida")
             QTest::keyClick(&program.List(), Qt::Key_F1);
@@ -44,6 +51,21 @@ struct Windows {
         BringToFront(*window);
     }
 
+    void Prepare(Site site)
+    {
+        if (site == Site::added)
+            return;
+        const bool isByModem = site == Site::byModemEachHour;
+        program.Choice("cboTipoConn").setCurrentIndex(isByModem ? device::stratoboxBuffer : device::pabx);
+        program.Choice("cboHandS").setCurrentIndex(1);                      // Software
+        program.Choice("cboRicorrenza").setCurrentIndex(isByModem ? 1 : 3); // hourly, weekly
+        if (isByModem)
+            program.At<QRadioButton>("optRemoto").click();
+        for (const char* const alert : {"chkFile", "chkSpazio"})
+            program.Box(alert).setChecked(true);
+        program.At<CheckList>("lstGiorni").SetMarked(2, true);
+    }
+
     Guide guide{*qApp};
     EditorWindow program{SettingsWith({"A", "B"})};
     BufferWindow buffer;
@@ -54,21 +76,27 @@ void AddWindows()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<int>("page");
-    QTest::newRow("site list") << "frmSiti" << 0;
-    QTest::newRow("connection") << "frmDettaglio" << 0;
-    QTest::newRow("schedule") << "frmDettaglio" << 1;
-    QTest::newRow("files") << "frmDettaglio" << 2;
-    QTest::newRow("transformations") << "frmTrasfAvanzate" << 0;
-    QTest::newRow("alerts") << "frmFileAvanzate" << 0;
-    QTest::newRow("modem") << "frmModem" << 0;
-    QTest::newRow("buffer status") << "frmSX" << 0;
-    QTest::newRow("modem connection") << "frmConnessione" << 0;
+    QTest::addColumn<Site>("site");
+    QTest::newRow("site list") << "frmSiti" << 0 << Site::added;
+    QTest::newRow("connection") << "frmDettaglio" << 0 << Site::added;
+    QTest::newRow("connection, Xon and Xoff") << "frmDettaglio" << 0 << Site::bySoftwareEachWeek;
+    QTest::newRow("connection, by modem") << "frmDettaglio" << 0 << Site::byModemEachHour;
+    QTest::newRow("schedule") << "frmDettaglio" << 1 << Site::added;
+    QTest::newRow("schedule, weekly") << "frmDettaglio" << 1 << Site::bySoftwareEachWeek;
+    QTest::newRow("schedule, hourly") << "frmDettaglio" << 1 << Site::byModemEachHour;
+    QTest::newRow("files") << "frmDettaglio" << 2 << Site::added;
+    QTest::newRow("transformations") << "frmTrasfAvanzate" << 0 << Site::added;
+    QTest::newRow("alerts") << "frmFileAvanzate" << 0 << Site::added;
+    QTest::newRow("alerts, on") << "frmFileAvanzate" << 0 << Site::byModemEachHour;
+    QTest::newRow("modem") << "frmModem" << 0 << Site::added;
+    QTest::newRow("buffer status") << "frmSX" << 0 << Site::added;
+    QTest::newRow("modem connection") << "frmConnessione" << 0 << Site::added;
 }
 
 void AddWindowsAndGuide()
 {
     AddWindows();
-    QTest::newRow("guide") << "frmGuida" << 0;
+    QTest::newRow("guide") << "frmGuida" << 0 << Site::added;
 }
 
 bool CanBeUsed(const QWidget& control)
@@ -147,19 +175,35 @@ void Silence(QWidget& window)
         QObject::disconnect(button, &QAbstractButton::clicked, nullptr, nullptr);
 }
 
-void Check(QAccessibleInterface& control, const QWidget& widget)
+void CheckMarks(QAccessibleInterface& seen, const CheckList& list)
+{
+    QCOMPARE(seen.childCount(), list.count());
+    QVERIFY(list.count() > 0);
+    for (int row = 0; row < list.count(); ++row) {
+        QAccessibleInterface& entry = *seen.child(row);
+        QCOMPARE(entry.text(QAccessible::Name), list.item(row)->text());
+        QCOMPARE(entry.state().checked != 0, list.Marked(row));
+    }
+}
+
+void Check(QAccessibleInterface& control, QWidget& widget)
 {
     const QByteArray where = widget.objectName().toUtf8();
     const QAccessible::Role role = control.role();
     QVERIFY2(role != QAccessible::NoRole && role != QAccessible::Client && role != QAccessible::Pane,
              qPrintable(QString("%1 has role %2").arg(widget.objectName()).arg(role)));
-    QVERIFY2(!control.text(QAccessible::Name).isEmpty(), where + " has no name");
+    // A list's own name is its chosen entry: what it is about comes from elsewhere.
+    const bool isNamed = role == QAccessible::ComboBox ? !AccessibleName(widget).isEmpty()
+                                                       : !control.text(QAccessible::Name).isEmpty();
+    QVERIFY2(isNamed, where + " has no name");
     if (role == QAccessible::EditableText || role == QAccessible::ComboBox)
         QVERIFY2(control.text(QAccessible::Value) == Shown(widget),
                  where + " tells another value than it shows");
     if (role == QAccessible::CheckBox || role == QAccessible::RadioButton)
         QVERIFY2((control.state().checked != 0) == (Shown(widget) == "on"), where);
     QVERIFY2((control.state().disabled != 0) == !widget.isEnabled(), where);
+    if (const auto* const list = qobject_cast<const CheckList*>(&widget))
+        CheckMarks(control, *list);
 }
 
 } // namespace
@@ -194,7 +238,8 @@ void access_test::tabLeadsToEveryControl()
 {
     QFETCH(const QString, name);
     QFETCH(const int, page);
-    const Windows windows(name, page);
+    QFETCH(const Site, site);
+    const Windows windows(name, page, site);
 
     QStringList reached = TabRound(*windows.window);
     reached.sort();
@@ -223,7 +268,8 @@ void access_test::shiftTabLeadsBack()
 {
     QFETCH(const QString, name);
     QFETCH(const int, page);
-    const Windows windows(name, page);
+    QFETCH(const Site, site);
+    const Windows windows(name, page, site);
     QStringList forward = TabRound(*windows.window);
 
     QStringList back;
@@ -240,23 +286,26 @@ void access_test::mnemonicsLeadWhereTheyStand()
 {
     QFETCH(const QString, name);
     QFETCH(const int, page);
-    const Windows windows(name, page);
+    QFETCH(const Site, site);
+    Windows windows(name, page, site);
     Silence(*windows.window);
 
     for (const auto& [mnemonic, targets] : Mnemonics(*windows.window)) {
+        windows.Prepare(site); // the one before may have switched something off
         const auto key = static_cast<Qt::Key>(mnemonic[0].key());
         std::vector<std::unique_ptr<Arrival>> arrivals;
         for (QWidget* const target : targets)
             arrivals.push_back(std::make_unique<Arrival>(*target));
         // Where captions share a letter each press leads to the next of them.
-        std::size_t come = 0;
+        std::set<const Arrival*> come;
         for (std::size_t press = 0; press < targets.size(); ++press) {
             QTest::keyClick(windows.window, key, Qt::AltModifier);
-            come += std::ranges::any_of(arrivals, [](const auto& arrival) { return arrival->HasCome(); })
-                        ? 1U
-                        : 0U;
+            for (const auto& arrival : arrivals) {
+                if (arrival->HasCome())
+                    come.insert(arrival.get());
+            }
         }
-        QVERIFY2(come == targets.size(), qPrintable(mnemonic.toString() + " in " + name));
+        QVERIFY2(come.size() == targets.size(), qPrintable(mnemonic.toString() + " in " + name));
     }
 }
 
@@ -296,7 +345,8 @@ void access_test::screenReaderFindsNameRoleAndValue()
 {
     QFETCH(const QString, name);
     QFETCH(const int, page);
-    const Windows windows(name, page);
+    QFETCH(const Site, site);
+    const Windows windows(name, page, site);
     QVERIFY(!QAccessible::queryAccessibleInterface(windows.window)->text(QAccessible::Name).isEmpty());
 
     int controls = 0;
@@ -341,11 +391,12 @@ void access_test::screenReaderReadsTheValuesOfABuffer()
     windows.buffer.Click("cmdStato");
 
     const auto read = [&windows](const char* label) {
-        return QAccessible::queryAccessibleInterface(&SiteWindow::Part<QWidget>(*windows.window, label))
-            ->text(QAccessible::Name);
+        auto& value = SiteWindow::Part<QWidget>(*windows.window, label);
+        return AccessibleName(value) + " " +
+               QAccessible::queryAccessibleInterface(&value)->text(QAccessible::Name);
     };
-    QCOMPARE(read("lblMemoria"), "0262144");
-    QCOMPARE(read("lblGuasto"), "Caduta 220 V");
+    QCOMPARE(read("lblMemoria"), "Memoria totale: 0262144");
+    QCOMPARE(read("lblGuasto"), "Guasti: Caduta 220 V");
 }
 
 } // namespace corvrec
