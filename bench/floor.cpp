@@ -3,6 +3,8 @@
 #include <cstring>
 #include <fcntl.h>
 #include <functional>
+#include <memory>
+#include <span>
 #include <stdexcept>
 #include <string_view>
 #include <sys/stat.h>
@@ -15,37 +17,47 @@ namespace corvrec
 namespace
 {
 
-std::size_t ReadWhole(int descriptor, std::string& bytes)
+std::size_t SizeOf(int descriptor)
 {
     struct stat status {
     };
     if (fstat(descriptor, &status) != 0)
         throw std::runtime_error("fstat");
-    bytes.resize(static_cast<std::size_t>(status.st_size));
-    const ssize_t count = pread(descriptor, bytes.data(), bytes.size(), 0);
-    if (count != status.st_size)
+    return static_cast<std::size_t>(status.st_size);
+}
+
+void ReadWhole(int descriptor, std::span<char> bytes)
+{
+    if (pread(descriptor, bytes.data(), bytes.size(), 0) != std::ssize(bytes))
         throw std::runtime_error("pread");
-    return bytes.size();
+}
+
+// As if known from before, whichever key is asked for.
+std::string ValueOf(const char* key)
+{
+    static const std::unordered_map<std::string_view, std::string_view> table = [] {
+        std::unordered_map<std::string_view, std::string_view> values;
+        for (const auto& [name, value] : kSiteKeys)
+            values[name] = value;
+        return values;
+    }();
+    return std::string(table.at(key));
 }
 
 } // namespace
 
 struct Floor::Impl {
-    explicit Impl(const SitesFile& file)
-        : path(file.Path())
-        , section("[" + file.Code() + "]")
+    explicit Impl(const SitesFile& sites)
+        : file(sites)
+        , path(sites.Path())
     {
-        begin = file.Bytes().find(section);
-        end = file.Bytes().find("\r\n[", begin) + 2;
-        siteLine = file.Bytes().find(file.Code() + "=");
-        for (const auto& [key, value] : kSiteKeys)
-            table[std::string(key)] = value;
     }
 
     // Opens, reads, writes what is given from the place on, closes.
     void Rewrite(std::size_t from, const std::function<void(std::string&)>& change)
     {
         const int descriptor = open(path.c_str(), O_RDWR | O_CLOEXEC);
+        bytes.resize(SizeOf(descriptor));
         ReadWhole(descriptor, bytes);
         const std::size_t before = bytes.size();
         change(bytes);
@@ -57,13 +69,9 @@ struct Floor::Impl {
         close(descriptor);
     }
 
+    const SitesFile& file;
     std::string path;
-    std::string section;
-    std::string bytes;
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    std::size_t siteLine = 0;
-    std::unordered_map<std::string, std::string> table;
+    std::string bytes; // kept between writes
 };
 
 Floor::Floor(const SitesFile& file)
@@ -77,12 +85,14 @@ Floor::~Floor() = default;
 std::size_t Floor::List()
 {
     const int descriptor = open(impl_->path.c_str(), O_RDONLY | O_CLOEXEC);
-    std::string bytes;
-    ReadWhole(descriptor, bytes);
+    const std::size_t size = SizeOf(descriptor);
+    // NOLINTNEXTLINE(*-avoid-c-arrays): a container would be cleared first
+    const auto bytes = std::make_unique_for_overwrite<char[]>(size);
+    ReadWhole(descriptor, {bytes.get(), size});
     close(descriptor);
     std::size_t sections = 0;
-    const char* const end = bytes.data() + bytes.size();
-    for (const char* line = bytes.data(); line < end;) {
+    const char* const end = bytes.get() + size;
+    for (const char* line = bytes.get(); line < end;) {
         sections += *line == '[' ? 1 : 0;
         const void* const lineEnd = std::memchr(line, '\n', static_cast<std::size_t>(end - line));
         line = lineEnd == nullptr ? end : static_cast<const char*>(lineEnd) + 1;
@@ -92,7 +102,7 @@ std::size_t Floor::List()
 
 std::string Floor::Read(const std::string& /*section*/, const char* key)
 {
-    return List() == 0 ? std::string() : impl_->table[key];
+    return List() == 0 ? std::string() : ValueOf(key);
 }
 
 std::string Floor::ReadAgain(const std::string& /*section*/, const char* key)
@@ -101,7 +111,7 @@ std::string Floor::ReadAgain(const std::string& /*section*/, const char* key)
     };
     if (stat(impl_->path.c_str(), &status) != 0)
         throw std::runtime_error("stat");
-    return impl_->table[key];
+    return ValueOf(key);
 }
 
 // One byte more or less in each line, as a save of ours.
@@ -115,17 +125,20 @@ void Floor::Save(const std::string& /*code*/, int round)
                 bytes.insert(from, 1, '0');
         });
     };
-    moveFrom(impl_->siteLine + impl_->section.size() - 1);
-    const std::size_t line = (impl_->end - impl_->begin) / kSiteKeys.size();
+    const SitesFile& file = impl_->file;
+    moveFrom(file.SiteLine() + file.Code().size() + 1);
+    const std::size_t firstKey = file.SectionBegin() + file.Code().size() + std::strlen("[]\r\n");
+    const std::size_t line = (file.SectionEnd() - file.SectionBegin()) / kSiteKeys.size();
     for (std::size_t key = 0; key < kSiteKeys.size(); ++key)
-        moveFrom(impl_->begin + impl_->section.size() + 2 + key * line);
+        moveFrom(firstKey + key * line);
     moveFrom(std::strlen("[General]\r\nCom=COM1\r\nLog="));
 }
 
 void Floor::DeleteSection(const std::string& /*section*/)
 {
-    impl_->Rewrite(impl_->begin,
-                   [this](std::string& bytes) { bytes.erase(impl_->begin, impl_->end - impl_->begin); });
+    const std::size_t begin = impl_->file.SectionBegin();
+    const std::size_t length = impl_->file.SectionEnd() - begin;
+    impl_->Rewrite(begin, [begin, length](std::string& bytes) { bytes.erase(begin, length); });
 }
 
 } // namespace corvrec

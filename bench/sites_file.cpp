@@ -37,6 +37,9 @@ SitesFile::SitesFile(int sites)
         for (const auto& [key, value] : kSiteKeys)
             bytes_.append(key).append("=").append(value).append("\r\n");
     }
+    siteLine_ = bytes_.find(code_ + "=");
+    sectionBegin_ = bytes_.find("[" + code_ + "]");
+    sectionEnd_ = bytes_.find("\r\n[", sectionBegin_) + 2;
     Restore();
     // Until the file's time is older than its tick, and with it proves that a file has not changed.
     std::this_thread::sleep_for(std::chrono::milliseconds(50));

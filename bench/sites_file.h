@@ -70,10 +70,18 @@ public:
     // The site in the middle of the file.
     [[nodiscard]] const std::string& Code() const { return code_; }
 
+    // Where its line in [Siti] begins, its section, and the one behind it.
+    [[nodiscard]] std::size_t SiteLine() const { return siteLine_; }
+    [[nodiscard]] std::size_t SectionBegin() const { return sectionBegin_; }
+    [[nodiscard]] std::size_t SectionEnd() const { return sectionEnd_; }
+
 private:
     std::filesystem::path directory_;
     std::string bytes_;
     std::string code_;
+    std::size_t siteLine_ = 0;
+    std::size_t sectionBegin_ = 0;
+    std::size_t sectionEnd_ = 0;
 };
 
 } // namespace corvrec
