@@ -55,6 +55,22 @@ struct Model {
         return position < mask.size() && mask[position] != U'#';
     }
 
+    // A digit or a prompt at each place, and each literal where the mask has it; without a mask any text.
+    [[nodiscard]] bool Fits(const std::u32string& candidate) const
+    {
+        if (mask.empty())
+            return true;
+        if (candidate.size() != mask.size())
+            return false;
+        for (std::size_t i = 0; i < mask.size(); ++i) {
+            const bool isFitting =
+                IsLiteral(i) ? candidate[i] == mask[i] : IsDigit(candidate[i]) || candidate[i] == U'_';
+            if (!isFitting)
+                return false;
+        }
+        return true;
+    }
+
     bool Put(char32_t character)
     {
         std::size_t position = caret;
@@ -154,7 +170,7 @@ private:
     {
         Check(masked_.Text() == model_.text, "the text is that of the model");
         Check(masked_.Caret() <= masked_.Text().size(), "the caret stands in the text");
-        Check(masked_.Accepts(masked_.Text()), "the text fits its mask");
+        Check(model_.Fits(masked_.Text()), "the text fits its mask");
     }
 
     void SetMask(const std::u32string& mask)
@@ -167,8 +183,10 @@ private:
 
     void SetText(const std::u32string& text)
     {
+        const bool fits = model_.Fits(text);
+        Check(masked_.Accepts(text) == fits, "a text is accepted when it fits");
         const bool isSet = masked_.SetText(text);
-        Check(isSet == masked_.Accepts(text), "a text is set when it fits");
+        Check(isSet == fits, "a text is set when it fits");
         if (isSet) {
             model_.text = text;
             MoveTo(masked_.Caret());
