@@ -10,14 +10,16 @@
 namespace corvrec
 {
 
-SiteWindow::SiteWindow(std::string_view settings, std::optional<std::string_view> catalogue)
+SiteWindow::SiteWindow(std::string_view settings, std::optional<std::string_view> catalogue,
+                       PosixCalls& calls)
     : settings_(settings)
+    , profile_(OpenProfileFile(settings_.Path(), calls))
 {
     clock_.SetNow(kNow);
     if (catalogue)
         std::ofstream(settings_.Directory() / "modem.dat", std::ios::binary) << *catalogue;
     list_ =
-        std::make_unique<frmSiti>(Environment{settings_.Directory(), *settings_, clock_, events_, makePort_});
+        std::make_unique<frmSiti>(Environment{settings_.Directory(), *profile_, clock_, events_, makePort_});
     if (!list_->Load())
         throw std::logic_error("the settings of this test name no port");
     list_->LoadEditor();

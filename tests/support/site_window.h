@@ -3,6 +3,7 @@
 #include "app/frmSiti.h"
 #include "comm/qt_event_pump.h"
 #include "comm/serial_port.h"
+#include "config/posix_calls.h"
 #include "editor/frmDettaglio.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/settings_file.h"
@@ -28,8 +29,10 @@ public:
     static constexpr DateTime kNow{
         .year = 2026, .month = 11, .day = 21, .hour = 18, .minute = 3, .second = 0};
 
-    // settings: bytes of Corvrec.ini; catalogue: bytes of modem.dat, nothing for no such file.
-    explicit SiteWindow(std::string_view settings, std::optional<std::string_view> catalogue = std::nullopt);
+    // settings: bytes of Corvrec.ini; catalogue: bytes of modem.dat, nothing for no such file. The calls that
+    // the windows' settings file is read and written by must live longer.
+    explicit SiteWindow(std::string_view settings, std::optional<std::string_view> catalogue = std::nullopt,
+                        PosixCalls& calls = SystemCalls());
     ~SiteWindow();
 
     frmSiti& List() { return *list_; }
@@ -54,6 +57,7 @@ public:
 
 private:
     SettingsFile settings_;
+    std::unique_ptr<ProfileFile> profile_; // the same file, as the windows have it
     FakeClock clock_;
     QtEventPump events_{clock_};
     std::unique_ptr<SerialPort> nextPort_;
