@@ -206,6 +206,8 @@ public:
     // field: a number of its own.
     const QString& For(std::size_t field) const { return texts_[(turn_ + field * 577) % kTexts]; }
     Entry WayFor(std::size_t field) const { return kEntries[(turn_ + turn_ / 4 + field) % kEntries.size()]; }
+    // One in so many of the sixteen turns in which each field meets each way in.
+    bool Chooses(std::size_t oneIn) const { return turn_ / 16 % oneIn == 0; }
 
 private:
     std::vector<QString> texts_;
@@ -255,6 +257,7 @@ private:
     std::map<std::string, bool> ticked_;
     std::size_t field_ = 0;
     bool hourly_ = false;
+    std::string interval_; // as it is saved
 };
 
 QString Editing::Fill(QWidget& form, const char* field, Takes takes)
@@ -341,7 +344,7 @@ void Editing::FillAlerts(frmFileAvanzate& form)
 
 void Editing::FillFlowCharacter(frmDettaglio& form, const char* box, const char* field)
 {
-    const bool ticked = texts_.WayFor(field_) != Entry::drop;
+    const bool ticked = !texts_.Chooses(qstrcmp(field, "txtXon") == 0 ? 3 : 5);
     Part<QCheckBox>(form, box).setChecked(ticked);
     ticked_[box] = ticked;
     if (Fill(form, field).isEmpty())
@@ -349,11 +352,12 @@ void Editing::FillFlowCharacter(frmDettaglio& form, const char* box, const char*
     Part<QWidget>(form, "cboHandS").setFocus();
 }
 
-// An hourly interval takes times alone, the others any text. Its number is known when it begins the text.
+// An hourly interval takes times alone, the others any text, of which the number that it begins with counts:
+// none where it begins with a letter, else one that is typed in front.
 void Editing::FillSchedule(frmDettaglio& form)
 {
     static const QRegularExpression kTime("^[0-9_]{2}:[0-9_]{2}$");
-    hourly_ = texts_.WayFor(field_) == Entry::paste;
+    hourly_ = texts_.Chooses(4);
     QTest::keyClick(&Part<QComboBox>(form, "cboRicorrenza"), Qt::Key_Home);
     for (int row = 0; row < (hourly_ ? 1 : 2); ++row)
         QTest::keyClick(&Part<QComboBox>(form, "cboRicorrenza"), Qt::Key_Down);
@@ -369,9 +373,15 @@ void Editing::FillSchedule(frmDettaglio& form)
     fillTime("mskOrario", "0830");
     if (hourly_) {
         fillTime("mskValore", "0130");
+        interval_ = " 5400";
         return;
     }
-    Fill(form, "mskValore");
+    const QString text = Fill(form, "mskValore");
+    if (!text.isEmpty() && text.front().isLetter()) {
+        interval_ = " 0";
+        return;
+    }
+    interval_ = " 259200";
     QTest::keyClick(&Part<QLineEdit>(form, "mskValore"), Qt::Key_Home);
     QTest::keyClicks(&Part<QLineEdit>(form, "mskValore"), "3 giorni");
 }
@@ -427,7 +437,7 @@ void Editing::WriteSite()
         {"Parita", "N"},
         {"Stop", "1"},
         {"Ricorrenza", hourly_ ? "-1" : "-2"},
-        {"Ogni", hourly_ ? " 5400" : " 259200"},
+        {"Ogni", interval_},
         {"Ora", "08:30 21/11/2026"},
         {"AggData", "0"},
         {"AggOra", "0"},
