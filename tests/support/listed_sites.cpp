@@ -1,6 +1,7 @@
 #include "tests/support/listed_sites.h"
 
 #include "app/frmSiti.h"
+#include "config/site_list.h"
 #include "tests/support/page_text.h"
 #include "tests/support/reference_profile.h"
 
@@ -24,6 +25,14 @@ QStringList ListedSites(const frmSiti& list)
     QStringList listed;
     for (const SiteRow& row : list.Sites())
         listed.append(Entry(QString::fromStdString(row.code), QString::fromStdString(row.name)));
+    return listed;
+}
+
+QStringList ListedSites(ProfileFile& file)
+{
+    QStringList listed;
+    for (const ListedSite& site : ListSites(file))
+        listed.append(Entry(QString::fromStdString(site.code), QString::fromStdString(site.name)));
     return listed;
 }
 

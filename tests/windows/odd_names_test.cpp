@@ -514,6 +514,7 @@ void Editing::CompareField(frmDettaglio& form, const char* field, const char* ke
 
 void Editing::LookAtIt()
 {
+    QCOMPARE(ListedSites(*window_.Settings()), ListedSites(profile_)); // also of the next start
     const QByteArray before = window_.File();
     {
         const ModalVisit<frmDettaglio> editor([this](frmDettaglio& form) {
@@ -547,7 +548,7 @@ void Editing::RemoveIt()
     CompareFile();
 }
 
-// What the next start of the program will list.
+// What the next start of the program will show.
 void Editing::CompareWithANewList()
 {
     SiteWindow anew(profile_.Bytes());
