@@ -20,8 +20,8 @@ void LocaliseDialog(QWidget& window);
 // second go by, and then clicks, whatever has been pressed meanwhile and lies in front of the window by now.
 void ClickAtOnce(QWidget& window);
 
-// Tab leads to the chosen one of a group of option buttons, also where the program has chosen it. By itself Qt
-// leads to the first one until the focus has been in the group.
+// Tab leads to the chosen one of a group of option buttons, also where the program has chosen it. By itself
+// Qt leads to the first one until the focus has been in the group.
 void TabToChosenOption(QWidget& window);
 
 // Puts the window, at its final size, into the middle of the screen that holds its parent (else the primary
