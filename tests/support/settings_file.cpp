@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <random>
+#include <sstream>
 #include <system_error>
 
 namespace corvrec
@@ -42,8 +42,9 @@ SettingsFile::~SettingsFile()
 
 std::string SettingsFile::Bytes() const
 {
-    std::ifstream file(Path(), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    std::ostringstream bytes;
+    bytes << std::ifstream(Path(), std::ios::binary).rdbuf(); // whole blocks: it is asked for very often
+    return bytes.str();
 }
 
 bool SettingsFile::Exists() const
