@@ -11,7 +11,6 @@
 #include "widgets/qt_text.h"
 
 #include <QKeyEvent>
-#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -90,8 +89,7 @@ bool frmSiti::Load()
 
 void frmSiti::LoadEditor()
 {
-    if (!editor_)
-        editor_ = std::make_unique<frmDettaglio>(environment_, *this, this);
+    editor_ = std::make_unique<frmDettaglio>(environment_, *this, this);
 }
 
 void frmSiti::RefreshGrid()
@@ -166,24 +164,16 @@ bool frmSiti::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
-void frmSiti::paintEvent(QPaintEvent* event)
-{
-    QWidget::paintEvent(event);
-    if (!editor_)
-        QTimer::singleShot(0, this, &frmSiti::LoadEditor); // the list is seen the sooner
-}
-
 void frmSiti::cmdAggiungi_Click()
 {
-    frmDettaglio& editor = Editor();
-    editor.InitFormDettagli();
-    editor.SetNuovo(true);
-    editor.SelectTab(0);
-    editor.SetAbilitato(true);
-    editor.exec();
-    if (editor.Cancel())
+    editor_->InitFormDettagli();
+    editor_->SetNuovo(true);
+    editor_->SelectTab(0);
+    editor_->SetAbilitato(true);
+    editor_->exec();
+    if (editor_->Cancel())
         return;
-    sites_.Append(editor.Row());
+    sites_.Append(editor_->Row());
     FitColumns();
     EnableCommands();
     sites_.Refresh();
@@ -211,19 +201,18 @@ void frmSiti::cmdProperties_Click()
 {
     if (CurrentRow() < 0) // as above
         return;
-    frmDettaglio& editor = Editor();
-    editor.InitFormDettagli();
-    editor.SetNuovo(false);
-    editor.SelectTab(0);
-    editor.EnableIdentity(false);
-    editor.MostraDati(SelectedSite());
-    editor.exec();
-    if (!editor.Cancel()) {
-        const SiteRow edited = editor.Row();
+    editor_->InitFormDettagli();
+    editor_->SetNuovo(false);
+    editor_->SelectTab(0);
+    editor_->EnableIdentity(false);
+    editor_->MostraDati(SelectedSite());
+    editor_->exec();
+    if (!editor_->Cancel()) {
+        const SiteRow edited = editor_->Row();
         sites_.SetState(CurrentRow(), edited.enabled, edited.schedule);
         FitColumns();
     }
-    editor.EnableIdentity(true);
+    editor_->EnableIdentity(true);
 }
 
 void frmSiti::cmdChiudi_Click()
@@ -233,12 +222,6 @@ void frmSiti::cmdChiudi_Click()
         return;
     }
     close();
-}
-
-frmDettaglio& frmSiti::Editor()
-{
-    LoadEditor();
-    return *editor_;
 }
 
 int frmSiti::CurrentRow() const

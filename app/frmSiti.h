@@ -34,7 +34,7 @@ public:
     // port: the program ends then.
     [[nodiscard]] bool Load();
 
-    // Creates the site editor, hidden, unless it is there. Showing the list does so, behind its first paint.
+    // Creates the site editor, hidden.
     void LoadEditor();
 
     // Makes the grid read the site array again.
@@ -55,7 +55,6 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
 
 private:
     void cmdAggiungi_Click();
@@ -63,7 +62,6 @@ private:
     void cmdProperties_Click();
     void cmdChiudi_Click();
 
-    frmDettaglio& Editor();
     int CurrentRow() const; // -1: none
     void SetCurrentRow(int row);
     void EnableCommands();

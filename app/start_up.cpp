@@ -34,6 +34,7 @@ int RunEditor(QApplication& application, const Environment& environment)
     frmSiti list(environment);
     if (!list.Load())
         return 1;
+    list.LoadEditor();
     list.RefreshGrid();
     list.show();
     return QApplication::exec();

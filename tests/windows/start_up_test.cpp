@@ -3,7 +3,6 @@
 #include "editor/environment.h"
 #include "editor/frmModem.h"
 #include "tests/support/message_probe.h"
-#include "tests/support/modal_visit.h"
 #include "tests/support/site_window.h"
 
 #include <QComboBox>
@@ -34,18 +33,16 @@ public:
     const SettingsFile& Settings() const { return settings_; }
     std::filesystem::path Catalogue() const { return settings_.Directory() / "modem.dat"; }
 
-    Environment World() { return {settings_.Directory(), *settings_, clock_, events_, {}}; }
+    int Run() { return RunEditor(*qApp, {settings_.Directory(), *settings_, clock_, events_, {}}); }
 
-    int Run() { return RunEditor(*qApp, World()); }
-
-    // Runs the program and looks at it once the list is painted, which loads the editor; then closes it.
+    // Runs the program and looks at it once the list is shown; then closes it.
     int Run(const std::function<void(frmSiti&)>& look)
     {
         QTimer timer;
         QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
             for (QWidget* const window : QApplication::topLevelWidgets()) {
                 auto* const list = qobject_cast<frmSiti*>(window);
-                if (list == nullptr || list->findChild<frmDettaglio*>() == nullptr)
+                if (list == nullptr || !list->isVisible())
                     continue;
                 timer.stop();
                 look(*list);
@@ -105,7 +102,6 @@ private slots:
     static void everyWindowHasTheProgramsIcon();
     static void theGuideDoesNotKeepTheProgramRunning();
     static void editorIsThereBeforeASiteIsOpened();
-    static void aSiteOpenedBeforeTheListIsPaintedFindsTheEditor();
     static void fileWithoutComEndsTheProgramUnseen_data();
     static void fileWithoutComEndsTheProgramUnseen();
     static void theGuideCanBeReadBesideTheMessage();
@@ -173,24 +169,6 @@ void start_up_test::editorIsThereBeforeASiteIsOpened()
         QCOMPARE(SiteWindow::Part<QComboBox>(list, "cboTipoConn").count(), 6);
         QCOMPARE(QString::fromStdString(list.SelectedSite()), "A");
     });
-}
-
-void start_up_test::aSiteOpenedBeforeTheListIsPaintedFindsTheEditor()
-{
-    Place place;
-    place.Settings().Rewrite(SettingsWith({"A"}));
-    frmSiti list(place.World());
-    QVERIFY(list.Load());
-    list.RefreshGrid();
-    QString code;
-    const ModalVisit<frmDettaglio> editor([&code](frmDettaglio& form) {
-        code = SiteWindow::Part<QLineEdit>(form, "txtCodice").text();
-        form.reject();
-    });
-
-    SiteWindow::Part<QPushButton>(list, "cmdProperties").click();
-
-    QCOMPARE(code, "A");
 }
 
 void start_up_test::fileWithoutComEndsTheProgramUnseen_data()
