@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QKeyEvent>
 
 namespace corvrec
 {
@@ -22,6 +23,26 @@ QIcon ProgramIcon()
     return icon;
 }
 
+// Enter and Escape act once, however long they are held: what they bring to the front is not answered by the
+// key's repeats. A site would be saved that nobody has looked at, or changes thrown away.
+class HeldKeys : public QObject
+{
+public:
+    explicit HeldKeys(QApplication& application) { application.installEventFilter(this); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::KeyPress) {
+            const auto* const press = static_cast<const QKeyEvent*>(event);
+            const int key = press->key();
+            if (press->isAutoRepeat() &&
+                (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape))
+                return true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
 } // namespace
 
 int RunEditor(QApplication& application, const Environment& environment)
@@ -31,6 +52,7 @@ int RunEditor(QApplication& application, const Environment& environment)
     // Under Wayland the desktop takes the icon from the desktop entry of this name.
     QApplication::setDesktopFileName(QStringLiteral("org.corvanerecorder.CorvrecConfig"));
     const Guide guide(application);
+    const HeldKeys heldKeys(application);
     frmSiti list(environment);
     if (!list.Load())
         return 1;

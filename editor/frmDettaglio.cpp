@@ -6,6 +6,7 @@
 #include "comm/line_settings.h"
 #include "comm/serial_port.h"
 #include "config/clock.h"
+#include "config/code_page.h"
 #include "config/conversions.h"
 #include "config/profile_file.h"
 #include "config/section.h"
@@ -26,6 +27,7 @@
 #include "widgets/selections.h"
 
 #include <QFocusEvent>
+#include <QHideEvent>
 #include <QShortcut>
 #include <QShowEvent>
 
@@ -83,6 +85,12 @@ bool IsWithinWindow(const QFocusEvent& event)
 {
     return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason &&
            event.reason() != Qt::MenuBarFocusReason;
+}
+
+// As the file will hold the text: two that differ in characters outside its code page become one there.
+QString AsStored(const QString& text)
+{
+    return ToQt(Utf8FromCp1252(Cp1252FromUtf8(ToStd(text))));
 }
 
 } // namespace
@@ -216,9 +224,10 @@ bool frmDettaglio::SitoUnivoco(const QString& strNomeSito, const QString& strCod
     if (!nuovo_)
         return true;
     const auto isTaken = [this](const QString& text, std::string SiteRow::*column) {
-        const QString upper = UpperCase(text);
-        return std::ranges::any_of(list_.Sites(),
-                                   [&](const SiteRow& row) { return UpperCase(ToQt(row.*column)) == upper; });
+        const QString upper = UpperCase(AsStored(text));
+        return std::ranges::any_of(list_.Sites(), [&](const SiteRow& row) {
+            return UpperCase(AsStored(ToQt(row.*column))) == upper;
+        });
     };
     return !isTaken(strNomeSito, &SiteRow::name) && !isTaken(strCodSito, &SiteRow::code);
 }
@@ -254,6 +263,14 @@ void frmDettaglio::showEvent(QShowEvent* event)
     QDialog::showEvent(event);
     if (!event->spontaneous())
         FocusFirst(*this);
+}
+
+// Left, by whatever way, an empty field gets its letter: the next site may find it disabled.
+void frmDettaglio::hideEvent(QHideEvent* event)
+{
+    for (QLineEdit* const field : {ui_->txtXon, ui_->txtXoff})
+        Field_LostFocus(field);
+    QDialog::hideEvent(event);
 }
 
 bool frmDettaglio::eventFilter(QObject* watched, QEvent* event)
@@ -566,9 +583,9 @@ bool frmDettaglio::SharingFilesAccepted()
 
 SiteFiles frmDettaglio::Files() const
 {
-    return {.data = ToStd(ui_->txtDati->text()),
-            .exchange = ToStd(ui_->txtDati2->text()),
-            .history = ToStd(ui_->txtStorico->text())};
+    return {.data = ToStd(AsStored(ui_->txtDati->text())),
+            .exchange = ToStd(AsStored(ui_->txtDati2->text())),
+            .history = ToStd(AsStored(ui_->txtStorico->text()))};
 }
 
 void frmDettaglio::Save()

@@ -1,5 +1,6 @@
 // The only place where the editor's controls and the site record meet, in the order in which a site is
 // loaded.
+#include "config/section.h"
 #include "config/site_list.h"
 #include "editor/frmDettaglio.h"
 #include "editor/frmFileAvanzate.h"
@@ -18,7 +19,8 @@ namespace
 
 void ShowFlowCharacter(const std::optional<FlowCharacter>& character, QCheckBox& box, QLineEdit& field)
 {
-    if (!character)
+    // A line break cannot stand in a field: like a missing key.
+    if (!character || WithoutLineBreaks(character->text).empty())
         return;
     box.setChecked(character->control);
     field.setText(ToQt(character->text));

@@ -55,6 +55,8 @@ private slots:
     static void leavingTheCodeTrimsAndRaisesIt();
     static void leavingTheNameTrimsIt();
     static void leavingAnEmptyXonOrXoffPutsItsLetterBack();
+    static void leavingTheWindowPutsTheLettersBack_data();
+    static void leavingTheWindowPutsTheLettersBack();
     static void clickOnAnotherControlIsLeaving();
     static void anotherProgramInFrontIsNotLeaving();
     static void contextMenuIsNotLeaving();
@@ -293,6 +295,41 @@ void frmDettaglio_keys_test::leavingAnEmptyXonOrXoffPutsItsLetterBack()
     window.Press(Qt::Key_Tab);
 
     QCOMPARE(window.Shows("txtXon"), "W");
+}
+
+void frmDettaglio_keys_test::leavingTheWindowPutsTheLettersBack_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("letter");
+    QTest::addColumn<bool>("byFrame");
+    for (const bool byFrame : {false, true}) {
+        QTest::addRow("txtXon %d", byFrame) << "txtXon"
+                                            << "Q" << byFrame;
+        QTest::addRow("txtXoff %d", byFrame) << "txtXoff"
+                                             << "S" << byFrame;
+    }
+}
+
+// A site whose line has no such characters finds the fields disabled, and could not be saved.
+void frmDettaglio_keys_test::leavingTheWindowPutsTheLettersBack()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, letter);
+    QFETCH(bool, byFrame);
+    EditorWindow window(SettingsWith({}));
+    window.Add();
+    window.Pick("cboHandS", 1);
+    window.Retype(qPrintable(field), "");
+    if (byFrame)
+        window.Editor().close();
+    else
+        window.Press(Qt::Key_Escape);
+    QVERIFY(!window.Editor().isVisible());
+
+    window.Add();
+
+    QCOMPARE(window.Shows(qPrintable(field)), letter);
+    QVERIFY(!window.Field(qPrintable(field)).isEnabled());
 }
 
 void frmDettaglio_keys_test::clickOnAnotherControlIsLeaving()

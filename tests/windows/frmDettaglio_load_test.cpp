@@ -182,6 +182,8 @@ void frmDettaglio_load_test::flowCharacters_data()
         QTest::newRow(qPrintable("'" + stored + "'"))
             << stored << vector["skip"].toBool() << vector["box"].toBool() << vector["field"].toString();
     }
+    for (const char* const lineBreak : {"-51", "-54"})
+        QTest::newRow(lineBreak) << lineBreak << true << true << "";
 }
 
 void frmDettaglio_load_test::flowCharacters()

@@ -106,6 +106,8 @@ private slots:
     static void existingSiteIsNeverCompared();
     static void uniqueness_data();
     static void uniqueness();
+    static void textsThatTheFileCannotTellApartAreTaken_data();
+    static void textsThatTheFileCannotTellApartAreTaken();
 
     static void startTime_data();
     static void startTime();
@@ -129,6 +131,7 @@ private slots:
     static void collisionRefusedLeavesTheFile_data();
     static void collisionRefusedLeavesTheFile();
     static void collisionAcceptedSaves();
+    static void filesCollideAsTheFileHoldsThem();
     static void collisions_data();
     static void collisions();
 };
@@ -236,6 +239,40 @@ void frmDettaglio_ok_test::uniqueness()
     const bool unique = editor.SitoUnivoco(vector["name"].toString(), vector["code"].toString());
 
     QCOMPARE(unique, vector["out"].toBool());
+}
+
+void frmDettaglio_ok_test::textsThatTheFileCannotTellApartAreTaken_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<bool>("unique");
+    QTest::newRow("the same name in the file") << "Sede Ж"
+                                               << "C2" << false;
+    QTest::newRow("the same code in the file") << "Nord"
+                                               << "Ć1" << false;
+    QTest::newRow("what the file holds of the code") << "Nord"
+                                                     << "?1" << false;
+    QTest::newRow("what the file holds of the name") << "sede ?"
+                                                     << "C2" << false;
+    QTest::newRow("characters of the page") << "Sede à"
+                                            << "Ð1" << true;
+}
+
+// Outside the code page every character becomes a question mark: a second such site would be written over the
+// first.
+void frmDettaglio_ok_test::textsThatTheFileCannotTellApartAreTaken()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, code);
+    QFETCH(bool, unique);
+    const FixedList list({{.name = "Sede Č", .code = "Č1", .enabled = 1, .schedule = ""}});
+    SettingsFile settings;
+    FakeClock clock;
+    QtEventPump events(clock);
+    frmDettaglio editor({settings.Directory(), *settings, clock, events, {}}, list);
+    editor.SetNuovo(true);
+
+    QCOMPARE(editor.SitoUnivoco(name, code), unique);
 }
 
 void frmDettaglio_ok_test::startTime_data()
@@ -564,6 +601,18 @@ void frmDettaglio_ok_test::collisionAcceptedSaves()
     QVERIFY(!window.Editor().isVisible());
     QVERIFY(!window.Editor().Cancel());
     QCOMPARE(QString::fromStdString(window.Settings().Line("RM", "Dati")), "Dati=C:\\Dati\\A.txt");
+}
+
+void frmDettaglio_ok_test::filesCollideAsTheFileHoldsThem()
+{
+    EditorWindow window("[Siti]\r\nA=Sito A\r\n[General]\r\nCom=COM2\r\n[A]\r\nStorico=C:\\?.txt\r\n");
+    AddComplete(window);
+    window.Field("txtStorico").setText("C:\\Ж.txt");
+    MessageProbe question(Qt::Key_Escape);
+
+    window.Click("OK");
+
+    QCOMPARE(question.text(), CollisionWith("Sito A"));
 }
 
 void frmDettaglio_ok_test::collisions_data()

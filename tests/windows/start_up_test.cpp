@@ -1,12 +1,15 @@
 // The program's run from its start to its end, over good, bad and missing files.
 #include "app/start_up.h"
 #include "editor/environment.h"
+#include "editor/frmFileAvanzate.h"
 #include "editor/frmModem.h"
 #include "tests/support/message_probe.h"
+#include "tests/support/modal_visit.h"
 #include "tests/support/site_window.h"
 
 #include <QComboBox>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -91,6 +94,13 @@ bool IsGuideShown()
     });
 }
 
+// What the keyboard sends while a key is held.
+void PressAgain(QWidget& window, Qt::Key key)
+{
+    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+    QApplication::sendEvent(window.focusWidget(), &press);
+}
+
 } // namespace
 
 class start_up_test : public QObject
@@ -102,6 +112,7 @@ private slots:
     static void everyWindowHasTheProgramsIcon();
     static void theGuideDoesNotKeepTheProgramRunning();
     static void editorIsThereBeforeASiteIsOpened();
+    static void heldKeyActsOnce();
     static void fileWithoutComEndsTheProgramUnseen_data();
     static void fileWithoutComEndsTheProgramUnseen();
     static void theGuideCanBeReadBesideTheMessage();
@@ -169,6 +180,33 @@ void start_up_test::editorIsThereBeforeASiteIsOpened()
         QCOMPARE(SiteWindow::Part<QComboBox>(list, "cboTipoConn").count(), 6);
         QCOMPARE(QString::fromStdString(list.SelectedSite()), "A");
     });
+}
+
+void start_up_test::heldKeyActsOnce()
+{
+    Place place;
+    place.Settings().Rewrite(SettingsWith({"A"}));
+
+    place.Run([](frmSiti& list) {
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        const ModalVisit<frmDettaglio> editor([](frmDettaglio& window) {
+            PressAgain(window, Qt::Key_Return); // would press OK
+            QVERIFY(window.isVisible());
+            const ModalVisit<frmFileAvanzate> alerts([&window](frmFileAvanzate& dialog) {
+                QTest::keyClick(&dialog, Qt::Key_Escape);
+                QVERIFY(!dialog.isVisible());
+                PressAgain(window, Qt::Key_Escape);
+                QVERIFY(window.isVisible());
+            });
+            SiteWindow::Part<QPushButton>(window, "cmdFileAvanzate").click();
+            QTest::keyClick(&window, Qt::Key_Escape);
+        });
+        QTest::keyClick(&SiteWindow::Part<QTableView>(list, "dgrdGrigliaSiti"), Qt::Key_Return);
+        PressAgain(list, Qt::Key_Return); // would open the site again
+        QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
+    });
+
+    QCOMPARE(place.Settings().Bytes(), SettingsWith({"A"}));
 }
 
 void start_up_test::fileWithoutComEndsTheProgramUnseen_data()
