@@ -555,6 +555,14 @@ void Editing::CompareWithANewList()
     QCOMPARE(ListedSites(anew.List()), ListedSites(profile_));
 }
 
+// How many of the texts each field gets, if the environment does not say otherwise.
+std::size_t Cases(std::size_t otherwise)
+{
+    bool given = false;
+    const int cases = qEnvironmentVariableIntValue("CORVREC_ODD_NAME_CASES", &given);
+    return given ? static_cast<std::size_t>(cases) : otherwise;
+}
+
 } // namespace
 
 class odd_names_test : public QObject
@@ -579,10 +587,9 @@ private slots:
 void odd_names_test::everyFieldTakesEveryText_data()
 {
     QTest::addColumn<std::size_t>("first");
-    bool given = false;
-    const int cases = qEnvironmentVariableIntValue("CORVREC_ODD_NAME_CASES", &given);
-    const std::size_t all = given ? static_cast<std::size_t>(cases) : CORVREC_ODD_NAME_CASES;
+    const std::size_t all = Cases(CORVREC_ODD_NAME_CASES);
     // Two processes share them; without a word about it, all.
+    bool given = false;
     const int half = qEnvironmentVariableIntValue("CORVREC_ODD_NAME_HALF", &given);
     const std::size_t step = given ? 2 * kCasesOfARow : kCasesOfARow;
     for (std::size_t first = half == 1 ? kCasesOfARow : 0; first < all; first += step)
@@ -615,13 +622,14 @@ void odd_names_test::everyFieldTakesEveryText()
 // Line breaks and NULs never get that far. Other control characters are the user's own.
 void odd_names_test::theModemGetsOneLineForEachCommand()
 {
+    const std::size_t cases = Cases(kTexts);
     Texts texts;
     frmModem form{std::filesystem::path()};
     const auto enter = [&](const char* field, std::size_t number) {
         Enter(Part<QLineEdit>(form, field), texts.For(number), texts.WayFor(number));
         return PageBytes(Held(texts.For(number), texts.WayFor(number), Takes::anyText));
     };
-    for (std::size_t turn = 0; turn < kTexts; ++turn) {
+    for (std::size_t turn = 0; turn < cases; ++turn) {
         texts.Turn(turn);
         const std::string reset = Command(enter("txtStringaReset", 0)) + "\r";
         const std::string init = Command(enter("txtStringaInit", 1)) + "\r";
@@ -649,10 +657,11 @@ void odd_names_test::theDevicesDateAndTimeKeepTheirForm()
 {
     static const QRegularExpression kDate("^[0-9_]{2}/[0-9_]{2}/[0-9_]{2}$");
     static const QRegularExpression kTime("^[0-9_]{2}:[0-9_]{2}$");
+    const std::size_t cases = Cases(kTexts);
     Texts texts;
     BufferWindow window;
     window.Open();
-    for (std::size_t turn = 0; turn < kTexts; ++turn) {
+    for (std::size_t turn = 0; turn < cases; ++turn) {
         texts.Turn(turn);
         Enter(window.Field("mskData"), texts.For(0), texts.WayFor(0));
         Enter(window.Field("mskOra"), texts.For(1), texts.WayFor(1));
