@@ -76,6 +76,8 @@ void frmConnessione::Run()
     else if (azione_ == kDisconnect)
         CloseModem();
     alive_.stop();
+    if (errModem_) // also where the port has gone meanwhile, and no wait has seen the flag
+        SetCancel(false);
     if (azione_ == kConnect || azione_ == kDisconnect)
         hide();
 }

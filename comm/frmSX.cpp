@@ -243,7 +243,9 @@ void frmSX::ShowStatus(const std::string& reply)
         return;
     const DateTime now = clock_.Now();
     const auto show = [&now](QLabel& label, const Field& field) {
-        label.setText(ToQt(ShownText(field, now, TextInUtf8)));
+        QString shown = ToQt(ShownText(field, now, TextInUtf8));
+        // Each line of a label would make the window grow, for good.
+        label.setText(shown.replace('\r', ' ').replace('\n', ' '));
     };
     show(*ui_->lblMemoria, status->memoria);
     show(*ui_->lblCondizione, status->condizione);

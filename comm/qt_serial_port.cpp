@@ -136,6 +136,10 @@ void QtSerialPort::Close() noexcept
     received_.clear();
     if (!port_.isOpen())
         return;
+    // A device that has stopped us (XOFF, CTS) and never lets us go on would keep the system's closing
+    // waiting, half a minute by default.
+    if (!isLost_)
+        port_.setFlowControl(QSerialPort::NoFlowControl);
     // Each wait is for a part; a line that takes nothing ends it.
     while (!isLost_ && port_.bytesToWrite() > 0 && port_.waitForBytesWritten(kSendBeforeCloseMs)) {
     }
@@ -180,8 +184,10 @@ void QtSerialPort::Output(std::string_view bytes)
 void QtSerialPort::ClearInput()
 {
     received_.clear();
-    if (IsOpen())
-        port_.clear(QSerialPort::Input);
+    if (!IsOpen())
+        return;
+    port_.clear(QSerialPort::Input);
+    port_.readAll(); // Qt listens no more once its buffer is full, until it is read
 }
 
 void QtSerialPort::ClearOutput()

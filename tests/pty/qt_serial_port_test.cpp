@@ -79,6 +79,25 @@ private:
     std::string bytes_;
 };
 
+// Answers the first byte with more than any buffer holds, and each other one with a letter.
+class Flooder final : public lab::LineDevice
+{
+public:
+    void Receive(std::string_view bytes, std::int64_t /*nowMs*/) override
+    {
+        if (!bytes.empty())
+            answer_ = std::exchange(length_, 1);
+    }
+    std::string Send(std::int64_t /*nowMs*/) override { return std::string(std::exchange(answer_, 0), 'x'); }
+    [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override { return std::nullopt; }
+    void Disconnect() override {}
+    [[nodiscard]] bool IsGone() const override { return false; }
+
+private:
+    std::size_t length_ = 3000;
+    std::size_t answer_ = 0;
+};
+
 // Tells when so many bytes have come, whatever the thread of the port is doing.
 class Listener final : public lab::LineDevice
 {
@@ -104,6 +123,31 @@ private:
     std::size_t count_;
     std::promise<std::string>* heard_;
     std::string bytes_;
+};
+
+// Answers the first byte with a letter and XOFF, and never lets the line go on. Tells when four bytes have
+// come.
+class Stopper final : public lab::LineDevice
+{
+public:
+    explicit Stopper(std::promise<std::string>& heard)
+        : listener_(4, heard)
+    {
+    }
+
+    void Receive(std::string_view bytes, std::int64_t nowMs) override
+    {
+        listener_.Receive(bytes, nowMs);
+        answer_.Receive(bytes, nowMs);
+    }
+    std::string Send(std::int64_t nowMs) override { return answer_.Send(nowMs); }
+    [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override { return std::nullopt; }
+    void Disconnect() override {}
+    [[nodiscard]] bool IsGone() const override { return false; }
+
+private:
+    Listener listener_;
+    OneAnswer answer_{"x\x13"};
 };
 
 // The bytes, or none when they do not come.
@@ -186,6 +230,8 @@ private slots:
     static void carrierIsNotHeld();
     static void softwareHandshakeSwallowsItsCharacters();
 
+    static void closingFreesAStoppedLine();
+    static void hearsAByteBehindAClearedFlood();
     static void restsWhileNothingComes();
     static void restsWhileNulsCome();
     static void cancelEndsTheRest();
@@ -513,6 +559,42 @@ void qt_serial_port_test::softwareHandshakeSwallowsItsCharacters()
 
     QCOMPARE(CountOf(port, 2), 2);
     QCOMPARE(port.Input(), "ab");
+}
+
+// What the device has stopped leaves before the port closes, which would wait for it otherwise.
+void qt_serial_port_test::closingFreesAStoppedLine()
+{
+    std::promise<std::string> heard;
+    const RunningLab lab(std::make_unique<Stopper>(heard), kPort);
+    QtSerialPort port;
+    port.Configure(Settings(kPort, "9600,N,8,1", 1));
+    port.Open();
+    port.Output("?");
+    QCOMPARE(CountOf(port, 1), 1); // and the XOFF with it
+    port.Output("+++");
+    QVERIFY(port.IsOpen());
+
+    port.Close();
+
+    QCOMPARE(Heard(heard), "?+++");
+}
+
+void qt_serial_port_test::hearsAByteBehindAClearedFlood()
+{
+    const RunningLab lab(std::make_unique<Flooder>(), kPort);
+    RealLine line;
+    line.port.Open();
+    line.port.Output("?");
+    QTRY_COMPARE(line.port.InBufferCount(), 1024);
+    QTest::qWait(50); // and Qt's own buffer is full
+    line.port.ClearInput();
+    line.port.Output("?");
+
+    const std::int64_t start = line.clock.TickMs();
+    std::string reply;
+    QCOMPARE(line.wait.ForCount(10'000, 1, reply), Wait::success);
+
+    QVERIFY(line.clock.TickMs() - start < 5000);
 }
 
 void qt_serial_port_test::restsWhileNothingComes()

@@ -109,6 +109,7 @@ private slots:
     static void lostPortIsSilence_data();
     static void lostPortIsSilence();
 
+    static void portLostWhileItIsCancelledLeavesNoFlag();
     static void cancellingACallShowsNothing_data();
     static void cancellingACallShowsNothing();
     static void dialogStaysUntilTheWaitHasEnded();
@@ -337,6 +338,21 @@ void frmConnessione_test::lostPortIsSilence()
     QCOMPARE(window.Journal().last(), "400 ClearInput");
     QVERIFY(window.dialog.ErrModem());
     QVERIFY(!window.dialog.isVisible());
+}
+
+void frmConnessione_test::portLostWhileItIsCancelledLeavesNoFlag()
+{
+    Fixture window;
+    window.line.pump.At(400, [&] {
+        QTest::mouseClick(&window.Button(), Qt::LeftButton);
+        window.line.port.Lose();
+    });
+    MessageProbe message(Qt::Key_Return);
+
+    window.Run(1);
+
+    QVERIFY(window.dialog.ErrModem());
+    QVERIFY(!window.dialog.Cancel()); // the next request would end as cancelled
 }
 
 void frmConnessione_test::cancellingACallShowsNothing_data()
