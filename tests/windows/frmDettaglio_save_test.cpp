@@ -81,6 +81,7 @@ private slots:
     static void emptyFlowCharacterStopsTheSave();
     static void stoppedSaveCanBeCompleted();
     static void stoppedSaveCanBeLeft();
+    static void stoppedSaveOfAnExistingSiteCanBeLeft();
     static void noScheduleChosenWritesNoSchedule();
 };
 
@@ -484,6 +485,28 @@ void frmDettaglio_save_test::stoppedSaveCanBeLeft()
     QVERIFY(!window.Editor().isVisible());
     QVERIFY(window.Editor().Cancel());
     QCOMPARE(window.File(), SavedUpTo("Dispositivo"));
+}
+
+// The site keeps its place in the list, and of its section what was written until then.
+void frmDettaglio_save_test::stoppedSaveOfAnExistingSiteCanBeLeft()
+{
+    EditorWindow window(SettingsWith({"A", "B"}));
+    const std::string other = window.Settings().Line("B", "Dati");
+    window.Open();
+    window.Choice("cboParita").setCurrentIndex(-1);
+    {
+        MessageProbe box(Qt::Key_Return);
+        window.Click("OK");
+    }
+
+    window.Click("Annulla");
+
+    QVERIFY(window.Editor().Cancel());
+    QCOMPARE(Stored(window, "A", "Siti"), "A=Sito A");
+    QCOMPARE(Stored(window, "Dispositivo", "A"), "Dispositivo=COM");
+    QCOMPARE(Stored(window, "Parita", "A"), "");
+    QCOMPARE(Stored(window, "Dati", "A"), "");
+    QCOMPARE(window.Settings().Line("B", "Dati"), other);
 }
 
 void frmDettaglio_save_test::noScheduleChosenWritesNoSchedule()

@@ -40,6 +40,7 @@ private slots:
 
     static void portThatCannotBeOpenedIsReported_data();
     static void portThatCannotBeOpenedIsReported();
+    static void portLostMeanwhileIsReported();
     static void nextPressTriesToOpenAgain();
 
     static void dialsFirst();
@@ -183,6 +184,22 @@ void frmSX_clock_test::portThatCannotBeOpenedIsReported()
     QCOMPARE(message.icon(), QMessageBox::Warning);
     QCOMPARE(message.buttons(), QStringList({"OK"}));
     QCOMPARE(window.Journal(), QStringList({"0 Close", "0 Open"}));
+    QCOMPARE(window.Enabled(), kAllButtons);
+    QCOMPARE(window.Busy(), QStringList());
+}
+
+void frmSX_clock_test::portLostMeanwhileIsReported()
+{
+    BufferWindow window;
+    window.Open();
+    window.Time().SetDuringSleep([&window] { window.Port().Lose(); });
+    MessageProbe message(Qt::Key_Return);
+
+    window.Click("cmdImpostaDataOra");
+
+    QCOMPARE(message.text(), "Impossibile aprire Com2");
+    QCOMPARE(window.Port().Sent(), "\x0F"
+                                   "1");
     QCOMPARE(window.Enabled(), kAllButtons);
     QCOMPARE(window.Busy(), QStringList());
 }

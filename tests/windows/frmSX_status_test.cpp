@@ -63,6 +63,7 @@ private slots:
     static void labelsOfEachModel();
     static void unknownModelShowsNothing();
     static void markupIsShownAsItStands();
+    static void lineBreaksDoNotMakeTheWindowGrow();
     static void bytesAreShownInCodePage1252();
 
     static void bytesAndCallsInTheirOrder();
@@ -164,6 +165,19 @@ void frmSX_status_test::markupIsShownAsItStands()
     window.Click("cmdStato");
 
     QCOMPARE(window.Shows("lblMemoria"), "<b>1</b");
+}
+
+void frmSX_status_test::lineBreaksDoNotMakeTheWindowGrow()
+{
+    BufferWindow window;
+    window.DeviceReplies("\x02\r\n12\r\n3*");
+    window.Open();
+    const QSize before = window.Window().minimumSizeHint();
+
+    window.Click("cmdStato");
+
+    QCOMPARE(window.Shows("lblMemoria"), "  12  3");
+    QCOMPARE(window.Window().minimumSizeHint().height(), before.height());
 }
 
 void frmSX_status_test::bytesAreShownInCodePage1252()

@@ -16,6 +16,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
+#include <limits>
 
 namespace corvrec
 {
@@ -37,6 +39,18 @@ public:
         calls_.ForgetMade();
         calls_.FailAll("pwrite", error);
         calls_.FailAll("fallocate", error);
+    }
+    // From that call on, counted from now.
+    void RefuseFrom(std::size_t call)
+    {
+        calls_.ForgetMade();
+        calls_.FailFrom(call, ENOSPC);
+    }
+    // The first call behind the one that has made the file shorter.
+    [[nodiscard]] std::size_t CallBehindTheDeletion() const
+    {
+        const auto deletion = std::ranges::find(calls_.Made(), "ftruncate");
+        return static_cast<std::size_t>(deletion - calls_.Made().begin()) + 1;
     }
     void Mend() { calls_.Mend(); }
 
@@ -114,6 +128,7 @@ private slots:
     static void newSiteIsListedAsIfSaved();
     static void removedSiteIsGoneFromTheList_data() { Errors(); }
     static void removedSiteIsGoneFromTheList();
+    static void fullDiskMayTakeTheDeletionAlone();
     static void sameSaveAgainMakesTheSiteWhole();
 };
 
@@ -169,6 +184,35 @@ void refused_writes_test::removedSiteIsGoneFromTheList()
     QVERIFY(window.Attempts() > 0);
     QCOMPARE(window.Rows(), QStringList({"Sito B|B|Sì|Oraria"}));
     QCOMPARE(window.Sites().File(), before);
+}
+
+// The old section goes before the new one is written, and its room is given away: the one case in which a
+// site is lost. Everything else stays.
+void refused_writes_test::fullDiskMayTakeTheDeletionAlone()
+{
+    RefusedWindow rehearsal;
+    {
+        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
+        rehearsal.RefuseFrom(std::numeric_limits<std::size_t>::max());
+        rehearsal.Click("cmdProperties");
+    }
+    RefusedWindow window;
+    SettingsFile without(SettingsWith({"A", "B"}));
+    without->DeleteSection("A");
+    {
+        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
+        window.RefuseFrom(rehearsal.CallBehindTheDeletion());
+        window.Click("cmdProperties");
+    }
+    QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
+    QCOMPARE(window.Sites().File(), QByteArray::fromStdString(without.Bytes()));
+    window.Mend();
+    const ModalVisit<frmDettaglio> editor(PressOk);
+
+    window.Click("cmdProperties"); // with the values of a new site, but for what the window keeps
+
+    QCOMPARE(window.Sites().Settings().Line("A", "Dispositivo"), "Dispositivo=COM");
+    QCOMPARE(window.Sites().Settings().Line("A", "CharToDel"), "CharToDel=00");
 }
 
 void refused_writes_test::sameSaveAgainMakesTheSiteWhole()
