@@ -150,6 +150,29 @@ private:
     OneAnswer answer_{"x\x13"};
 };
 
+// Sends NULs without end once it has been asked.
+class NulFlood final : public lab::LineDevice
+{
+public:
+    void Receive(std::string_view bytes, std::int64_t /*nowMs*/) override
+    {
+        isAsked_ = isAsked_ || !bytes.empty();
+    }
+    std::string Send(std::int64_t /*nowMs*/) override
+    {
+        return isAsked_ ? std::string(4096, '\0') : std::string();
+    }
+    [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override
+    {
+        return isAsked_ ? std::optional<std::int64_t>(0) : std::nullopt;
+    }
+    void Disconnect() override { isAsked_ = false; }
+    [[nodiscard]] bool IsGone() const override { return false; }
+
+private:
+    bool isAsked_ = false;
+};
+
 // The bytes, or none when they do not come.
 std::string Heard(std::promise<std::string>& promise)
 {
@@ -234,6 +257,7 @@ private slots:
     static void hearsAByteBehindAClearedFlood();
     static void restsWhileNothingComes();
     static void restsWhileNulsCome();
+    static void nulsWithoutEndLetTheTimeRunOut();
     static void cancelEndsTheRest();
     static void floodIsBounded();
     static void unpluggedDeviceEndsAWait();
@@ -621,6 +645,19 @@ void qt_serial_port_test::restsWhileNulsCome()
 
     QCOMPARE(reply, "");
     QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
+}
+
+void qt_serial_port_test::nulsWithoutEndLetTheTimeRunOut()
+{
+    const RunningLab lab(std::make_unique<NulFlood>(), kPort);
+    RealLine line;
+    line.port.Open();
+    line.port.Output("?");
+
+    std::string reply;
+    QCOMPARE(line.wait.ForCount(500, 1, reply), Wait::timeOut);
+
+    QCOMPARE(reply, "");
 }
 
 void qt_serial_port_test::cancelEndsTheRest()

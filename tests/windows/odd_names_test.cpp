@@ -389,9 +389,10 @@ void Editing::FillSchedule(frmDettaglio& form)
 bool Editing::IsTaken()
 {
     const auto isTaken = [this](const SiteRow& row) {
-        const auto upper = [](const std::string& text) { return UpperLetters(QString::fromStdString(text)); };
-        return upper(row.name) == UpperLetters(held_.at("txtNomeSito")) ||
-               upper(row.code) == held_.at("txtCodice");
+        // As the file holds them.
+        const auto upper = [](const QString& text) { return UpperLetters(PageText(PageBytes(text))); };
+        return upper(QString::fromStdString(row.name)) == upper(held_.at("txtNomeSito")) ||
+               upper(QString::fromStdString(row.code)) == upper(held_.at("txtCodice"));
     };
     return std::ranges::any_of(window_.List().Sites(), isTaken);
 }
@@ -400,7 +401,7 @@ bool Editing::IsTaken()
 bool Editing::Collides()
 {
     const auto shares = [this](const std::string& code, const char* key, const char* field) {
-        return PageText(profile_.Read(code, key, 100).value_or("")) == held_.at(field);
+        return profile_.Read(code, key, 100).value_or("") == PageBytes(held_.at(field));
     };
     return std::ranges::any_of(window_.List().Sites(), [&](const SiteRow& row) {
         const std::string code = PageBytes(QString::fromStdString(row.code));
