@@ -76,7 +76,8 @@ void frmConnessione::Run()
     else if (azione_ == kDisconnect)
         CloseModem();
     alive_.stop();
-    if (errModem_) // also where the port has gone meanwhile, and no wait has seen the flag
+    if (errModem_) // a port that goes in the middle of a wait leaves it raised, and would end the next
+                   // request too
         SetCancel(false);
     if (azione_ == kConnect || azione_ == kDisconnect)
         hide();

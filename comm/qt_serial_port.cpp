@@ -136,14 +136,20 @@ void QtSerialPort::Close() noexcept
     received_.clear();
     if (!port_.isOpen())
         return;
+    SendRest();
     // A device that has stopped us (XOFF, CTS) and never lets us go on would keep the system's closing
     // waiting, half a minute by default.
     if (!isLost_)
         port_.setFlowControl(QSerialPort::NoFlowControl);
-    // Each wait is for a part; a line that takes nothing ends it.
+    SendRest();
+    port_.close();
+}
+
+// Each wait is for a part; a line that takes nothing ends it.
+void QtSerialPort::SendRest() noexcept
+{
     while (!isLost_ && port_.bytesToWrite() > 0 && port_.waitForBytesWritten(kSendBeforeCloseMs)) {
     }
-    port_.close();
 }
 
 int QtSerialPort::InBufferCount()
@@ -229,17 +235,14 @@ void QtSerialPort::CheckUsable() const
         throw PortError("the port is closed or has gone");
 }
 
-// Takes what Qt and the kernel hold, up to the buffer's size; the rest stays where it is.
+// Takes what Qt holds, or else the kernel, up to the buffer's size; the rest stays where it is, and is an
+// event of its own. Once: a device that sends nothing but NULs shall not keep us here.
 void QtSerialPort::Fill()
 {
-    std::array<char, kBufferSize> bytes{};
-    while (received_.empty()) {
-        // What the kernel holds counts too, though no event has been handled since it came.
-        if (port_.bytesAvailable() == 0 && !port_.waitForReadyRead(0))
-            break;
-        const qint64 count = port_.read(bytes.data(), kBufferSize);
-        if (count <= 0)
-            break;
+    // What the kernel holds counts too, though no event has been handled since it came.
+    if (port_.bytesAvailable() > 0 || port_.waitForReadyRead(0)) {
+        std::array<char, kBufferSize> bytes{};
+        const qint64 count = std::max<qint64>(port_.read(bytes.data(), kBufferSize), 0);
         std::copy_if(bytes.begin(), bytes.begin() + count, std::back_inserter(received_),
                      [](char byte) { return byte != '\0'; });
     }

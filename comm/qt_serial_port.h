@@ -42,6 +42,7 @@ private:
     void NoteError(QSerialPort::SerialPortError error);
     void CheckUsable() const;
     void Fill();
+    void SendRest() noexcept;
 
     LineSettings line_;
     // pinoutSignals() of an open port is a question, but not a const member.

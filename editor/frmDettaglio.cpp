@@ -268,8 +268,10 @@ void frmDettaglio::showEvent(QShowEvent* event)
 // Left, by whatever way, an empty field gets its letter: the next site may find it disabled.
 void frmDettaglio::hideEvent(QHideEvent* event)
 {
-    for (QLineEdit* const field : {ui_->txtXon, ui_->txtXoff})
-        Field_LostFocus(field);
+    if (!event->spontaneous()) {
+        for (QLineEdit* const field : {ui_->txtXon, ui_->txtXoff})
+            Field_LostFocus(field);
+    }
     QDialog::hideEvent(event);
 }
 

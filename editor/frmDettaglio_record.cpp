@@ -19,7 +19,7 @@ namespace
 
 void ShowFlowCharacter(const std::optional<FlowCharacter>& character, QCheckBox& box, QLineEdit& field)
 {
-    // A line break cannot stand in a field: like a missing key.
+    // No field takes a line break: it would stay empty, and the next save would stop at it.
     if (!character || WithoutLineBreaks(character->text).empty())
         return;
     box.setChecked(character->control);

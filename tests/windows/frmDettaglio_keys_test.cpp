@@ -57,6 +57,7 @@ private slots:
     static void leavingAnEmptyXonOrXoffPutsItsLetterBack();
     static void leavingTheWindowPutsTheLettersBack_data();
     static void leavingTheWindowPutsTheLettersBack();
+    static void minimisingIsNotLeaving();
     static void clickOnAnotherControlIsLeaving();
     static void anotherProgramInFrontIsNotLeaving();
     static void contextMenuIsNotLeaving();
@@ -330,6 +331,20 @@ void frmDettaglio_keys_test::leavingTheWindowPutsTheLettersBack()
 
     QCOMPARE(window.Shows(qPrintable(field)), letter);
     QVERIFY(!window.Field(qPrintable(field)).isEnabled());
+}
+
+void frmDettaglio_keys_test::minimisingIsNotLeaving()
+{
+    EditorWindow window(SettingsWith({}));
+    window.Add();
+    window.Pick("cboHandS", 1);
+    window.Retype("txtXon", "");
+    QHideEvent event;
+    QSpontaneKeyEvent::setSpontaneous(&event);
+
+    qApp->notify(&window.Editor(), &event);
+
+    QCOMPARE(window.Shows("txtXon"), "");
 }
 
 void frmDettaglio_keys_test::clickOnAnotherControlIsLeaving()

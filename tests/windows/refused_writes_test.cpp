@@ -50,6 +50,7 @@ public:
     [[nodiscard]] std::size_t CallBehindTheDeletion() const
     {
         const auto deletion = std::ranges::find(calls_.Made(), "ftruncate");
+        QTEST_ASSERT(deletion != calls_.Made().end());
         return static_cast<std::size_t>(deletion - calls_.Made().begin()) + 1;
     }
     void Mend() { calls_.Mend(); }
@@ -128,7 +129,7 @@ private slots:
     static void newSiteIsListedAsIfSaved();
     static void removedSiteIsGoneFromTheList_data() { Errors(); }
     static void removedSiteIsGoneFromTheList();
-    static void fullDiskMayTakeTheDeletionAlone();
+    static void diskThatGoesBehindTheDeletionTakesOneSite();
     static void sameSaveAgainMakesTheSiteWhole();
 };
 
@@ -186,9 +187,9 @@ void refused_writes_test::removedSiteIsGoneFromTheList()
     QCOMPARE(window.Sites().File(), before);
 }
 
-// The old section goes before the new one is written, and its room is given away: the one case in which a
-// site is lost. Everything else stays.
-void refused_writes_test::fullDiskMayTakeTheDeletionAlone()
+// The old section goes before the new one is written, so a disk that goes just then takes the site with it.
+// Everything else stays.
+void refused_writes_test::diskThatGoesBehindTheDeletionTakesOneSite()
 {
     RefusedWindow rehearsal;
     {
