@@ -88,7 +88,12 @@ public:
         if (!bytes.empty())
             answer_ = std::exchange(length_, 1);
     }
-    std::string Send(std::int64_t /*nowMs*/) override { return std::string(std::exchange(answer_, 0), 'x'); }
+    std::string Send(std::int64_t /*nowMs*/) override
+    {
+        std::string bytes;
+        bytes.resize(std::exchange(answer_, 0), 'x');
+        return bytes;
+    }
     [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override { return std::nullopt; }
     void Disconnect() override {}
     [[nodiscard]] bool IsGone() const override { return false; }
