@@ -32,15 +32,37 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        if (event->type() == QEvent::KeyPress) {
-            const auto* const press = static_cast<const QKeyEvent*>(event);
-            const int key = press->key();
-            if (press->isAutoRepeat() &&
-                (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape))
+        switch (event->type()) {
+        case QEvent::KeyRelease:
+            released_ = static_cast<QKeyEvent*>(event)->key();
+            releasedAt_ = static_cast<QKeyEvent*>(event)->timestamp();
+            break;
+        case QEvent::ShortcutOverride:
+        case QEvent::KeyPress:
+            if (IsRepeat(*static_cast<QKeyEvent*>(event))) {
+                event->accept(); // nor is it a shortcut
                 return true;
+            }
+            break;
+        default:
+            break;
         }
         return QObject::eventFilter(watched, event);
     }
+
+private:
+    // Under X11 a repeat is a release and a press of the same time, and Qt does not always know them as such.
+    bool IsRepeat(const QKeyEvent& press) const
+    {
+        const int key = press.key();
+        const bool isSameTime =
+            key == released_ && press.timestamp() != 0 && press.timestamp() == releasedAt_;
+        return (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape) &&
+               (press.isAutoRepeat() || isSameTime);
+    }
+
+    int released_ = 0;
+    quint64 releasedAt_ = 0;
 };
 
 } // namespace

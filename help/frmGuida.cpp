@@ -36,9 +36,7 @@ frmGuida::frmGuida()
     connect(ui_->txtCerca, &QLineEdit::returnPressed, this, &frmGuida::Cerca);
     connect(ui_->txtCerca, &QLineEdit::textEdited, ui_->lblEsito, &QLabel::clear);
 
-    auto* const escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
-    escape->setAutoRepeat(false); // held, it has closed the window in front of this one
-    connect(escape, &QShortcut::activated, this, &frmGuida::close);
+    connect(new QShortcut(QKeySequence(Qt::Key_Escape), this), &QShortcut::activated, this, &frmGuida::close);
     connect(new QShortcut(QKeySequence::FindNext, this), &QShortcut::activated, this, &frmGuida::Cerca);
     connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, ui_->txtCerca, [this] {
         ui_->txtCerca->setFocus();

@@ -9,6 +9,7 @@
 
 #include <QComboBox>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
@@ -101,14 +102,22 @@ bool IsGuideShown()
     return GuideWindow() != nullptr;
 }
 
-// What the keyboard sends while a key is held.
-void PressAgain(QWidget& window, Qt::Key key)
+enum class Repeat { marked, ofTheSameTime };
+
+// What the keyboard sends while a key is held, known to be a repeat or not.
+void PressAgain(QWidget& window, Qt::Key key, Repeat repeat)
 {
-    constexpr bool isRepeated = true;
     QApplication::setActiveWindow(&window);
-    if (!qt_sendShortcutOverrideEvent(window.windowHandle(), 0, key, Qt::NoModifier, QString(), isRepeated))
-        qt_handleKeyEvent(window.windowHandle(), QEvent::KeyPress, key, Qt::NoModifier, QString(),
-                          isRepeated);
+    const bool isMarked = repeat == Repeat::marked;
+    for (const QEvent::Type type : {QEvent::KeyRelease, QEvent::ShortcutOverride, QEvent::KeyPress}) {
+        QKeyEvent event(type, key, Qt::NoModifier, QString(), isMarked);
+        event.setTimestamp(isMarked ? static_cast<quint64>(type) : 4711);
+        if (type == QEvent::ShortcutOverride)
+            qt_sendShortcutOverrideEvent(window.focusWidget(), event.timestamp(), key, Qt::NoModifier,
+                                         QString(), isMarked);
+        else
+            QApplication::sendEvent(window.windowHandle(), &event);
+    }
 }
 
 } // namespace
@@ -122,6 +131,7 @@ private slots:
     static void everyWindowHasTheProgramsIcon();
     static void theGuideDoesNotKeepTheProgramRunning();
     static void editorIsThereBeforeASiteIsOpened();
+    static void heldKeyActsOnce_data();
     static void heldKeyActsOnce();
     static void fileWithoutComEndsTheProgramUnseen_data();
     static void fileWithoutComEndsTheProgramUnseen();
@@ -192,20 +202,28 @@ void start_up_test::editorIsThereBeforeASiteIsOpened()
     });
 }
 
+void start_up_test::heldKeyActsOnce_data()
+{
+    QTest::addColumn<Repeat>("repeat");
+    QTest::newRow("marked as a repeat") << Repeat::marked;
+    QTest::newRow("released and pressed at the same time") << Repeat::ofTheSameTime;
+}
+
 void start_up_test::heldKeyActsOnce()
 {
+    QFETCH(const Repeat, repeat);
     Place place;
     place.Settings().Rewrite(SettingsWith({"A"}));
 
-    place.Run([](frmSiti& list) {
+    place.Run([repeat](frmSiti& list) {
         QVERIFY(QTest::qWaitForWindowActive(&list));
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& window) {
-            PressAgain(window, Qt::Key_Return); // would press OK
+        const ModalVisit<frmDettaglio> editor([repeat](frmDettaglio& window) {
+            PressAgain(window, Qt::Key_Return, repeat); // would press OK
             QVERIFY(window.isVisible());
-            const ModalVisit<frmFileAvanzate> alerts([&window](frmFileAvanzate& dialog) {
+            const ModalVisit<frmFileAvanzate> alerts([repeat, &window](frmFileAvanzate& dialog) {
                 QTest::keyClick(&dialog, Qt::Key_Escape);
                 QVERIFY(!dialog.isVisible());
-                PressAgain(window, Qt::Key_Escape);
+                PressAgain(window, Qt::Key_Escape, repeat);
                 QVERIFY(window.isVisible());
             });
             SiteWindow::Part<QPushButton>(window, "cmdFileAvanzate").click();
@@ -214,10 +232,10 @@ void start_up_test::heldKeyActsOnce()
         QTest::keyClick(&SiteWindow::Part<QTableView>(list, "dgrdGrigliaSiti"), Qt::Key_Return);
         if (QTest::currentTestFailed())
             return;
-        PressAgain(list, Qt::Key_Return); // would open the site again
+        PressAgain(list, Qt::Key_Return, repeat); // would open the site again
         QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
         QTest::keyClick(&list, Qt::Key_F1);
-        PressAgain(*GuideWindow(), Qt::Key_Escape);
+        PressAgain(*GuideWindow(), Qt::Key_Escape, repeat);
         QVERIFY(IsGuideShown());
     });
 
