@@ -76,8 +76,8 @@ void frmConnessione::Run()
     else if (azione_ == kDisconnect)
         CloseModem();
     alive_.stop();
-    if (errModem_) // a port that goes in the middle of a wait leaves it raised, and would end the next
-                   // request too
+    // A port that goes in the middle of a wait leaves the flag raised, which would end the next request too.
+    if (errModem_)
         SetCancel(false);
     if (azione_ == kConnect || azione_ == kDisconnect)
         hide();
