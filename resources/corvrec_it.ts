@@ -777,5 +777,257 @@
         <source></source>
         <translation>Testo della guida</translation>
     </message>
+    <message id="20101">
+        <source></source>
+        <translation>Apre i dati di un sito nuovo, già abilitato.</translation>
+    </message>
+    <message id="20102">
+        <source></source>
+        <translation>Dopo una conferma elimina dal file il sito selezionato con tutta la sua sezione.</translation>
+    </message>
+    <message id="20103">
+        <source></source>
+        <translation>Apre i dati del sito selezionato, come il doppio clic e Invio.</translation>
+    </message>
+    <message id="20104">
+        <source></source>
+        <translation>Il nome che si legge nell'elenco; gli spazi all'inizio e alla fine vengono tolti.</translation>
+    </message>
+    <message id="20105">
+        <source></source>
+        <translation>Il nome della sezione del sito nel file; uscendo dal campo diventa maiuscolo.</translation>
+    </message>
+    <message id="20106">
+        <source></source>
+        <translation>Se la casella è selezionata, il registratore acquisisce i dati del sito.</translation>
+    </message>
+    <message id="20107">
+        <source></source>
+        <translation>L'apparecchio collegato: dalla scelta dipende quali altri campi si possono usare.</translation>
+    </message>
+    <message id="20108">
+        <source></source>
+        <translation>Apre la finestra che legge lo stato dello Stratobox e ne imposta l'orologio.</translation>
+    </message>
+    <message id="20109">
+        <source></source>
+        <translation>L'apparecchio è collegato con un cavo alla porta seriale.</translation>
+    </message>
+    <message id="20110">
+        <source></source>
+        <translation>L'apparecchio si raggiunge per telefono, con il modem.</translation>
+    </message>
+    <message id="20111">
+        <source></source>
+        <translation>Apre le impostazioni del modem, con il numero da chiamare.</translation>
+    </message>
+    <message id="20112">
+        <source></source>
+        <translation>Il controllo di flusso: nessuno, con i caratteri Xon e Xoff (Software) o con i segnali della porta (Hardware).</translation>
+    </message>
+    <message id="20113">
+        <source></source>
+        <translation>Il carattere che fa riprendere la trasmissione; se la casella è selezionata, è un carattere di controllo.</translation>
+    </message>
+    <message id="20114">
+        <source></source>
+        <translation>Il carattere che sospende la trasmissione; se la casella è selezionata, è un carattere di controllo.</translation>
+    </message>
+    <message id="20115">
+        <source></source>
+        <translation>La lettera che insieme a Ctrl dà il carattere: di solito Q per Xon, S per Xoff.</translation>
+    </message>
+    <message id="20116">
+        <source></source>
+        <translation>I bit al secondo: gli stessi impostati sull'apparecchio.</translation>
+    </message>
+    <message id="20117">
+        <source></source>
+        <translation>I bit di ogni carattere: gli stessi impostati sull'apparecchio.</translation>
+    </message>
+    <message id="20118">
+        <source></source>
+        <translation>Il bit di controllo di ogni carattere: lo stesso impostato sull'apparecchio.</translation>
+    </message>
+    <message id="20119">
+        <source></source>
+        <translation>I bit alla fine di ogni carattere: gli stessi impostati sull'apparecchio.</translation>
+    </message>
+    <message id="20120">
+        <source></source>
+        <translation>Quando avviene l'acquisizione: senza interruzione, oppure a intervalli di ore, giorni o settimane.</translation>
+    </message>
+    <message id="20121">
+        <source></source>
+        <translation>L'intervallo: ore e minuti per Oraria, giorni per Giornaliera, settimane per Settimanale.</translation>
+    </message>
+    <message id="20122">
+        <source></source>
+        <translation>L'ora della prima acquisizione per Oraria, di ogni acquisizione per Giornaliera e Settimanale.</translation>
+    </message>
+    <message id="20123">
+        <source></source>
+        <translation>I giorni dell'acquisizione settimanale; almeno uno deve avere il segno di spunta.</translation>
+    </message>
+    <message id="20124">
+        <source></source>
+        <translation>Apre le trasformazioni che il registratore applica a ogni riga ricevuta.</translation>
+    </message>
+    <message id="20125">
+        <source></source>
+        <translation>Il file in cui il registratore scrive i dati acquisiti.</translation>
+    </message>
+    <message id="20126">
+        <source></source>
+        <translation>Il file che il registratore usa per lo scambio dei dati.</translation>
+    </message>
+    <message id="20127">
+        <source></source>
+        <translation>Il file in cui il registratore conserva lo storico.</translation>
+    </message>
+    <message id="20128">
+        <source></source>
+        <translation>Il file di log del registratore, uno solo per tutti i siti: cambiarlo qui lo cambia per tutti.</translation>
+    </message>
+    <message id="20129">
+        <source></source>
+        <translation>Apre una finestra in cui scegliere il file del campo accanto.</translation>
+    </message>
+    <message id="20130">
+        <source></source>
+        <translation>Apre gli avvisi sul file dati e sullo spazio su disco.</translation>
+    </message>
+    <message id="20131">
+        <source></source>
+        <translation>Mette all'inizio di ogni riga la data di acquisizione, nel formato aaaammgg.</translation>
+    </message>
+    <message id="20132">
+        <source></source>
+        <translation>Mette all'inizio di ogni riga l'ora di acquisizione, nel formato hhmmss.</translation>
+    </message>
+    <message id="20133">
+        <source></source>
+        <translation>Toglie i caratteri Null generati dai disturbi sulla linea.</translation>
+    </message>
+    <message id="20134">
+        <source></source>
+        <translation>Fa terminare ogni riga con la sequenza CR-LF.</translation>
+    </message>
+    <message id="20135">
+        <source></source>
+        <translation>Attiva l'avviso del registratore per quando manca il file dati.</translation>
+    </message>
+    <message id="20136">
+        <source></source>
+        <translation>Dopo quanti secondi senza file dati il registratore avvisa.</translation>
+    </message>
+    <message id="20137">
+        <source></source>
+        <translation>Attiva l'avviso del registratore per quando sul disco C: c'è poco spazio.</translation>
+    </message>
+    <message id="20138">
+        <source></source>
+        <translation>Sotto quanti MByte liberi il registratore avvisa.</translation>
+    </message>
+    <message id="20139">
+        <source></source>
+        <translation>Un modello del catalogo: sceglierlo riempie la stringa di inizializzazione.</translation>
+    </message>
+    <message id="20140">
+        <source></source>
+        <translation>Il numero dello Stratobox, con l'eventuale prefisso per la linea esterna; non viene controllato.</translation>
+    </message>
+    <message id="20141">
+        <source></source>
+        <translation>Quante volte il registratore tenta l'importazione, almeno 1.</translation>
+    </message>
+    <message id="20142">
+        <source></source>
+        <translation>I comandi che preparano il modem alla chiamata.</translation>
+    </message>
+    <message id="20143">
+        <source></source>
+        <translation>I comandi che riportano il modem ai valori di partenza, di solito &amp;F.</translation>
+    </message>
+    <message id="20144">
+        <source></source>
+        <translation>La linea usa la selezione a toni, con il comando ATDT.</translation>
+    </message>
+    <message id="20145">
+        <source></source>
+        <translation>La linea usa la selezione a impulsi, con il comando ATDP.</translation>
+    </message>
+    <message id="20146">
+        <source></source>
+        <translation>La capacità della memoria, come la trasmette l'apparecchio.</translation>
+    </message>
+    <message id="20147">
+        <source></source>
+        <translation>Se la memoria è vuota (Nessuna), occupata in parte (Parziale) o piena (Totale).</translation>
+    </message>
+    <message id="20148">
+        <source></source>
+        <translation>La parte di memoria occupata, in percentuale.</translation>
+    </message>
+    <message id="20149">
+        <source></source>
+        <translation>Le ripetizioni, che trasmette soltanto lo Stratobox 1.1.</translation>
+    </message>
+    <message id="20150">
+        <source></source>
+        <translation>Il tempo dall'ultimo scarico dei dati: in ore per lo Stratobox 1.1, come data per gli altri modelli.</translation>
+    </message>
+    <message id="20151">
+        <source></source>
+        <translation>Il tempo dall'ultimo arrivo di dati: in ore per lo Stratobox 1.1, come data per gli altri modelli.</translation>
+    </message>
+    <message id="20152">
+        <source></source>
+        <translation>I guasti che l'apparecchio segnala.</translation>
+    </message>
+    <message id="20153">
+        <source></source>
+        <translation>La versione dell'apparecchio, che trasmettono soltanto i modelli 2.0 e 3.0.</translation>
+    </message>
+    <message id="20154">
+        <source></source>
+        <translation>La versione del programma interno dell'apparecchio.</translation>
+    </message>
+    <message id="20155">
+        <source></source>
+        <translation>La data dell'orologio dell'apparecchio al momento della lettura.</translation>
+    </message>
+    <message id="20156">
+        <source></source>
+        <translation>L'ora dell'orologio dell'apparecchio al momento della lettura.</translation>
+    </message>
+    <message id="20157">
+        <source></source>
+        <translation>Lo stato del selezionatore, soltanto per lo Stratobox 1.1.</translation>
+    </message>
+    <message id="20158">
+        <source></source>
+        <translation>Se la stampante è attiva (Stratobox 1.1) o se c'è (Stratobox Buffer).</translation>
+    </message>
+    <message id="20159">
+        <source></source>
+        <translation>Se l'apparecchio ha un modem, soltanto per lo Stratobox Buffer.</translation>
+    </message>
+    <message id="20160">
+        <source></source>
+        <translation>Legge lo stato dello Stratobox; se il collegamento è remoto, prima chiama con il modem.</translation>
+    </message>
+    <message id="20161">
+        <source></source>
+        <translation>La data da impostare: giorno, mese e anno, con due cifre ciascuno.</translation>
+    </message>
+    <message id="20162">
+        <source></source>
+        <translation>L'ora da impostare: ore e minuti, da 00:00 a 23:59.</translation>
+    </message>
+    <message id="20163">
+        <source></source>
+        <translation>Manda allo Stratobox la data e l'ora dei due campi accanto.</translation>
+    </message>
 </context>
 </TS>

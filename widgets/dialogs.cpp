@@ -11,6 +11,7 @@
 #include <QScreen>
 #include <QShortcutEvent>
 #include <QTabWidget>
+#include <QTextDocument>
 #include <QVariant>
 #include <QWidget>
 
@@ -22,11 +23,25 @@ namespace corvrec
 namespace
 {
 
-// Null when the widget has no usable tag, or the table has no text for it.
+// The text whose number is in the widget's dynamic property. Null when there is no usable number, or the
+// table has no text for it.
+QString TextByProperty(const QWidget& widget, const char* property)
+{
+    const int id = TagId(widget.property(property).toString());
+    return id > 0 ? FindText(id) : QString();
+}
+
 QString TextByTag(const QWidget& widget)
 {
-    const int id = TagId(widget.property("tag").toString());
-    return id > 0 ? FindText(id) : QString();
+    return TextByProperty(widget, "tag");
+}
+
+// The label of a field has the field's tool tip.
+QString TipOf(const QWidget& widget)
+{
+    const auto* const label = qobject_cast<const QLabel*>(&widget);
+    const bool namesField = label != nullptr && label->buddy() != nullptr;
+    return TextByProperty(namesField ? *label->buddy() : widget, kToolTip);
 }
 
 void SetTabCaptions(QTabWidget& tabs, const QString& text)
@@ -48,6 +63,13 @@ void SetCaption(QWidget& widget, const QString& text)
         group->setTitle(text);
     else if (auto* const tabs = qobject_cast<QTabWidget*>(&widget))
         SetTabCaptions(*tabs, text);
+}
+
+void SetTip(QWidget& widget, const QString& text)
+{
+    // Qt breaks the lines of rich text alone: plain text would be one line, wider than a small screen.
+    widget.setToolTip(Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
+    widget.setAccessibleDescription(text); // or a screen reader would read the mark-up
 }
 
 // A mnemonic that several controls share only moves the focus, as Qt has it.
@@ -115,9 +137,12 @@ void LocaliseDialog(QWidget& window)
     if (!title.isNull())
         window.setWindowTitle(title);
     for (QWidget* const widget : window.findChildren<QWidget*>()) {
-        const QString text = TextByTag(*widget);
-        if (!text.isNull() && widget->window() == &window) // dialogs that it owns localise themselves
-            SetCaption(*widget, text);
+        if (widget->window() != &window) // dialogs that it owns localise themselves
+            continue;
+        if (const QString caption = TextByTag(*widget); !caption.isNull())
+            SetCaption(*widget, caption);
+        if (const QString tip = TipOf(*widget); !tip.isNull())
+            SetTip(*widget, tip);
     }
 }
 

@@ -11,9 +11,13 @@ namespace corvrec
 // Dynamic property of a window, or of a page of its tab control: its chapter in the user's guide.
 inline constexpr const char* kGuideChapter = "guida";
 
+// Dynamic property of a control: the number of its tool tip, in the form of a tag ("20101;").
+inline constexpr const char* kToolTip = "suggerimento";
+
 // Sets the window's title and every caption below it (labels, buttons, groups, tabs) from the string table,
 // by the dynamic property "tag". A caption without a usable tag, or whose text is missing, stays as the form
-// was drawn.
+// was drawn. In the same way sets the tool tips, by kToolTip; the label of a field gets that of the field. A
+// tool tip is also the control's description for a screen reader.
 void LocaliseDialog(QWidget& window);
 
 // The mnemonic of a button, a check box or an option button clicks it at once. By itself Qt lets a tenth of a

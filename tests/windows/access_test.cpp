@@ -11,11 +11,14 @@
 #include <QAbstractItemView>
 #include <QAccessible>
 #include <QApplication>
+#include <QHelpEvent>
 #include <QKeySequence>
 #include <QLabel>
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextDocumentFragment>
+#include <QToolTip>
 
 #include <algorithm>
 #include <map>
@@ -230,6 +233,10 @@ private slots:
     static void pagesAreTurnedByKeyboard();
     static void screenReaderFindsNameRoleAndValue_data() { AddWindowsAndGuide(); }
     static void screenReaderFindsNameRoleAndValue();
+    static void screenReaderReadsTheToolTipAsDescription_data() { AddWindows(); }
+    static void screenReaderReadsTheToolTipAsDescription();
+    static void toolTipComesUnderTheMouse_data();
+    static void toolTipComesUnderTheMouse();
     static void screenReaderReadsTheListOfSites();
     static void screenReaderReadsTheValuesOfABuffer();
 };
@@ -362,6 +369,55 @@ void access_test::screenReaderFindsNameRoleAndValue()
         Check(*seen, *control);
     }
     QVERIFY(controls > 0);
+}
+
+void access_test::screenReaderReadsTheToolTipAsDescription()
+{
+    QFETCH(const QString, name);
+    QFETCH(const int, page);
+    QFETCH(const Site, site);
+    const Windows windows(name, page, site);
+
+    for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
+        if (control->window() != windows.window || control->toolTip().isEmpty())
+            continue;
+        QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(control);
+        QCOMPARE(seen.text(QAccessible::Description),
+                 QTextDocumentFragment::fromHtml(control->toolTip()).toPlainText());
+        const QString itsName = seen.text(QAccessible::Name);
+        control->setToolTip({});
+        control->setAccessibleDescription({});
+        QCOMPARE(itsName, seen.text(QAccessible::Name));
+    }
+}
+
+void access_test::toolTipComesUnderTheMouse_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("list") << 0 << "cboTipoConn";
+    QTest::newRow("label of a field") << 0 << "lblVelocita";
+    QTest::newRow("disabled button") << 0 << "cmdSX";
+    QTest::newRow("field") << 1 << "mskOrario";
+    QTest::newRow("list with check marks") << 1 << "lstGiorni";
+}
+
+void access_test::toolTipComesUnderTheMouse()
+{
+    QFETCH(const int, page);
+    QFETCH(const QString, name);
+    const Windows windows("frmDettaglio", page, Site::bySoftwareEachWeek);
+    const auto* const control = windows.window->findChild<QWidget*>(name);
+    const QPoint place = control->mapTo(windows.window, control->rect().center());
+    QWidget* const under = windows.window->childAt(place);
+    const QPoint global = windows.window->mapToGlobal(place);
+    QHelpEvent event(QEvent::ToolTip, under->mapFromGlobal(global), global);
+
+    QApplication::sendEvent(under, &event);
+
+    QVERIFY(!control->toolTip().isEmpty());
+    QCOMPARE(QToolTip::text(), control->toolTip());
+    QToolTip::hideText();
 }
 
 void access_test::screenReaderReadsTheListOfSites()

@@ -8,8 +8,10 @@
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
+#include "widgets/dialogs.h"
 #include "widgets/messages.h"
 
+#include <QAbstractItemView>
 #include <QDir>
 #include <QDirIterator>
 #include <QFileDialog>
@@ -19,7 +21,9 @@
 #include <QSet>
 #include <QTabWidget>
 #include <QTextBlock>
+#include <QTextDocumentFragment>
 #include <QTextTable>
+#include <QToolButton>
 
 namespace corvrec
 {
@@ -113,6 +117,8 @@ void AddShownTexts(const QWidget& widget, QStringList& texts)
 {
     if (const auto* const button = qobject_cast<const QAbstractButton*>(&widget))
         texts.append(button->text());
+    else if (const auto* const label = qobject_cast<const QLabel*>(&widget))
+        texts.append(label->text());
     else if (const auto* const group = qobject_cast<const QGroupBox*>(&widget))
         texts.append(group->title());
     else if (const auto* const list = qobject_cast<const QComboBox*>(&widget)) {
@@ -133,6 +139,77 @@ QSet<QString> ShownNames()
     for (const QString& each : std::as_const(texts))
         names.insert(Plain(each));
     return names;
+}
+
+QString TextOf(const QTextTableCell& cell)
+{
+    return cell.firstCursorPosition().block().text();
+}
+
+// A row of a table of the guide: the bold name in its first cell, the text of its second one.
+using NamedRow = std::pair<QString, QString>;
+
+QSet<NamedRow> NamedRows(GuideView& view, const QString& chapter)
+{
+    constexpr int kChapterLevel = 2;
+    view.ShowChapter(chapter);
+    QSet<NamedRow> rows;
+    for (QTextBlock block = view.textCursor().block().next(); block.isValid(); block = block.next()) {
+        const int level = block.blockFormat().headingLevel();
+        if (level > 0 && level <= kChapterLevel)
+            break;
+        const QTextTable* const table = QTextCursor(block).currentTable();
+        if (table == nullptr || table->columns() < 2 || block.begin().atEnd())
+            continue;
+        const QTextTableCell cell = table->cellAt(block.position());
+        if (cell.column() == 0 && block.begin().fragment().charFormat().fontWeight() >= QFont::Bold)
+            rows.insert({Plain(block.text()), TextOf(table->cellAt(cell.row(), 1))});
+    }
+    return rows;
+}
+
+// Of the page that the control is on, or else of its window.
+QString ChapterOf(const QWidget& control)
+{
+    QString chapter;
+    for (const QWidget* widget = &control; widget != nullptr && chapter.isEmpty();
+         widget = widget->isWindow() ? nullptr : widget->parentWidget())
+        chapter = widget->property(kGuideChapter).toString();
+    return chapter;
+}
+
+QString CaptionOf(const QWidget& control)
+{
+    if (const auto* const button = qobject_cast<const QAbstractButton*>(&control))
+        return Plain(button->text());
+    const auto labels = control.window()->findChildren<QLabel*>();
+    const auto label = std::ranges::find_if(labels, [&control](const QLabel* each) {
+        return each->buddy() != nullptr && (each == &control || each->buddy() == &control);
+    });
+    return label == labels.end() ? control.accessibleName() : Plain((*label)->text());
+}
+
+bool IsFieldOrButton(const QWidget& control)
+{
+    return qobject_cast<const QLineEdit*>(&control) != nullptr ||
+           qobject_cast<const QComboBox*>(&control) != nullptr ||
+           qobject_cast<const QAbstractItemView*>(&control) != nullptr ||
+           (qobject_cast<const QAbstractButton*>(&control) != nullptr &&
+            qobject_cast<const QToolButton*>(&control) == nullptr); // arrows of a tab bar
+}
+
+// Calls visit with the parts of every window that the guide has a chapter for; Qt's own ones have no name.
+template <class Visit>
+void ForEachPart(Visit visit)
+{
+    const EditorWindow program(SettingsWith({"A"}));
+    const BufferWindow buffer;
+    for (const QWidget* const window : QApplication::topLevelWidgets()) {
+        for (const QWidget* const part : window->findChildren<QWidget*>()) {
+            if (part->window() == window && !part->objectName().isEmpty() && !ChapterOf(*part).isEmpty())
+                visit(*part);
+        }
+    }
 }
 
 } // namespace
@@ -165,6 +242,8 @@ private slots:
     static void theLineOnTopStaysThereInAnotherWidth();
     static void everyTextThatCodeShowsStandsInTheGuide();
     static void namesInBoldAreThoseOfTheProgram();
+    static void everyToolTipIsInTheTableOfItsChapter();
+    static void everyFieldAndButtonHasAToolTip();
     static void titleTellsTheVersion();
     static void searchingGoesFromPlaceToPlace();
     static void searchingForWhatIsNotThereSaysSo();
@@ -369,7 +448,7 @@ void guide_test::everyChapterThatAFormNamesIsThere()
                          });
         }
     }
-    QCOMPARE(count, 9);
+    QCOMPARE(count, 10);
 }
 
 void guide_test::everyLinkLeadsToAChapter()
@@ -467,6 +546,39 @@ void guide_test::namesInBoldAreThoseOfTheProgram()
         ++count;
     });
     QVERIFY(count > 150);
+}
+
+void guide_test::everyToolTipIsInTheTableOfItsChapter()
+{
+    GuideView view;
+    QHash<QString, QSet<NamedRow>> rows;
+    int count = 0;
+    ForEachPart([&](const QWidget& part) {
+        if (part.toolTip().isEmpty())
+            return;
+        const QString chapter = ChapterOf(part);
+        if (!rows.contains(chapter))
+            rows.insert(chapter, NamedRows(view, chapter));
+        const QString tip = QTextDocumentFragment::fromHtml(part.toolTip()).toPlainText();
+        const bool isThere = rows.value(chapter).contains({CaptionOf(part), tip});
+        QVERIFY2(isThere, qPrintable(QString("%1: | **%2** | %3 |").arg(chapter, CaptionOf(part), tip)));
+        ++count;
+    });
+    QVERIFY(count > 90);
+}
+
+// Except where the caption says all.
+void guide_test::everyFieldAndButtonHasAToolTip()
+{
+    const QSet<QString> plainlyNamed{"OK", "Annulla", "cmdAnnulla", "cmdChiudi", "dgrdGrigliaSiti"};
+    int count = 0;
+    ForEachPart([&](const QWidget& part) {
+        if (!IsFieldOrButton(part) || plainlyNamed.contains(part.objectName()))
+            return;
+        QVERIFY2(!part.toolTip().isEmpty(), qPrintable(part.objectName()));
+        ++count;
+    });
+    QVERIFY(count > 40);
 }
 
 void guide_test::titleTellsTheVersion()

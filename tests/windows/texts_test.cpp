@@ -128,8 +128,9 @@ void texts_test::idsThatFormsAreTaggedWithHaveATextEach()
         QDirIterator forms(SourceFile(folder), {"*.ui"}, QDir::Files);
         while (forms.hasNext()) {
             const QString form = QString::fromUtf8(Bytes(forms.next()));
-            auto tags = QRegularExpression(R"(name="tag" stdset="0">\s*<string notr="true">([^<]*)<)")
-                            .globalMatch(form);
+            auto tags =
+                QRegularExpression(R"(name="(?:tag"|suggerimento") stdset="0">\s*<string[^>]*>([^<]*)<)")
+                    .globalMatch(form);
             QVERIFY2(tags.hasNext(), qPrintable(forms.filePath()));
             for (; tags.hasNext(); ++count) {
                 const QString tag = tags.next().captured(1);

@@ -18,12 +18,15 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextDocumentFragment>
+#include <QToolTip>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -152,6 +155,9 @@ private slots:
     void tabCaptionsComeFromOneText();
     void fieldsAndListsHaveNoCaption();
     void theCaptionsOfAnOwnedDialogAreItsOwn();
+    void toolTipsComeByTheirProperty();
+    void aLabelHasTheToolTipOfItsField();
+    void aLongToolTipBreaksItsLines();
     void aWindowIsCentredOnTheWholeScreen();
     void aWindowIsCentredOnTheScreenOfItsParent();
     void aCentredWindowIsWiderThanItsTitle();
@@ -292,6 +298,57 @@ void widgets_test::theCaptionsOfAnOwnedDialogAreItsOwn()
     LocaliseDialog(window);
 
     QCOMPARE(label.text(), QString("set at run time"));
+}
+
+void widgets_test::toolTipsComeByTheirProperty()
+{
+    QDialog window;
+    QLineEdit field(&window);
+    field.setProperty("suggerimento", "20143;");
+    QLineEdit missing(&window);
+    missing.setProperty("suggerimento", "9999;");
+
+    LocaliseDialog(window);
+
+    QCOMPARE(QTextDocumentFragment::fromHtml(field.toolTip()).toPlainText(),
+             QString("I comandi che riportano il modem ai valori di partenza, di solito &F."));
+    QCOMPARE(field.accessibleDescription(),
+             QString("I comandi che riportano il modem ai valori di partenza, di solito &F."));
+    QCOMPARE(missing.toolTip(), QString());
+}
+
+void widgets_test::aLabelHasTheToolTipOfItsField()
+{
+    QDialog window;
+    QLabel& label = Tagged<QLabel>(window, "x", "703;");
+    QLineEdit field(&window);
+    field.setProperty("suggerimento", "20105;");
+    label.setBuddy(&field);
+
+    LocaliseDialog(window);
+
+    QVERIFY(!field.toolTip().isEmpty());
+    QCOMPARE(label.toolTip(), field.toolTip());
+    QCOMPARE(label.text(), QString("&Codice"));
+}
+
+void widgets_test::aLongToolTipBreaksItsLines()
+{
+    QDialog window;
+    QLineEdit field(&window);
+    field.setProperty("suggerimento", "20112;"); // the longest
+    LocaliseDialog(window);
+    const QString line = field.accessibleDescription();
+    window.show();
+
+    QToolTip::showText(field.mapToGlobal(QPoint()), field.toolTip(), &field);
+
+    const auto windows = QApplication::topLevelWidgets();
+    const auto tip = std::ranges::find_if(
+        windows, [](const QWidget* each) { return each->isVisible() && each->windowType() == Qt::ToolTip; });
+    QVERIFY(tip != windows.end());
+    QVERIFY((*tip)->width() < (*tip)->fontMetrics().horizontalAdvance(line));
+    QToolTip::hideText();
 }
 
 void widgets_test::aWindowIsCentredOnTheWholeScreen()
