@@ -1,4 +1,5 @@
 // F1 in every window, and the guide that it opens.
+#include "comm/buffer_device.h"
 #include "help/frmGuida.h"
 #include "help/guide.h"
 #include "help/guide_view.h"
@@ -146,6 +147,18 @@ QString TextOf(const QTextTableCell& cell)
     return cell.firstCursorPosition().block().text();
 }
 
+// The first table after the heading.
+const QTextTable& TableUnder(GuideView& view, const QString& heading)
+{
+    view.ShowChapter(heading);
+    QTextBlock block = view.textCursor().block();
+    while (block.isValid() && QTextCursor(block).currentTable() == nullptr)
+        block = block.next();
+    if (!block.isValid())
+        qFatal("no table under %s", qPrintable(heading));
+    return *QTextCursor(block).currentTable();
+}
+
 // A row of a table of the guide: the bold name in its first cell, the text of its second one.
 using NamedRow = std::pair<QString, QString>;
 
@@ -244,6 +257,8 @@ private slots:
     static void namesInBoldAreThoseOfTheProgram();
     static void everyToolTipIsInTheTableOfItsChapter();
     static void everyFieldAndButtonHasAToolTip();
+    static void valuesOfABrokenReplyAreThoseOfTheGuide_data();
+    static void valuesOfABrokenReplyAreThoseOfTheGuide();
     static void titleTellsTheVersion();
     static void searchingGoesFromPlaceToPlace();
     static void searchingForWhatIsNotThereSaysSo();
@@ -579,6 +594,42 @@ void guide_test::everyFieldAndButtonHasAToolTip()
         ++count;
     });
     QVERIFY(count > 40);
+}
+
+void guide_test::valuesOfABrokenReplyAreThoseOfTheGuide_data()
+{
+    QTest::addColumn<int>("modelNumber");
+    QTest::addColumn<int>("column");
+    QTest::newRow("1.1") << model::stratobox11 << 1;
+    QTest::newRow("2.0") << model::stratobox20 << 2;
+    QTest::newRow("3.0") << model::stratobox30 << 2;
+    QTest::newRow("Buffer") << model::stratoboxBuffer << 3;
+}
+
+void guide_test::valuesOfABrokenReplyAreThoseOfTheGuide()
+{
+    QFETCH(const int, modelNumber);
+    QFETCH(const int, column);
+    GuideView view;
+    const QTextTable& table = TableUnder(view, "risposta-interrotta");
+    BufferWindow buffer(Reached::direct, modelNumber);
+    buffer.Time().SetNow({.year = 2026, .month = 11, .day = 21, .hour = 11, .minute = 27, .second = 30});
+    buffer.DeviceReplies("\x02");
+    buffer.Open();
+
+    buffer.Click("cmdStato");
+
+    QHash<QString, QString> shown;
+    for (const QLabel* const caption : buffer.Window().findChildren<QLabel*>()) {
+        if (const auto* const value = qobject_cast<const QLabel*>(caption->buddy()))
+            shown.insert(Plain(caption->text()), value->text());
+    }
+    const QHash<QString, QString> inWords{{"vuoto", ""}, {"la data e l'ora attuali", "21/11/2026 11:27:30"}};
+    QVERIFY(table.rows() > 1);
+    for (int row = 1; row < table.rows(); ++row) {
+        const QString said = TextOf(table.cellAt(row, column));
+        QCOMPARE(shown.value(TextOf(table.cellAt(row, 0)), "no such value"), inWords.value(said, said));
+    }
 }
 
 void guide_test::titleTellsTheVersion()
