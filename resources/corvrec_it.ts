@@ -839,19 +839,19 @@
     </message>
     <message id="20116">
         <source></source>
-        <translation>I bit al secondo: gli stessi impostati sull'apparecchio.</translation>
+        <translation>La velocità in bit al secondo, la stessa impostata sull'apparecchio.</translation>
     </message>
     <message id="20117">
         <source></source>
-        <translation>I bit di ogni carattere: gli stessi impostati sull'apparecchio.</translation>
+        <translation>Quanti bit di dati ha ogni carattere: lo stesso valore impostato sull'apparecchio.</translation>
     </message>
     <message id="20118">
         <source></source>
-        <translation>Il bit di controllo di ogni carattere: lo stesso impostato sull'apparecchio.</translation>
+        <translation>Il controllo di parità di ogni carattere: lo stesso impostato sull'apparecchio.</translation>
     </message>
     <message id="20119">
         <source></source>
-        <translation>I bit alla fine di ogni carattere: gli stessi impostati sull'apparecchio.</translation>
+        <translation>Quanti bit chiudono ogni carattere: lo stesso valore impostato sull'apparecchio.</translation>
     </message>
     <message id="20120">
         <source></source>
@@ -915,7 +915,7 @@
     </message>
     <message id="20135">
         <source></source>
-        <translation>Attiva l'avviso del registratore per quando manca il file dati.</translation>
+        <translation>Se la casella è selezionata, il registratore avvisa quando manca il file dati.</translation>
     </message>
     <message id="20136">
         <source></source>
@@ -923,7 +923,7 @@
     </message>
     <message id="20137">
         <source></source>
-        <translation>Attiva l'avviso del registratore per quando sul disco C: c'è poco spazio.</translation>
+        <translation>Se la casella è selezionata, il registratore avvisa quando sul disco C: c'è poco spazio.</translation>
     </message>
     <message id="20138">
         <source></source>
@@ -971,7 +971,7 @@
     </message>
     <message id="20149">
         <source></source>
-        <translation>Le ripetizioni, che trasmette soltanto lo Stratobox 1.1.</translation>
+        <translation>Il numero di ripetizioni; lo trasmette soltanto lo Stratobox 1.1.</translation>
     </message>
     <message id="20150">
         <source></source>
@@ -987,7 +987,7 @@
     </message>
     <message id="20153">
         <source></source>
-        <translation>La versione dell'apparecchio, che trasmettono soltanto i modelli 2.0 e 3.0.</translation>
+        <translation>La versione dell'apparecchio; la trasmettono soltanto lo Stratobox 2.0 e il 3.0.</translation>
     </message>
     <message id="20154">
         <source></source>
@@ -1003,15 +1003,15 @@
     </message>
     <message id="20157">
         <source></source>
-        <translation>Lo stato del selezionatore, soltanto per lo Stratobox 1.1.</translation>
+        <translation>Lo stato del selezionatore; soltanto per lo Stratobox 1.1.</translation>
     </message>
     <message id="20158">
         <source></source>
-        <translation>Se la stampante è attiva (Stratobox 1.1) o se c'è (Stratobox Buffer).</translation>
+        <translation>Lo stato della stampante: se è attiva (Stratobox 1.1) o presente (Stratobox Buffer).</translation>
     </message>
     <message id="20159">
         <source></source>
-        <translation>Se l'apparecchio ha un modem, soltanto per lo Stratobox Buffer.</translation>
+        <translation>Se è presente un modem; soltanto per lo Stratobox Buffer.</translation>
     </message>
     <message id="20160">
         <source></source>
@@ -1027,7 +1027,7 @@
     </message>
     <message id="20163">
         <source></source>
-        <translation>Manda allo Stratobox la data e l'ora dei due campi accanto.</translation>
+        <translation>Invia allo Stratobox la data e l'ora dei due campi accanto.</translation>
     </message>
 </context>
 </TS>
