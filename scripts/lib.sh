@@ -22,6 +22,9 @@ packagingPackages=(git dpkg-dev lintian man-db desktop-file-utils appstream debo
 # A virtual screen shows nothing without fonts, and no frames without a window manager.
 screenPackages=(openbox xauth fonts-dejavu-core)
 
+# What shows a virtual screen to a VNC viewer.
+sharedScreenPackages=("${screenPackages[@]}" tigervnc-standalone-server)
+
 # Installs those of the named Debian packages that are missing. Nothing is asked.
 ensure_packages()
 {
@@ -55,6 +58,7 @@ configure()
 
 # A virtual screen's files (in a directory that only this user can look into), and what runs on it, in order of start.
 screenDirectory=
+screenSocket=
 screenPids=()
 
 # To be called before start_screen: from here on the script leaves nothing behind, however it ends.
@@ -79,7 +83,8 @@ start_screen()
 
     for (( number = 1; number < 50; ++number )); do
         [[ ! -e /tmp/.X11-unix/X$number && ! -e /tmp/.X$number-lock ]] || continue
-        xauth -q -f "$XAUTHORITY" add ":$number" . "$(mcookie)" 2> /dev/null
+        # Every user of the machine can read the arguments of a process, but not its standard input.
+        xauth -q -f "$XAUTHORITY" source - <<< "add :$number . $(mcookie)" 2> /dev/null
         # In a session of its own: Ctrl+C reaches the script alone, which then ends things in order.
         setsid "$@" ":$number" -auth "$XAUTHORITY" -nolisten tcp -displayfd 5 \
             5> "$screenDirectory/ready" > "$screenDirectory/server.log" 2>&1 &
@@ -101,6 +106,16 @@ start_screen()
         > "$screenDirectory/ready" 2> "$screenDirectory/openbox.log" &
     screenPids+=($!)
     read -r < "$screenDirectory/ready"
+}
+
+# start_shared_screen [OPTION...]: a virtual screen that a VNC viewer of this user can show, through the Unix socket
+# screenSocket. No port is open. The socket and its directory belong to this user alone, so there is no password: a door
+# that nobody else reaches needs no second lock, and five wrong guesses would lock the owner out.
+start_shared_screen()
+{
+    screenSocket=$screenDirectory/vnc
+    start_screen Xtigervnc -rfbport -1 -rfbunixpath "$screenSocket" -SecurityTypes None \
+        -geometry 1280x800 -depth 24 "$@"
 }
 
 # What was started last goes first: the program, the window manager, the server.

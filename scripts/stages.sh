@@ -60,6 +60,26 @@ build_and_test()
     [[ $outcome == FAILED ]] || stage "$title tests" run_tests "$2"
 }
 
+# check SENTENCE COMMAND...: what the command says is shown when it fails.
+check()
+{
+    local sentence=$1 said
+    shift
+    if said=$("$@" 2>&1); then
+        passed=$(( passed + 1 ))
+        echo "passed: $sentence"
+    else
+        failed=$(( failed + 1 ))
+        printf 'FAILED: %s\n%s\n' "$sentence" "$said"
+    fi
+}
+
+# says EXPECTED COMMAND...: the command says exactly that, or nothing.
+says()
+{
+    diff --unified <(printf '%s' "${1:+$1$'\n'}") <("${@:2}" 2>&1)
+}
+
 # The last line of a script that tests, and its result.
 tell_counts()
 {
