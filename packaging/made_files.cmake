@@ -17,10 +17,16 @@ string(TIMESTAMP releaseTime "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file("${packaging}/changelog.in" "${doc}/changelog" @ONLY)
 compress("${doc}/changelog")
 
-foreach(page IN ITEMS app/corvrec-config.1 tools/lab/corvrec-lab.1)
-  cmake_path(GET page FILENAME name)
-  configure_file("${PROJECT_SOURCE_DIR}/${page}" "${root}/share/man/man1/${name}" COPYONLY)
-  compress("${root}/share/man/man1/${name}")
-endforeach()
+# man_page(SOURCE DIRECTORY): the name of the page is that of its source, without a language.
+function(man_page source directory)
+  cmake_path(GET source FILENAME name)
+  string(REPLACE .it. . name "${name}")
+  configure_file("${PROJECT_SOURCE_DIR}/${source}" "${root}/share/man/${directory}/${name}" COPYONLY)
+  compress("${root}/share/man/${directory}/${name}")
+endfunction()
+
+man_page(app/corvrec-config.1 man1)
+man_page(app/corvrec-config.it.1 it/man1)
+man_page(tools/lab/corvrec-lab.1 man1)
 
 include("${packaging}/bill_of_materials.cmake")
