@@ -1,8 +1,8 @@
 #include "comm/qt_serial_port.h"
 
+#include "comm/serial_device.h"
 #include "widgets/qt_text.h"
 
-#include <QFileInfo>
 #include <QMetaObject>
 #include <QStringList>
 
@@ -78,21 +78,6 @@ bool ApplySettings(QSerialPort& port, const QString& settings)
 
 } // namespace
 
-QString PortDevice(int commPort)
-{
-    if (commPort < 1)
-        return {};
-#ifdef Q_OS_WIN
-    return QString("COM%1").arg(commPort);
-#else
-    QString named = qEnvironmentVariable(qPrintable(QString("CORVREC_COM%1").arg(commPort)));
-    if (!named.isEmpty())
-        return named;
-    QString linked = QString("/dev/corvrec-com%1").arg(commPort);
-    return QFileInfo::exists(linked) ? linked : QString("/dev/ttyS%1").arg(commPort - 1);
-#endif
-}
-
 QtSerialPort::QtSerialPort()
 {
     port_.setReadBufferSize(kBufferSize);
@@ -115,11 +100,13 @@ void QtSerialPort::Open()
     if (IsOpen())
         throw PortError("the port is open");
     Close(); // a lost device may not be closed yet
-    const QString device = PortDevice(line_.commPort);
+    const QString device = ResolvedDevice(PortDevice(line_.commPort));
     if (device.isEmpty() || !ApplySettings(port_, ToQt(line_.settings)))
         throw PortError("no such port or line");
     port_.setFlowControl(FlowControlOf(line_.handshaking));
     port_.setPortName(device);
+    if (IsLocked(device))
+        throw PortError("another program uses the port");
     if (!port_.open(QIODevice::ReadWrite))
         throw PortError(ToStd(port_.errorString()));
     isLost_ = false;

@@ -3,20 +3,14 @@
 #include "comm/serial_port.h"
 
 #include <QSerialPort>
-#include <QString>
 
 #include <deque>
 
 namespace corvrec
 {
 
-// The system's name for a port number: on Windows "COMn"; elsewhere, the first that there is of the
-// environment variable CORVREC_COMn, the device /dev/corvrec-comn, the device /dev/ttyS(n-1). Empty for a
-// number below 1.
-QString PortDevice(int commPort);
-
-// A real serial port. A device that goes away closes it: every use then throws PortError until it is opened
-// again.
+// A real serial port; which device it is, see PortDevice. A device that goes away closes it: every use then
+// throws PortError until it is opened again.
 class QtSerialPort final : public SerialPort
 {
 public:

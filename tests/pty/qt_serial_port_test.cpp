@@ -6,7 +6,6 @@
 #include "tests/pty/running_lab.h"
 #include "tools/lab/buffer_line.h"
 
-#include <QFileInfo>
 #include <QTemporaryFile>
 #include <QTest>
 #include <QTimer>
@@ -231,10 +230,6 @@ class qt_serial_port_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void deviceComesFromTheEnvironmentFirst();
-    static void deviceIsTheSystemsPortOtherwise();
-    static void noDeviceHasANumberBelowOne();
-
     static void refusesToOpen_data();
     static void refusesToOpen();
     static void opensExclusively();
@@ -269,35 +264,6 @@ private slots:
     static void unpluggedDeviceThrowsEverywhere();
     static void unpluggedPortOpensAnotherDevice();
 };
-
-void qt_serial_port_test::deviceComesFromTheEnvironmentFirst()
-{
-    qputenv("CORVREC_COM7", "/dev/pts/somewhere");
-
-    QCOMPARE(PortDevice(7), "/dev/pts/somewhere");
-
-    qunsetenv("CORVREC_COM7");
-}
-
-void qt_serial_port_test::deviceIsTheSystemsPortOtherwise()
-{
-    qputenv("CORVREC_COM7", "");
-    const QString linked = "/dev/corvrec-com7"; // this machine's own, if it has one
-
-    QCOMPARE(PortDevice(7), QFileInfo::exists(linked) ? linked : "/dev/ttyS6");
-
-    qunsetenv("CORVREC_COM7");
-}
-
-void qt_serial_port_test::noDeviceHasANumberBelowOne()
-{
-    qputenv("CORVREC_COM0", "/dev/pts/somewhere");
-
-    QCOMPARE(PortDevice(0), "");
-    QCOMPARE(PortDevice(-1), "");
-
-    qunsetenv("CORVREC_COM0");
-}
 
 void qt_serial_port_test::refusesToOpen_data()
 {
