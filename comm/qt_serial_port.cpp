@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <optional>
+#include <string>
 
 namespace corvrec
 {
@@ -110,6 +112,8 @@ void QtSerialPort::Open()
     if (!port_.open(QIODevice::ReadWrite))
         throw PortError(ToStd(port_.errorString()));
     isLost_ = false;
+    isMarked_ = SetUpLine(port_.handle(), port_.parity() != QSerialPort::NoParity);
+    marks_.Reset();
     port_.setDataTerminalReady(true); // a pseudo-terminal has no such line, and says so
 }
 
@@ -129,6 +133,7 @@ void QtSerialPort::Close() noexcept
     if (!isLost_)
         port_.setFlowControl(QSerialPort::NoFlowControl);
     SendRest();
+    const HangUpOnClose hangUp(port_.handle());
     port_.close();
 }
 
@@ -177,6 +182,7 @@ void QtSerialPort::Output(std::string_view bytes)
 void QtSerialPort::ClearInput()
 {
     received_.clear();
+    marks_.Reset();
     if (!IsOpen())
         return;
     port_.clear(QSerialPort::Input);
@@ -230,8 +236,10 @@ void QtSerialPort::Fill()
     if (port_.bytesAvailable() > 0 || port_.waitForReadyRead(0)) {
         std::array<char, kBufferSize> bytes{};
         const qint64 count = std::max<qint64>(port_.read(bytes.data(), kBufferSize), 0);
-        std::copy_if(bytes.begin(), bytes.begin() + count, std::back_inserter(received_),
-                     [](char byte) { return byte != '\0'; });
+        std::string characters(bytes.data(), static_cast<std::size_t>(count));
+        if (isMarked_)
+            characters = marks_.Decode(characters);
+        std::ranges::copy_if(characters, std::back_inserter(received_), [](char c) { return c != '\0'; });
     }
     CheckUsable();
 }

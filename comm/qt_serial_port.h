@@ -1,5 +1,6 @@
 #pragma once
 
+#include "comm/parity_marks.h"
 #include "comm/serial_port.h"
 
 #include <QSerialPort>
@@ -42,6 +43,8 @@ private:
     // pinoutSignals() of an open port is a question, but not a const member.
     mutable QSerialPort port_;
     std::deque<char> received_; // without NULs, at most kBufferSize
+    ParityMarks marks_;
+    bool isMarked_ = false;
     int inputLen_ = 0;
     bool isSending_ = false;
     bool isLost_ = false;

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace corvrec
@@ -79,6 +80,22 @@ bool IsLiving(pid_t process)
     return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
 }
 
+// False when the settings cannot be had or set.
+template <class Change>
+bool ChangeSettings(int port, Change change)
+{
+    termios settings{};
+    if (::tcgetattr(port, &settings) != 0)
+        return false;
+    change(settings);
+    return ::tcsetattr(port, TCSANOW, &settings) == 0;
+}
+
+void HangUpAtTheEnd(termios& settings)
+{
+    settings.c_cflag |= HUPCL;
+}
+
 } // namespace
 
 QString PortDevice(int commPort)
@@ -117,6 +134,32 @@ bool IsLocked(const QString& device)
         ::unlink(path.c_str());
     }
     return false;
+}
+
+bool SetUpLine(PortHandle port, bool hasParity)
+{
+    const bool isSet = ChangeSettings(port, [hasParity](termios& settings) {
+        HangUpAtTheEnd(settings);
+        settings.c_iflag &= ~static_cast<tcflag_t>(IXANY);
+        if (hasParity) {
+            settings.c_iflag |= INPCK | PARMRK;
+            settings.c_iflag &= ~static_cast<tcflag_t>(IGNPAR);
+        }
+    });
+    return isSet && hasParity;
+}
+
+HangUpOnClose::HangUpOnClose(PortHandle port) noexcept
+    : port_(::fcntl(port, F_DUPFD_CLOEXEC, 0))
+{
+}
+
+HangUpOnClose::~HangUpOnClose()
+{
+    if (port_ < 0)
+        return;
+    ChangeSettings(port_, HangUpAtTheEnd);
+    ::close(port_); // the last descriptor: the system sends what is left, and then lowers DTR
 }
 
 } // namespace corvrec

@@ -1,5 +1,7 @@
 #include "comm/serial_device.h"
 
+#include <windows.h>
+
 namespace corvrec
 {
 
@@ -18,5 +20,27 @@ bool IsLocked(const QString& /*device*/)
 {
     return false;
 }
+
+// The system replaces what is damaged, and does the rest by itself.
+bool SetUpLine(PortHandle port, bool hasParity)
+{
+    DCB settings{};
+    settings.DCBlength = sizeof settings;
+    if (hasParity && GetCommState(port, &settings) != 0) {
+        settings.fParity = TRUE;
+        settings.fErrorChar = TRUE;
+        settings.ErrorChar = '?';
+        SetCommState(port, &settings);
+    }
+    return false;
+}
+
+HangUpOnClose::HangUpOnClose(PortHandle port) noexcept
+    : port_(port)
+{
+}
+
+// Closing a port lowers DTR, whatever its settings.
+HangUpOnClose::~HangUpOnClose() = default;
 
 } // namespace corvrec

@@ -1,6 +1,9 @@
-// The real port and what it asks of the system: which device it opens, and who else uses it.
+// The real port and what it asks of the system: which device it opens, who else uses it, how the line is set.
+// Most tests hold the other side of a pseudo-terminal themselves; what they see there are the settings of the
+// editor's side.
 #include "comm/qt_serial_port.h"
 #include "comm/serial_device.h"
+#include "config/clock.h"
 #include "tools/lab/pty.h"
 
 #include <QDir>
@@ -12,11 +15,14 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
+#include <termios.h>
 #include <unistd.h>
 #include <utility>
 
@@ -26,11 +32,40 @@ namespace corvrec
 namespace
 {
 
+using namespace std::string_view_literals;
+
 constexpr int kPort = 2;
 constexpr const char* kVariable = "CORVREC_COM2";
 
 // Directories for lock files that a system may have.
 constexpr std::array kLockDirectories{"/var/lock", "/run/lock", "/tmp", "/var/tmp"};
+
+termios Settings(const lab::Pty& pty)
+{
+    termios settings{};
+    if (tcgetattr(pty.Line(), &settings) != 0)
+        qFatal("no settings");
+    return settings;
+}
+
+void SetSettings(const lab::Pty& pty, const termios& settings)
+{
+    if (tcsetattr(pty.Line(), TCSANOW, &settings) != 0)
+        qFatal("the settings cannot be changed");
+}
+
+// Whatever used the port before wants it to keep DTR when it is closed.
+void KeepDtr(const lab::Pty& pty)
+{
+    termios settings = Settings(pty);
+    settings.c_cflag &= ~static_cast<tcflag_t>(HUPCL);
+    SetSettings(pty, settings);
+}
+
+bool HangsUp(const lab::Pty& pty)
+{
+    return (Settings(pty).c_cflag & HUPCL) != 0;
+}
 
 // The editor's port on a pseudo-terminal whose other side is the test.
 struct Line {
@@ -52,6 +87,17 @@ struct Line {
             return bytes.size() >= count;
         }));
         return bytes;
+    }
+
+    // Waits for so many characters from the other side, without handling events.
+    std::string Input(std::size_t count)
+    {
+        const SystemClock clock;
+        const std::int64_t deadline = clock.TickMs() + 5000;
+        std::string characters;
+        while (characters.size() < count && clock.TickMs() < deadline)
+            characters += port.Input();
+        return characters;
     }
 
     std::unique_ptr<lab::Pty> pty = std::make_unique<lab::Pty>();
@@ -152,6 +198,18 @@ private slots:
     static void lockOfNobodyIsIgnored_data();
     static void lockOfNobodyIsIgnored();
     static void onlyAFileIsALock();
+
+    static void closingHangsUpWhateverWasSetBefore();
+    static void restOfTheSettingsIsRestored();
+
+    static void parityErrorsAreMarkedWhereThereIsAParity_data();
+    static void parityErrorsAreMarkedWhereThereIsAParity();
+    static void everyByteArrivesOnALineWithParity();
+    static void damagedCharacterIsAQuestionMark_data();
+    static void damagedCharacterIsAQuestionMark();
+    static void clearingForgetsABegunMark();
+
+    static void outputGoesOnAtXonAlone();
 };
 
 void serial_device_test::deviceComesFromTheEnvironmentFirst()
@@ -301,6 +359,145 @@ void serial_device_test::onlyAFileIsALock()
 
     QVERIFY(QDir().rmdir(name));
     QVERIFY(!isLocked);
+}
+
+void serial_device_test::closingHangsUpWhateverWasSetBefore()
+{
+    Line line;
+    KeepDtr(*line.pty);
+
+    line.port.Open();
+    QVERIFY(HangsUp(*line.pty)); // the end of the process would do it too
+
+    line.port.Close();
+    QVERIFY(HangsUp(*line.pty));
+}
+
+void serial_device_test::restOfTheSettingsIsRestored()
+{
+    Line line("4800,E,8,1", 1);
+    KeepDtr(*line.pty);
+    termios before = Settings(*line.pty);
+
+    line.port.Open();
+    line.port.Close();
+
+    before.c_cflag |= HUPCL;
+    const termios after = Settings(*line.pty);
+    QCOMPARE(after.c_iflag, before.c_iflag);
+    QCOMPARE(after.c_oflag, before.c_oflag);
+    QCOMPARE(after.c_cflag, before.c_cflag);
+    QCOMPARE(after.c_lflag, before.c_lflag);
+}
+
+void serial_device_test::parityErrorsAreMarkedWhereThereIsAParity_data()
+{
+    QTest::addColumn<QString>("settings");
+    QTest::addColumn<bool>("marked");
+    QTest::newRow("none") << "9600,N,8,1" << false;
+    QTest::newRow("even") << "4800,E,7,1" << true;
+    QTest::newRow("odd") << "2400,O,7,2" << true;
+    QTest::newRow("mark") << "300,M,8,1" << true;
+    QTest::newRow("space") << "1200,S,8,1" << true;
+}
+
+void serial_device_test::parityErrorsAreMarkedWhereThereIsAParity()
+{
+    QFETCH(QString, settings);
+    QFETCH(bool, marked);
+    Line line(settings.toStdString());
+
+    line.port.Open();
+
+    constexpr tcflag_t kMarks = INPCK | PARMRK;
+    QCOMPARE(Settings(*line.pty).c_iflag & kMarks, marked ? kMarks : 0);
+    QVERIFY(!marked || (Settings(*line.pty).c_iflag & (IGNPAR | ISTRIP)) == 0);
+}
+
+// The system sends each FF twice, so that it is no mark.
+void serial_device_test::everyByteArrivesOnALineWithParity()
+{
+    Line line("9600,E,8,1");
+    line.port.Open();
+    std::string bytes;
+    for (int code = 1; code <= 0xFF; ++code)
+        bytes += static_cast<char>(code);
+
+    QCOMPARE(line.pty->Write(bytes), bytes.size());
+
+    QCOMPARE(line.Input(bytes.size()), bytes);
+}
+
+void serial_device_test::damagedCharacterIsAQuestionMark_data()
+{
+    QTest::addColumn<bool>("byteByByte");
+    QTest::newRow("at once") << false;
+    QTest::newRow("byte by byte") << true;
+}
+
+// A pseudo-terminal has no parity and marks nothing. Once it does not double an FF either, the test can send
+// what a line with parity errors would give.
+void serial_device_test::damagedCharacterIsAQuestionMark()
+{
+    QFETCH(bool, byteByByte);
+    constexpr std::string_view kMarked = "a\xFF\0bc\xFF\0\0\xFF\xFF\xFF\0\xFFz"sv;
+    Line line("9600,E,8,1");
+    line.port.Open();
+    termios settings = Settings(*line.pty);
+    settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
+    SetSettings(*line.pty, settings);
+
+    std::string characters;
+    if (!byteByByte)
+        QCOMPARE(line.pty->Write(kMarked), kMarked.size());
+    for (std::size_t i = 0; byteByByte && i < kMarked.size(); ++i) {
+        QCOMPARE(line.pty->Write(kMarked.substr(i, 1)), std::size_t{1});
+        QVERIFY(QTest::qWaitFor([&] {
+            characters += line.port.Input();
+            return !line.pty->HasUnread();
+        }));
+    }
+    const std::string expected = "a?c\xFF?z";
+    if (characters.size() < expected.size())
+        characters += line.Input(expected.size() - characters.size());
+
+    QCOMPARE(characters, expected);
+}
+
+void serial_device_test::clearingForgetsABegunMark()
+{
+    Line line("9600,E,8,1");
+    line.port.Open();
+    termios settings = Settings(*line.pty);
+    settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
+    SetSettings(*line.pty, settings);
+    line.pty->Write("a\xFF\0"sv);
+    QVERIFY(QTest::qWaitFor([&line] { return line.port.InBufferCount() > 0 && !line.pty->HasUnread(); }));
+    QCOMPARE(line.port.Input(), "a");
+    QCOMPARE(line.port.InBufferCount(), 0); // the begun mark is read
+
+    line.port.ClearInput();
+    line.pty->Write("b");
+
+    QCOMPARE(line.Input(1), "b");
+}
+
+void serial_device_test::outputGoesOnAtXonAlone()
+{
+    Line line("9600,N,8,1", 1);
+    line.port.Open();
+    constexpr tcflag_t kHandshake = IXON | IXOFF | IXANY;
+    QCOMPARE(Settings(*line.pty).c_iflag & kHandshake, tcflag_t{IXON | IXOFF});
+    line.pty->Write("a\x13"
+                    "b");
+    QCOMPARE(line.Input(2), "ab");
+
+    line.port.Output("+++");
+    QTest::qWait(50); // with IXANY it would have gone at once
+    QCOMPARE(line.pty->Read(), "");
+
+    line.pty->Write("\x11");
+    QCOMPARE(line.Read(3), "+++");
 }
 
 } // namespace corvrec

@@ -1,0 +1,77 @@
+#include "comm/parity_marks.h"
+
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+
+namespace corvrec
+{
+
+namespace
+{
+
+using namespace std::string_view_literals;
+
+std::string Decoded(std::string_view bytes)
+{
+    return ParityMarks().Decode(bytes);
+}
+
+TEST(ParityMarks, LeaveOtherCharactersAsTheyAre)
+{
+    std::string bytes;
+    for (int code = 0; code < 0xFF; ++code)
+        bytes += static_cast<char>(code);
+
+    EXPECT_EQ(Decoded(bytes), bytes);
+}
+
+TEST(ParityMarks, MakeADamagedCharacterAQuestionMark)
+{
+    EXPECT_EQ(Decoded("a\xFF\0bc"sv), "a?c");
+    EXPECT_EQ(Decoded("\xFF\0\xFF\xFF\0*"sv), "??"); // the damaged one can be an FF
+}
+
+TEST(ParityMarks, OfADoubledFFIsOneFF)
+{
+    EXPECT_EQ(Decoded("a\xFF\xFF"
+                      "b"sv),
+              "a\xFF"
+              "b");
+    EXPECT_EQ(Decoded("\xFF\xFF\xFF\xFF\0"sv), "\xFF\xFF\0"sv); // no mark: two FF and a NUL
+}
+
+TEST(ParityMarks, OfABreakAreNoCharacter)
+{
+    EXPECT_EQ(Decoded("a\xFF\0\0b"sv), "ab");
+}
+
+TEST(ParityMarks, MayBeSplitAnywhere)
+{
+    constexpr std::string_view kBytes = "a\xFF\0b\xFF\xFF\xFF\0\0c\xFF\0\xFF"sv;
+    for (std::size_t first = 0; first <= kBytes.size(); ++first) {
+        for (std::size_t second = first; second <= kBytes.size(); ++second) {
+            ParityMarks marks;
+            std::string characters = marks.Decode(kBytes.substr(0, first));
+            characters += marks.Decode(kBytes.substr(first, second - first));
+            characters += marks.Decode(kBytes.substr(second));
+            EXPECT_EQ(characters, "a?\xFF"
+                                  "c?")
+                << first << ", " << second;
+        }
+    }
+}
+
+TEST(ParityMarks, ForgetABegunMark)
+{
+    ParityMarks marks;
+    EXPECT_EQ(marks.Decode("\xFF\0"sv), "");
+
+    marks.Reset();
+
+    EXPECT_EQ(marks.Decode("a"), "a");
+}
+
+} // namespace
+
+} // namespace corvrec
