@@ -86,6 +86,8 @@ void ImpostaDataOra(SerialPort& port, Clock& clock, std::string_view time, std::
         port.Output({&c, 1});
         clock.Sleep(kClockPauseMs);
     }
+    // At 300 baud a character takes longer than its pause, and the caller clears the output.
+    port.WaitUntilSent(kClockSendTimeOutMs);
 }
 
 } // namespace corvrec

@@ -35,6 +35,7 @@ inline constexpr int kLineClearTimeOutMs = 30000;
 inline constexpr int kStatusTimeOutMs = 30000;
 inline constexpr int kStatusByModemTimeOutMs = 10000; // shorter than by cable on purpose
 inline constexpr int kClockPauseMs = 20;              // after each character of the clock command
+inline constexpr int kClockSendTimeOutMs = 1000;      // more than twice what its end takes at 300 baud
 
 // Clears the line before a request: the device answers the line-clear character with the same. Whether it
 // does is not told; the request that follows shows.
@@ -45,7 +46,8 @@ void SXAzzeraLinea(ReplyWait& wait, int timeOutMs);
 [[nodiscard]] std::string RiceviSXStatus(ReplyWait& wait, int modelNumber, int timeOutMs);
 
 // Sets the device's clock from a valid time "hh:mm" and a valid date "dd/mm/yy". The device does not answer;
-// the call takes the ten pauses and handles no events. PortError passes through.
+// the call takes the ten pauses, and the time until a slow line has sent all, and handles no events.
+// PortError passes through.
 void ImpostaDataOra(SerialPort& port, Clock& clock, std::string_view time, std::string_view date);
 
 } // namespace corvrec

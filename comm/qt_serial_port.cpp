@@ -3,8 +3,10 @@
 #include "comm/serial_device.h"
 #include "widgets/qt_text.h"
 
+#include <QDeadlineTimer>
 #include <QMetaObject>
 #include <QStringList>
+#include <QThread>
 
 #include <algorithm>
 #include <array>
@@ -20,6 +22,7 @@ namespace
 
 constexpr qint64 kBufferSize = 1024;
 constexpr int kSendBeforeCloseMs = 500;
+constexpr unsigned kPollMs = 5; // between two checks whether all has left
 
 std::optional<QSerialPort::Parity> ParityOf(const QString& letter)
 {
@@ -179,6 +182,20 @@ void QtSerialPort::Output(std::string_view bytes)
         throw PortError(ToStd(port_.errorString()));
 }
 
+void QtSerialPort::WaitUntilSent(int timeOutMs)
+{
+    CheckUsable();
+    const QDeadlineTimer deadline(timeOutMs);
+    isSending_ = true;
+    while (port_.bytesToWrite() > 0 &&
+           port_.waitForBytesWritten(static_cast<int>(deadline.remainingTime()))) {
+    }
+    isSending_ = false;
+    while (IsOpen() && !HasSent(port_.handle()) && !deadline.hasExpired())
+        QThread::msleep(kPollMs);
+    CheckUsable();
+}
+
 void QtSerialPort::ClearInput()
 {
     received_.clear();
@@ -191,7 +208,8 @@ void QtSerialPort::ClearInput()
 
 void QtSerialPort::ClearOutput()
 {
-    if (IsOpen())
+    // A pseudo-terminal would throw away what it has taken and its other side has not read yet.
+    if (IsOpen() && (port_.bytesToWrite() > 0 || !HasSent(port_.handle())))
         port_.clear(QSerialPort::Output);
 }
 

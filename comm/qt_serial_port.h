@@ -30,6 +30,7 @@ public:
     std::string Input() override;
     [[nodiscard]] bool CDHolding() const override;
     void Output(std::string_view bytes) override;
+    void WaitUntilSent(int timeOutMs) override;
     void ClearInput() override;
     void ClearOutput() override;
 

@@ -29,6 +29,9 @@ bool IsLocked(const QString& device);
 // whether they are marked: ParityMarks reads the input then.
 bool SetUpLine(PortHandle port, bool hasParity);
 
+// Whether all that the system was given for sending has left.
+bool HasSent(PortHandle port);
+
 // Lowers DTR when a port is closed. Created before QSerialPort closes the port, destroyed after that:
 // QSerialPort first restores the settings that it found, and those may keep DTR high.
 class HangUpOnClose

@@ -13,6 +13,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <termios.h>
@@ -147,6 +148,16 @@ bool SetUpLine(PortHandle port, bool hasParity)
         }
     });
     return isSet && hasParity;
+}
+
+bool HasSent(PortHandle port)
+{
+    int queued = 0;
+    if (::ioctl(port, TIOCOUTQ, &queued) == 0 && queued > 0)
+        return false;
+    // What is left in the device itself. Not every driver can say.
+    unsigned status = 0;
+    return ::ioctl(port, TIOCSERGETLSR, &status) != 0 || (status & TIOCSER_TEMT) != 0;
 }
 
 HangUpOnClose::HangUpOnClose(PortHandle port) noexcept

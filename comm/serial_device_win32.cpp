@@ -35,6 +35,13 @@ bool SetUpLine(PortHandle port, bool hasParity)
     return false;
 }
 
+bool HasSent(PortHandle port)
+{
+    DWORD errors = 0;
+    COMSTAT status{};
+    return ClearCommError(port, &errors, &status) == 0 || status.cbOutQue == 0;
+}
+
 HangUpOnClose::HangUpOnClose(PortHandle port) noexcept
     : port_(port)
 {

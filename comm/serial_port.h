@@ -51,6 +51,10 @@ public:
     // gone.
     virtual void Output(std::string_view bytes) = 0;
 
+    // Waits until all has left, no longer than the time-out, and handles no events. What a stopped line keeps
+    // back is no error. Throws PortError when the port is closed or has gone.
+    virtual void WaitUntilSent(int timeOutMs) = 0;
+
     // Throw away what was received and not taken, or is not sent yet. On a closed port they do nothing:
     // buttons clear the buffers after a failed connection, which has closed the port.
     virtual void ClearInput() = 0;

@@ -30,6 +30,7 @@ public:
     std::string Input() override;
     [[nodiscard]] bool CDHolding() const override { return carrier_; }
     void Output(std::string_view bytes) override;
+    void WaitUntilSent(int /*timeOutMs*/) override { MustWork(); }
     void ClearInput() override { received_.clear(); }
     void ClearOutput() override {}
 

@@ -1,9 +1,11 @@
 // The real port and what it asks of the system: which device it opens, who else uses it, how the line is set.
 // Most tests hold the other side of a pseudo-terminal themselves; what they see there are the settings of the
 // editor's side.
+#include "comm/buffer_device.h"
 #include "comm/qt_serial_port.h"
 #include "comm/serial_device.h"
 #include "config/clock.h"
+#include "tests/pty/running_lab.h"
 #include "tools/lab/pty.h"
 
 #include <QDir>
@@ -19,6 +21,7 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/types.h>
@@ -180,6 +183,38 @@ QByteArray AsBinary(pid_t process)
     return bytes;
 }
 
+// Stops the output with its answer to the first byte, and lets it go on when some time has passed.
+class PausingDevice final : public lab::LineDevice
+{
+public:
+    void Receive(std::string_view bytes, std::int64_t nowMs) override
+    {
+        if (bytes.empty())
+            return;
+        answer_.Receive(bytes, nowMs);
+        if (!goOnMs_)
+            goOnMs_ = nowMs + 100;
+    }
+    std::string Send(std::int64_t nowMs) override
+    {
+        std::string bytes = answer_.Send(nowMs);
+        if (goOnMs_ && nowMs >= *goOnMs_ && !std::exchange(goesOn_, true))
+            bytes += '\x11';
+        return bytes;
+    }
+    [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override
+    {
+        return goesOn_ ? std::nullopt : goOnMs_;
+    }
+    void Disconnect() override {}
+    [[nodiscard]] bool IsGone() const override { return false; }
+
+private:
+    OneAnswer answer_{"x\x13"};
+    std::optional<std::int64_t> goOnMs_;
+    bool goesOn_ = false;
+};
+
 } // namespace
 
 class serial_device_test : public QObject
@@ -210,6 +245,10 @@ private slots:
     static void clearingForgetsABegunMark();
 
     static void outputGoesOnAtXonAlone();
+    static void outputThatIsWaitedForIsNotCleared();
+    static void stoppedLineEndsTheWait();
+    static void closedPortCannotBeWaitedFor();
+    static void clockCommandReachesASlowReaderWhole();
 };
 
 void serial_device_test::deviceComesFromTheEnvironmentFirst()
@@ -498,6 +537,67 @@ void serial_device_test::outputGoesOnAtXonAlone()
 
     line.pty->Write("\x11");
     QCOMPARE(line.Read(3), "+++");
+}
+
+void serial_device_test::outputThatIsWaitedForIsNotCleared()
+{
+    RunningLab lab(std::make_unique<PausingDevice>(), kPort);
+    QtSerialPort port;
+    port.Configure({.commPort = kPort, .settings = "9600,N,8,1", .handshaking = 1});
+    port.Open();
+    port.Output("?");
+    QVERIFY(QTest::qWaitFor([&port] { return port.InBufferCount() > 0; })); // and the XOFF with it
+    port.Output("0905311226");
+
+    port.WaitUntilSent(60'000);
+    port.ClearOutput();
+    port.Close();
+
+    lab.Unplug();
+    QCOMPARE(lab.Received(), "?0905311226");
+}
+
+// What it keeps back is then thrown away.
+void serial_device_test::stoppedLineEndsTheWait()
+{
+    Line line("9600,N,8,1", 1);
+    line.port.Open();
+    line.pty->Write("a\x13");
+    QCOMPARE(line.Input(1), "a");
+    line.port.Output("+++");
+
+    line.port.WaitUntilSent(50);
+    QVERIFY(line.port.IsOpen());
+    line.port.ClearOutput();
+
+    line.pty->Write("\x11");
+    line.port.Output("on");
+    QCOMPARE(line.Read(2), "on");
+}
+
+void serial_device_test::closedPortCannotBeWaitedFor()
+{
+    QtSerialPort port;
+
+    QVERIFY(Throws([&port] { port.WaitUntilSent(50); }));
+}
+
+// The reader is so far behind that the system still holds the command on its way to it.
+void serial_device_test::clockCommandReachesASlowReaderWhole()
+{
+    const std::string before(8000, 'x');
+    Line line;
+    line.port.Open();
+    line.port.Output(before);
+    SystemClock clock;
+
+    ImpostaDataOra(line.port, clock, "09:05", "31/12/26");
+    line.port.ClearInput();
+    line.port.ClearOutput();
+
+    const std::string command = "\x0F"
+                                "0905311226";
+    QCOMPARE(line.Read(before.size() + command.size()), before + command);
 }
 
 } // namespace corvrec

@@ -79,6 +79,12 @@ void FakePort::Output(std::string_view bytes)
     answers_.erase(answer);
 }
 
+void FakePort::WaitUntilSent(int timeOutMs)
+{
+    MustWork();
+    Note("WaitUntilSent " + std::to_string(timeOutMs));
+}
+
 void FakePort::ClearInput()
 {
     Note("ClearInput");

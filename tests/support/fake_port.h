@@ -35,6 +35,7 @@ public:
     std::string Input() override;
     [[nodiscard]] bool CDHolding() const override { return carrier_; }
     void Output(std::string_view bytes) override;
+    void WaitUntilSent(int timeOutMs) override;
     void ClearInput() override;
     void ClearOutput() override;
 

@@ -275,9 +275,10 @@ TEST(ImpostaDataOra, SendsEachDigitWithAPauseBehindIt)
 
     ImpostaDataOra(line.port, line.clock, "09:05", "31/12/26");
 
-    EXPECT_THAT(line.port.Journal(), ElementsAre("0 Output <0F>", "0 Output 0", "20 Output 9", "40 Output 0",
-                                                 "60 Output 5", "80 Output 3", "100 Output 1", "120 Output 1",
-                                                 "140 Output 2", "160 Output 2", "180 Output 6"));
+    EXPECT_THAT(line.port.Journal(),
+                ElementsAre("0 Output <0F>", "0 Output 0", "20 Output 9", "40 Output 0", "60 Output 5",
+                            "80 Output 3", "100 Output 1", "120 Output 1", "140 Output 2", "160 Output 2",
+                            "180 Output 6", "200 WaitUntilSent 1000"));
     EXPECT_THAT(line.clock.Sleeps(), SizeIs(10));
     EXPECT_THAT(line.clock.Sleeps(), Each(20));
     EXPECT_EQ(line.pump.MayRest().size(), 0U) << "no events are handled";

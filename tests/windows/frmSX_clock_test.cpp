@@ -61,10 +61,10 @@ void frmSX_clock_test::sendsTheDigitsWithTheirPauses()
 
     window.Click("cmdImpostaDataOra");
 
-    QCOMPARE(window.Journal(),
-             QStringList({"0 Close", "0 Open", "0 Output <0F>", "0 Output 0", "20 Output 9", "40 Output 0",
-                          "60 Output 5", "80 Output 3", "100 Output 1", "120 Output 1", "140 Output 2",
-                          "160 Output 2", "180 Output 6", "200 ClearInput", "200 ClearOutput"}));
+    QCOMPARE(window.Journal(), QStringList({"0 Close", "0 Open", "0 Output <0F>", "0 Output 0", "20 Output 9",
+                                            "40 Output 0", "60 Output 5", "80 Output 3", "100 Output 1",
+                                            "120 Output 1", "140 Output 2", "160 Output 2", "180 Output 6",
+                                            "200 WaitUntilSent 1000", "200 ClearInput", "200 ClearOutput"}));
     QCOMPARE(window.Time().Sleeps(), std::vector<std::int64_t>(10, 20));
     QCOMPARE(window.Enabled(), kAllButtons);
     QCOMPARE(window.Busy(), QStringList());
