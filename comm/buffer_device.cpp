@@ -25,6 +25,13 @@ constexpr std::string_view kEndOfStatus = "*";
 constexpr int kCounted = 18;
 constexpr int kCountedAfterLineClear = 2;
 
+// Whether no field is missing, though the device may have gone before its answer to the line clear.
+bool HasAllFields(std::string_view reply, bool counted)
+{
+    return counted ? reply.size() >= kCounted + kCountedAfterLineClear
+                   : reply.find(kEndOfStatus) != std::string_view::npos;
+}
+
 } // namespace
 
 BufferModel BufferModelOf(int deviceRow)
@@ -57,19 +64,24 @@ std::string RiceviSXStatus(ReplyWait& wait, int modelNumber, int timeOutMs)
     const InputLenScope oneByOne(port, 1, 0);
 
     // Results of the waits are ignored on purpose: what came is decoded as far as it goes.
-    port.Output(kStatusRequest);
-    if (counted)
-        wait.ForCount(timeOutMs, kCounted, reply);
-    else
-        wait.ForText(timeOutMs, kEndOfStatus, reply);
+    try {
+        port.Output(kStatusRequest);
+        if (counted)
+            wait.ForCount(timeOutMs, kCounted, reply);
+        else
+            wait.ForText(timeOutMs, kEndOfStatus, reply);
 
-    port.Output(kLineClear);
-    if (counted)
-        wait.ForCount(timeOutMs, kCountedAfterLineClear, reply);
-    else
-        wait.ForText(timeOutMs, kLineClear, reply);
+        port.Output(kLineClear);
+        if (counted)
+            wait.ForCount(timeOutMs, kCountedAfterLineClear, reply);
+        else
+            wait.ForText(timeOutMs, kLineClear, reply);
 
-    reply += port.Input();
+        reply += port.Input();
+    } catch (const PortError&) {
+        if (!HasAllFields(reply, counted))
+            throw;
+    }
     return reply;
 }
 

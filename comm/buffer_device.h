@@ -42,7 +42,8 @@ inline constexpr int kClockSendTimeOutMs = 1000;      // more than twice what it
 void SXAzzeraLinea(ReplyWait& wait, int timeOutMs);
 
 // Asks for the status and returns the raw reply in code page 1252, shorter or empty when the device falls
-// silent or the user cancels. The reply has two parts, each with its own time-out. PortError passes through.
+// silent or the user cancels. The reply has two parts, each with its own time-out. PortError passes through,
+// unless the fields are all there.
 [[nodiscard]] std::string RiceviSXStatus(ReplyWait& wait, int modelNumber, int timeOutMs);
 
 // Sets the device's clock from a valid time "hh:mm" and a valid date "dd/mm/yy". The device does not answer;

@@ -128,6 +128,11 @@ bool QtSerialPort::IsOpen() const
 void QtSerialPort::Close() noexcept
 {
     received_.clear();
+    CloseDevice();
+}
+
+void QtSerialPort::CloseDevice() noexcept
+{
     if (!port_.isOpen())
         return;
     SendRest();
@@ -149,9 +154,10 @@ void QtSerialPort::SendRest() noexcept
 
 int QtSerialPort::InBufferCount()
 {
-    CheckUsable();
     if (received_.empty())
         Fill();
+    if (received_.empty())
+        CheckUsable();
     return static_cast<int>(received_.size());
 }
 
@@ -200,10 +206,10 @@ void QtSerialPort::ClearInput()
 {
     received_.clear();
     marks_.Reset();
-    if (!IsOpen())
-        return;
-    port_.clear(QSerialPort::Input);
-    port_.readAll(); // Qt listens no more once its buffer is full, until it is read
+    if (IsOpen())
+        port_.clear(QSerialPort::Input);
+    if (port_.isOpen())
+        port_.readAll(); // Qt listens no more once its buffer is full, until it is read
 }
 
 void QtSerialPort::ClearOutput()
@@ -234,8 +240,10 @@ void QtSerialPort::NoteError(QSerialPort::SerialPortError error)
     QMetaObject::invokeMethod(
         &port_,
         [this] {
-            if (isLost_)
-                Close();
+            if (!isLost_ || !port_.isOpen())
+                return; // opened again, or closed
+            Take();
+            CloseDevice();
         },
         Qt::QueuedConnection);
 }
@@ -247,19 +255,23 @@ void QtSerialPort::CheckUsable() const
 }
 
 // Takes what Qt holds, or else the kernel, up to the buffer's size; the rest stays where it is, and is an
-// event of its own. Once: a device that sends nothing but NULs shall not keep us here.
+// event of its own. Once: a device that sends nothing but NULs shall not keep us here. Of a lost device, what
+// Qt still holds.
 void QtSerialPort::Fill()
 {
     // What the kernel holds counts too, though no event has been handled since it came.
-    if (port_.bytesAvailable() > 0 || port_.waitForReadyRead(0)) {
-        std::array<char, kBufferSize> bytes{};
-        const qint64 count = std::max<qint64>(port_.read(bytes.data(), kBufferSize), 0);
-        std::string characters(bytes.data(), static_cast<std::size_t>(count));
-        if (isMarked_)
-            characters = marks_.Decode(characters);
-        std::ranges::copy_if(characters, std::back_inserter(received_), [](char c) { return c != '\0'; });
-    }
-    CheckUsable();
+    if (port_.bytesAvailable() > 0 || (IsOpen() && port_.waitForReadyRead(0)))
+        Take();
+}
+
+void QtSerialPort::Take()
+{
+    std::array<char, kBufferSize> bytes{};
+    const qint64 count = std::max<qint64>(port_.read(bytes.data(), kBufferSize), 0);
+    std::string characters(bytes.data(), static_cast<std::size_t>(count));
+    if (isMarked_)
+        characters = marks_.Decode(characters);
+    std::ranges::copy_if(characters, std::back_inserter(received_), [](char c) { return c != '\0'; });
 }
 
 } // namespace corvrec

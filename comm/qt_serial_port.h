@@ -37,13 +37,16 @@ public:
 private:
     void NoteError(QSerialPort::SerialPortError error);
     void CheckUsable() const;
+    void CloseDevice() noexcept;
     void Fill();
+    void Take();
     void SendRest() noexcept;
 
     LineSettings line_;
     // pinoutSignals() of an open port is a question, but not a const member.
     mutable QSerialPort port_;
-    std::deque<char> received_; // without NULs, at most kBufferSize
+    // Without NULs; at most kBufferSize, and of a device that has gone also what Qt held.
+    std::deque<char> received_;
     ParityMarks marks_;
     bool isMarked_ = false;
     int inputLen_ = 0;

@@ -37,11 +37,12 @@ public:
     [[nodiscard]] virtual int InputLen() const noexcept = 0;
     virtual void SetInputLen(int characters) noexcept = 0;
 
-    // Characters received and not yet taken. Throws PortError when the port is closed or has gone.
+    // Characters received and not yet taken. Throws PortError when the port is closed, or has gone and all
+    // that came before is taken.
     virtual int InBufferCount() = 0;
 
     // Takes up to InputLen characters out of the receive buffer; empty when there are none. Throws PortError
-    // when the port is closed or has gone.
+    // as InBufferCount does.
     virtual std::string Input() = 0;
 
     // State of the carrier line; false when it is unknown.

@@ -54,6 +54,8 @@ private slots:
     static void statusIsReadAndClockIsSet();
     static void statusIsReadByModem();
     static void unpluggedDeviceLeavesTheWindowUsable();
+    static void unplugAfterAWholeReplyDoesNotCostIt_data();
+    static void unplugAfterAWholeReplyDoesNotCostIt();
 };
 
 void frmSX_pty_test::statusIsReadAndClockIsSet()
@@ -124,6 +126,33 @@ void frmSX_pty_test::unpluggedDeviceLeavesTheWindowUsable()
         MessageProbe gone(Qt::Key_Return);
         Click(window, "cmdImpostaDataOra");
         QCOMPARE(gone.text(), "Impossibile aprire Com2");
+    });
+}
+
+void frmSX_pty_test::unplugAfterAWholeReplyDoesNotCostIt_data()
+{
+    QTest::addColumn<int>("bytes"); // with the answer to the first line clear
+    QTest::addColumn<bool>("burst");
+    constexpr int kUpToTheStar = 1 + 38;
+    QTest::newRow("after the star") << kUpToTheStar << false;
+    QTest::newRow("after the star, in one burst") << kUpToTheStar << true;
+    QTest::newRow("after the line clear") << kUpToTheStar + 1 << false;
+    QTest::newRow("after the line clear, in one burst") << kUpToTheStar + 1 << true;
+}
+
+void frmSX_pty_test::unplugAfterAWholeReplyDoesNotCostIt()
+{
+    QFETCH(int, bytes);
+    QFETCH(bool, burst);
+    lab::DeviceOptions device = Device();
+    device.faults.dropAfter = static_cast<std::size_t>(bytes);
+    device.faults.burst = burst;
+    Session session(device, "Dispositivo=STX30\r\n");
+
+    session.editor.Visit([](frmSX& window) {
+        Click(window, "cmdStato");
+        QCOMPARE(Shows(window, "lblMemoria"), "1234567");
+        QCOMPARE(Shows(window, "lblOra"), "00:00");
     });
 }
 

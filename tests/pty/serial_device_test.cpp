@@ -8,6 +8,7 @@
 #include "tests/pty/running_lab.h"
 #include "tools/lab/pty.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -249,6 +250,9 @@ private slots:
     static void stoppedLineEndsTheWait();
     static void closedPortCannotBeWaitedFor();
     static void clockCommandReachesASlowReaderWhole();
+
+    static void lostDeviceLeavesWhatItHasSent();
+    static void clearingTakesWhatALostDeviceHasSent();
 };
 
 void serial_device_test::deviceComesFromTheEnvironmentFirst()
@@ -598,6 +602,43 @@ void serial_device_test::clockCommandReachesASlowReaderWhole()
     const std::string command = "\x0F"
                                 "0905311226";
     QCOMPARE(line.Read(before.size() + command.size()), before + command);
+}
+
+void serial_device_test::lostDeviceLeavesWhatItHasSent()
+{
+    Line line;
+    line.port.Open();
+    line.pty->Write("whole reply");
+    QVERIFY(QTest::qWaitFor([&line] { return !line.pty->HasUnread(); })); // Qt has it
+    line.port.SetInputLen(1);
+    QCOMPARE(line.port.Input(), "w");
+
+    line.pty.reset();
+    QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }));
+
+    QCOMPARE(line.port.Input(), "h");
+    QCoreApplication::processEvents(); // the port closes
+    QVERIFY(Throws([&line] { line.port.Output("x"); }));
+    QCOMPARE(line.port.InBufferCount(), 9);
+    line.port.SetInputLen(0);
+    QCOMPARE(line.port.Input(), "ole reply");
+    QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
+    QVERIFY(Throws([&line] { line.port.Input(); }));
+}
+
+void serial_device_test::clearingTakesWhatALostDeviceHasSent()
+{
+    Line line;
+    line.port.Open();
+    line.pty->Write("reply");
+    QVERIFY(QTest::qWaitFor([&line] { return !line.pty->HasUnread(); }));
+    line.pty.reset();
+    QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }));
+
+    line.port.ClearInput();
+    QCoreApplication::processEvents();
+
+    QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
 }
 
 } // namespace corvrec

@@ -52,13 +52,13 @@ void FakePort::Close() noexcept
 
 int FakePort::InBufferCount()
 {
-    MustWork();
+    MustWorkOrHold();
     return poured_ ? kBufferSize : static_cast<int>(received_.size());
 }
 
 std::string FakePort::Input()
 {
-    MustWork();
+    MustWorkOrHold();
     const std::size_t most = inputLen_ == 0 ? kBufferSize : static_cast<std::size_t>(inputLen_);
     std::string taken = poured_ ? std::string(most, *poured_) : received_.substr(0, most);
     if (poured_)
@@ -99,6 +99,13 @@ void FakePort::ClearOutput()
 void FakePort::Note(std::string_view call)
 {
     journal_.push_back(std::to_string(clock_.TickMs() - start_) + " " + std::string(call));
+}
+
+// What was received before a loss can still be taken.
+void FakePort::MustWorkOrHold() const
+{
+    if (!lost_ || received_.empty())
+        MustWork();
 }
 
 void FakePort::MustWork() const

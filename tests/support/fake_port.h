@@ -49,6 +49,7 @@ public:
     void Pour(std::optional<char> byte) { poured_ = byte; }
 
     // The other side goes away: the port counts as closed and answers with errors, until it is opened anew.
+    // What was received before can be taken.
     void Lose() { lost_ = true; }
 
     void RefuseOpen(bool refuse) { refuses_ = refuse; }
@@ -68,6 +69,7 @@ public:
 private:
     void Note(std::string_view call);
     void MustWork() const;
+    void MustWorkOrHold() const;
 
     const Clock& clock_;
     std::int64_t start_;

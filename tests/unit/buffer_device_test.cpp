@@ -238,24 +238,74 @@ TEST(RiceviSXStatus, LeavesThePortReadingAllThatIsThere)
     EXPECT_EQ(line.port.InputLen(), 0);
 }
 
-// In milliseconds: before the star, and between the star and the line clear.
-class LostPort : public testing::TestWithParam<std::int64_t>
-{
-};
-
-TEST_P(LostPort, EndsTheRequestWithItsError)
+TEST(RiceviSXStatus, EndsWithThePortsErrorWhenThePortGoesBeforeTheStar)
 {
     SerialLine line;
-    line.pump.At(10, [&] { line.port.Receive("status*"); });
-    line.pump.At(GetParam(), [&] { line.port.Lose(); });
+    line.pump.At(10, [&] { line.port.Receive("status"); });
+    line.pump.At(15, [&] { line.port.Lose(); });
 
     EXPECT_THAT([&] { static_cast<void>(RiceviSXStatus(line.wait, 40, 30000)); }, Throws<PortError>());
 
     EXPECT_EQ(line.port.InputLen(), 0);
-    EXPECT_EQ(Elapsed(line), GetParam());
+    EXPECT_EQ(Elapsed(line), 15);
 }
 
-INSTANTIATE_TEST_SUITE_P(, LostPort, testing::Values(5, 15));
+TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesAfterTheStar)
+{
+    SerialLine line;
+    line.pump.At(10, [&] { line.port.Receive("status*"); });
+    line.pump.At(15, [&] { line.port.Lose(); });
+
+    EXPECT_EQ(RiceviSXStatus(line.wait, 40, 30000), "status*");
+
+    EXPECT_EQ(line.port.InputLen(), 0);
+    EXPECT_EQ(Elapsed(line), 15);
+}
+
+// All of it is received, and most of it not yet taken.
+TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesWithTheStar)
+{
+    SerialLine line;
+    line.pump.At(10, [&] {
+        line.port.Receive("status*\x13");
+        line.port.Lose();
+    });
+
+    EXPECT_EQ(RiceviSXStatus(line.wait, 40, 30000), "status*");
+}
+
+TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesAfterTheLineClear)
+{
+    SerialLine line;
+    line.port.Answer(kStatusRequest, "status*");
+    line.pump.At(10, [&] {
+        line.port.Receive("\x13");
+        line.port.Lose();
+    });
+
+    EXPECT_EQ(RiceviSXStatus(line.wait, 30, 30000), "status*\x13");
+}
+
+TEST(RiceviSXStatus, OfA11IsKeptWhenThePortGoesAfterAll20)
+{
+    SerialLine line;
+    line.port.Answer(kStatusRequest, "abcdefghijklmnopqr");
+    line.pump.At(10, [&] {
+        line.port.Receive("st");
+        line.port.Lose();
+    });
+
+    EXPECT_EQ(RiceviSXStatus(line.wait, 11, 30000), "abcdefghijklmnopqrst");
+}
+
+TEST(RiceviSXStatus, OfA11EndsWithThePortsErrorWhenThePortGoesAfter18)
+{
+    SerialLine line;
+    line.port.Answer(kStatusRequest, "abcdefghijklmnop*r");
+    line.pump.At(10, [&] { line.port.Lose(); });
+
+    EXPECT_THAT([&] { static_cast<void>(RiceviSXStatus(line.wait, 11, 30000)); }, Throws<PortError>());
+}
 
 TEST(RiceviSXStatus, OfADeviceThatNeverStopsStaysSmall)
 {
