@@ -1,5 +1,6 @@
 #include "editor/file_chooser.h"
 
+#include <QAction>
 #include <QDir>
 #include <QFileDialog>
 
@@ -37,6 +38,11 @@ std::optional<QString> ChooseFile(QWidget* parent, const QString& fieldText, con
     chooser.setWindowModality(Qt::WindowModal); // the guide stays usable
     chooser.setAcceptMode(QFileDialog::AcceptOpen);
     chooser.setFileMode(QFileDialog::AnyFile);
+    // It chooses a name: no file is deleted or renamed here. The option leaves the command for a new folder
+    // enabled.
+    chooser.setOption(QFileDialog::ReadOnly);
+    if (auto* const newFolder = chooser.findChild<QAction*>("qt_new_folder_action"))
+        newFolder->setEnabled(false);
     // Qt takes the last parentheses as the pattern and, with the details hidden, does not show them; "*" also
     // lists names without a point.
     chooser.setOption(QFileDialog::HideNameFilterDetails);

@@ -6,6 +6,7 @@
 #include "tests/support/vectors.h"
 #include "widgets/paths.h"
 
+#include <QAction>
 #include <QDir>
 #include <QFileDialog>
 #include <QListView>
@@ -96,6 +97,7 @@ private slots:
     static void cancellingKeepsTheText_data();
     static void cancellingKeepsTheText();
     static void segmentsOfAWindowsPathAreCapitalised();
+    static void filesAreNeitherDeletedNorRenamed();
 };
 
 void file_chooser_test::folderOfAWindowsName_data()
@@ -292,6 +294,32 @@ void file_chooser_test::cancellingKeepsTheText()
 void file_chooser_test::segmentsOfAWindowsPathAreCapitalised()
 {
     QCOMPARE(CapitaliseAfter(R"(c:\program files\rec\calls.txt)", '\\'), R"(c:\Program files\Rec\Calls.txt)");
+}
+
+void file_chooser_test::filesAreNeitherDeletedNorRenamed()
+{
+    BrowseWindow window;
+    window.Put("calls.txt");
+    window.Field("txtDati").setText(ToText(window.Folder() / "calls.txt"));
+    QStringList enabled;
+
+    window.Browse("cmdSfoglia1", [&enabled](QFileDialog& chooser) {
+        auto& files = SiteWindow::Part<QListView>(chooser, "listView");
+        QVERIFY(QTest::qWaitFor([&files] { return files.model()->rowCount(files.rootIndex()) > 0; }));
+        files.setCurrentIndex(files.model()->index(0, 0, files.rootIndex()));
+        files.setFocus();
+        QTest::keyClick(&files, Qt::Key_Delete);
+        QTest::keyClick(&files, Qt::Key_F2);
+        for (const char* const action : {"qt_delete_action", "qt_rename_action", "qt_new_folder_action"}) {
+            auto* const command = chooser.findChild<QAction*>(action);
+            if (command != nullptr && command->isEnabled())
+                enabled.append(action);
+        }
+        chooser.reject();
+    });
+
+    QCOMPARE(enabled, QStringList());
+    QVERIFY(std::filesystem::exists(window.Folder() / "calls.txt"));
 }
 
 } // namespace corvrec
