@@ -31,6 +31,7 @@ public:
     virtual int Reserve(int descriptor, off_t offset, off_t length) = 0; // fallocate that keeps the size
     virtual int SyncData(int descriptor) = 0;                            // fdatasync
     virtual int Sync(int descriptor) = 0;                                // fsync
+    virtual int MayWrite(const char* path) = 0;                          // faccessat: W_OK, effective user
     virtual timespec FileClock() = 0; // now, by the clock that file times are taken from
 };
 

@@ -39,6 +39,11 @@ public:
     // Comments and blank lines of the section stay in the file.
     virtual bool DeleteSection(std::string_view section) = 0;
 
+    // Whether a write could succeed as far as permissions tell: false for a file that this user may not
+    // write, or in a file system without writing. A file that is missing counts as its directory does. A
+    // write can fail all the same, for want of room for example.
+    [[nodiscard]] virtual bool IsWritable() = 0;
+
     // Asks the system to bring what was written to the disk; once after a user's action. A failure is
     // ignored: the data is in the file for every other program, only a power cut could still lose it.
     virtual void Flush() = 0;

@@ -60,6 +60,7 @@ public:
     }
     int SyncData(int descriptor) override { return ::fdatasync(descriptor); }
     int Sync(int descriptor) override { return ::fsync(descriptor); }
+    int MayWrite(const char* path) override { return ::faccessat(AT_FDCWD, path, W_OK, AT_EACCESS); }
     timespec FileClock() override
     {
         timespec now{};
@@ -352,6 +353,14 @@ public:
     bool DeleteSection(std::string_view section) override
     {
         return Change([&](IniText& text) { return text.EraseSection(section); });
+    }
+
+    bool IsWritable() override
+    {
+        if (calls_.MayWrite(path_.c_str()) == 0)
+            return true;
+        const std::filesystem::path directory = path_.has_parent_path() ? path_.parent_path() : ".";
+        return errno == ENOENT && calls_.MayWrite(directory.c_str()) == 0;
     }
 
     void Flush() override

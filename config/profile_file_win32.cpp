@@ -114,6 +114,18 @@ public:
 
     bool DeleteSection(std::string_view section) override { return Set(section, nullptr, nullptr); }
 
+    bool IsWritable() override
+    {
+        if (path_.find(kNoCharacter) != std::string::npos)
+            return false;
+        HANDLE file = ::CreateFileW(file_.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+        if (file == INVALID_HANDLE_VALUE)
+            return ::GetLastError() == ERROR_FILE_NOT_FOUND;
+        ::CloseHandle(file);
+        return true;
+    }
+
     void Flush() override
     {
         // Old systems keep the file in memory until told.

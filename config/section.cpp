@@ -23,6 +23,11 @@ std::string Stored(std::string_view text)
 
 } // namespace
 
+std::string AsStored(std::string_view text)
+{
+    return Utf8FromCp1252(Stored(text));
+}
+
 Section::Section(ProfileFile& file, std::string_view name, std::size_t size)
     : file_(file)
     , name_(Stored(name))

@@ -20,6 +20,10 @@ inline constexpr std::string_view kMissing = "-CaVacca-";
 // A text that may be stored: without CR, LF and NUL, which would break the file's lines.
 std::string WithoutLineBreaks(std::string_view text);
 
+// The text as it comes back from the file: without line breaks, and with '?' for each character that the code
+// page lacks. Blanks and quotes at the ends are not looked at.
+std::string AsStored(std::string_view text);
+
 // One section of the settings file, in UTF-8. The missing-key rule and the code page live here and nowhere
 // else.
 class Section

@@ -2,6 +2,7 @@
 
 #include "config/code_page.h"
 #include "config/conversions.h"
+#include "config/ini_text.h"
 #include "config/profile_file.h"
 #include "config/section.h"
 
@@ -16,6 +17,9 @@ namespace
 
 // Bytes that each read for the site list may fill.
 constexpr std::size_t kListSize = 500;
+
+// Shown for a site without a name.
+constexpr const char* kNoName = "0";
 
 // The list's own reading, which unlike the editor's knows numbers without a meaning.
 std::optional<ScheduleKind> ListedKind(std::string_view ricorrenza)
@@ -41,7 +45,7 @@ ListedSite ReadListedSite(ProfileFile& file, const Section& sites, std::string c
     ListedSite site;
     if (const auto enabled = section.Read("SitoAbilitato"))
         site.enabled = LeadingNumber(*enabled);
-    site.name = sites.Read(code).value_or("0");
+    site.name = sites.Read(code).value_or(kNoName);
     if (const auto ricorrenza = section.Read("Ricorrenza"))
         site.schedule = ListedKind(*ricorrenza);
     site.code = std::move(code);
@@ -82,6 +86,17 @@ std::vector<ListedSite> ListSites(ProfileFile& file)
     for (std::string& code : SplitKeys(file.Keys("Siti", kMissing, kListSize)))
         listed.push_back(ReadListedSite(file, sites, std::move(code)));
     return listed;
+}
+
+// By way of a file with nothing else in it, so that the rules are the file's.
+std::string ListedName(std::string_view name)
+{
+    IniText file;
+    const std::string bytes = Cp1252FromUtf8(WithoutLineBreaks(name));
+    if (const std::optional<Edit> edit = file.Put("Siti", "1", bytes))
+        file.Apply(*edit);
+    const std::string listed = file.Read("Siti", "1", kMissing, kListSize);
+    return listed == kMissing ? kNoName : Utf8FromCp1252(listed);
 }
 
 std::optional<std::string> ReadComPort(ProfileFile& file)

@@ -6,7 +6,6 @@
 #include "comm/line_settings.h"
 #include "comm/serial_port.h"
 #include "config/clock.h"
-#include "config/code_page.h"
 #include "config/conversions.h"
 #include "config/profile_file.h"
 #include "config/section.h"
@@ -87,11 +86,8 @@ bool IsWithinWindow(const QFocusEvent& event)
            event.reason() != Qt::MenuBarFocusReason;
 }
 
-// As the file will hold the text: two that differ in characters outside its code page become one there.
-QString AsStored(const QString& text)
-{
-    return ToQt(Utf8FromCp1252(Cp1252FromUtf8(ToStd(text))));
-}
+// Sections of the settings file that belong to no site.
+constexpr std::array kOwnSections{"General", "Siti"};
 
 } // namespace
 
@@ -106,8 +102,7 @@ frmDettaglio::frmDettaglio(Environment environment, const SiteListView& list, QW
     LocaliseDialog(*this);
     ClickAtOnce(*this);
     TabToChosenOption(*this);
-    ui_->lstGiorni->setAccessibleName(Text(text::weekdays));
-    ui_->mskOrario->setAccessibleName(Text(text::startTime));
+    NameControls();
     transformations_ = std::make_unique<frmTrasfAvanzate>(this);
     alerts_ = std::make_unique<frmFileAvanzate>(this);
     modem_ = std::make_unique<frmModem>(environment_.directory, this);
@@ -118,6 +113,7 @@ frmDettaglio::frmDettaglio(Environment environment, const SiteListView& list, QW
               &frmDettaglio::cboRicorrenza_Click);
     CentreDialog(*this);
     InitFormDettagli();
+    firstState_ = TakeRecord();
 }
 
 frmDettaglio::~frmDettaglio() = default;
@@ -157,6 +153,20 @@ void frmDettaglio::ConnectControls()
     onKeys(Qt::CTRL | Qt::Key_Tab, +1);
     onKeys(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
     GuardWheel(*this);
+}
+
+// For screen readers, where the caption is missing or does not tell two controls apart.
+void frmDettaglio::NameControls()
+{
+    ui_->lstGiorni->setAccessibleName(Text(text::weekdays));
+    ui_->mskOrario->setAccessibleName(Text(text::startTime));
+    ui_->cmdSfoglia1->setAccessibleName(Text(text::browseDataFile));
+    ui_->cmdSfoglia2->setAccessibleName(Text(text::browseExchangeFile));
+    ui_->cmdSfoglia3->setAccessibleName(Text(text::browseHistoryFile));
+    ui_->chkXon->setAccessibleName(Text(text::xonIsControl));
+    ui_->chkXoff->setAccessibleName(Text(text::xoffIsControl));
+    ui_->txtXon->setAccessibleName(Text(text::xonCharacter));
+    ui_->txtXoff->setAccessibleName(Text(text::xoffCharacter));
 }
 
 void frmDettaglio::FillLists()
@@ -202,8 +212,7 @@ void frmDettaglio::InitFormDettagli()
     ui_->mskOrario->setSelection(2, 2);
     ui_->mskOrario->setSelText(ToQt(TwoDigits(now.minute)));
 
-    ui_->txtNomeSito->clear();
-    ui_->txtCodice->clear();
+    ClearIdentity();
     ui_->chkAbilitato->setChecked(false);
 
     const QString own = OwnDirectory(environment_);
@@ -219,17 +228,27 @@ void frmDettaglio::InitFormDettagli()
         field->selectAll();
 }
 
+void frmDettaglio::ClearIdentity()
+{
+    ui_->txtNomeSito->clear();
+    ui_->txtCodice->clear();
+}
+
+// Compared as the file will hold the texts: two that differ in characters which it cannot hold become one
+// there.
 bool frmDettaglio::SitoUnivoco(const QString& strNomeSito, const QString& strCodSito) const
 {
     if (!nuovo_)
         return true;
-    const auto isTaken = [this](const QString& text, std::string SiteRow::*column) {
-        const QString upper = UpperCase(AsStored(text));
-        return std::ranges::any_of(list_.Sites(), [&](const SiteRow& row) {
-            return UpperCase(AsStored(ToQt(row.*column))) == upper;
+    const auto held = [](const std::string& text) { return UpperCase(ToQt(AsStored(text))); };
+    const auto isTaken = [&](const QString& text, std::string SiteRow::*column) {
+        return std::ranges::any_of(list_.Sites(), [&, upper = held(ToStd(text))](const SiteRow& row) {
+            return held(row.*column) == upper;
         });
     };
-    return !isTaken(strNomeSito, &SiteRow::name) && !isTaken(strCodSito, &SiteRow::code);
+    const bool isOwnSection = std::ranges::any_of(
+        kOwnSections, [&](const char* section) { return held(section) == held(ToStd(strCodSito)); });
+    return !isTaken(strNomeSito, &SiteRow::name) && !isTaken(strCodSito, &SiteRow::code) && !isOwnSection;
 }
 
 void frmDettaglio::ComboVelocita(bool highSpeeds)
@@ -268,10 +287,8 @@ void frmDettaglio::showEvent(QShowEvent* event)
 // Left, by whatever way, an empty field gets its letter: the next site may find it disabled.
 void frmDettaglio::hideEvent(QHideEvent* event)
 {
-    if (!event->spontaneous()) {
-        for (QLineEdit* const field : {ui_->txtXon, ui_->txtXoff})
-            Field_LostFocus(field);
-    }
+    if (!event->spontaneous())
+        FillFlowCharacters();
     QDialog::hideEvent(event);
 }
 
@@ -418,6 +435,13 @@ void frmDettaglio::Field_LostFocus(QObject* field)
         ui_->txtXoff->setText("S");
 }
 
+// The rule of leaving the field, for Xon and Xoff, wherever the focus is.
+void frmDettaglio::FillFlowCharacters()
+{
+    Field_LostFocus(ui_->txtXon);
+    Field_LostFocus(ui_->txtXoff);
+}
+
 void frmDettaglio::NextTab(int step)
 {
     const int count = ui_->tabSetup->count();
@@ -480,6 +504,8 @@ void frmDettaglio::Browse(QLineEdit& field)
 
 void frmDettaglio::OK_Click()
 {
+    // Enter has not left the field: an empty one would stop the save after the old section is gone.
+    FillFlowCharacters();
     if (!FieldsComplete() || !SharingFilesAccepted())
         return;
     cancel_ = false;
@@ -585,9 +611,9 @@ bool frmDettaglio::SharingFilesAccepted()
 
 SiteFiles frmDettaglio::Files() const
 {
-    return {.data = ToStd(AsStored(ui_->txtDati->text())),
-            .exchange = ToStd(AsStored(ui_->txtDati2->text())),
-            .history = ToStd(AsStored(ui_->txtStorico->text()))};
+    return {.data = AsStored(ToStd(ui_->txtDati->text())),
+            .exchange = AsStored(ToStd(ui_->txtDati2->text())),
+            .history = AsStored(ToStd(ui_->txtStorico->text()))};
 }
 
 void frmDettaglio::Save()
@@ -607,10 +633,6 @@ void frmDettaglio::FocusIncompleteField()
         FocusField(*ui_->cboTipoConn);
     else if (ui_->cboHandS->currentIndex() < 0)
         FocusField(*ui_->cboHandS);
-    else if (ui_->chkXon->isChecked() && ui_->txtXon->text().isEmpty())
-        FocusField(*ui_->txtXon);
-    else if (ui_->chkXoff->isChecked() && ui_->txtXoff->text().isEmpty())
-        FocusField(*ui_->txtXoff);
     else
         FocusField(*ui_->cboParita);
 }

@@ -51,7 +51,15 @@ public:
     // The new-site defaults. Controls that they do not name keep what they hold.
     void InitFormDettagli();
 
-    // Whether no listed site has this name or this code, letter case aside. An existing site is never tested.
+    // Puts those controls back to what they held at the program's start, the option dialogs' too: nothing of
+    // the site that was open before gets into a new one. The mark of "Ora" is no control and stays.
+    void ShowFirstState();
+
+    // Empties name and code.
+    void ClearIdentity();
+
+    // Whether no listed site has this name or this code, and the code is no section of the file's own; letter
+    // case does not count. An existing site is never tested.
     bool SitoUnivoco(const QString& strNomeSito, const QString& strCodSito) const;
 
     // Fills the speed list, with or without the three high speeds, and chooses the speed again that was
@@ -76,6 +84,7 @@ protected:
 
 private:
     void ConnectControls();
+    void NameControls();
     void FillLists();
 
     void cboTipoConn_Click();
@@ -88,6 +97,7 @@ private:
     void EnableConnectionKind(bool enabled);
 
     void Field_LostFocus(QObject* field);
+    void FillFlowCharacters();
     void mskOrario_GotFocus();
     void mskValore_GotFocus();
     void NextTab(int step);
@@ -120,6 +130,7 @@ private:
     std::unique_ptr<frmTrasfAvanzate> transformations_;
     std::unique_ptr<frmFileAvanzate> alerts_;
     std::unique_ptr<frmModem> modem_;
+    SiteRecord firstState_;
     bool cancel_ = false;
     bool nuovo_ = false;
     bool marked_ = false; // "Ora" of the site loaded last ended in "p"; saving any site writes it back

@@ -64,6 +64,17 @@ void frmDettaglio::ShowRecord(const SiteRecord& site)
     alerts_->ShowRecord(site);
 }
 
+void frmDettaglio::ShowFirstState()
+{
+    ShowFlowCharacter(firstState_.xon, *ui_->chkXon, *ui_->txtXon);
+    ShowFlowCharacter(firstState_.xoff, *ui_->chkXoff, *ui_->txtXoff);
+    for (int row = 0; row < ui_->lstGiorni->count(); ++row)
+        ui_->lstGiorni->SetMarked(row, false);
+    transformations_->ShowFirstState();
+    alerts_->ShowFirstState();
+    modem_->ShowFirstState();
+}
+
 void frmDettaglio::ShowConnection(const SiteRecord& site)
 {
     // The device first: its rule sets which speeds there are.
@@ -147,8 +158,8 @@ SiteRecord frmDettaglio::TakeRecord() const
 
 SiteRow frmDettaglio::Row() const
 {
-    return {.name = ToStd(ui_->txtNomeSito->text()),
-            .code = ToStd(ui_->txtCodice->text()),
+    return {.name = ListedName(ToStd(ui_->txtNomeSito->text())),
+            .code = AsStored(ToStd(ui_->txtCodice->text())),
             .enabled = ui_->chkAbilitato->isChecked() ? 1.0 : 0.0,
             .schedule = ToStd(ui_->cboRicorrenza->currentText())};
 }

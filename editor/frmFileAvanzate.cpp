@@ -42,16 +42,17 @@ frmFileAvanzate::frmFileAvanzate(QWidget* parent)
     LocaliseDialog(*this);
     ClickAtOnce(*this);
     CentreDialog(*this);
+    firstState_ = Take();
 }
 
 frmFileAvanzate::~frmFileAvanzate() = default;
 
-void frmFileAvanzate::RegisterUndo()
+frmFileAvanzate::Values frmFileAvanzate::Take() const
 {
-    undo_ = {.file = ui_->chkFile->isChecked(),
-             .seconds = ui_->txtFile->text(),
-             .space = ui_->chkSpazio->isChecked(),
-             .megabytes = ui_->txtSpazio->text()};
+    return {.file = ui_->chkFile->isChecked(),
+            .seconds = ui_->txtFile->text(),
+            .space = ui_->chkSpazio->isChecked(),
+            .megabytes = ui_->txtSpazio->text()};
 }
 
 void frmFileAvanzate::ShowRecord(const SiteRecord& site)
@@ -108,12 +109,17 @@ void frmFileAvanzate::CloseUnlessEmpty(QLineEdit& field, TextId message)
     FocusField(field);
 }
 
+void frmFileAvanzate::Show(const Values& values)
+{
+    ui_->chkFile->setChecked(values.file);
+    ui_->txtFile->setText(values.seconds);
+    ui_->chkSpazio->setChecked(values.space);
+    ui_->txtSpazio->setText(values.megabytes);
+}
+
 void frmFileAvanzate::Annulla_Click()
 {
-    ui_->chkFile->setChecked(undo_.file);
-    ui_->txtFile->setText(undo_.seconds);
-    ui_->chkSpazio->setChecked(undo_.space);
-    ui_->txtSpazio->setText(undo_.megabytes);
+    Show(undo_);
     hide();
 }
 

@@ -29,7 +29,10 @@ public:
     ~frmFileAvanzate() override;
 
     // Records the values that Annulla brings back. Before each showing.
-    void RegisterUndo();
+    void RegisterUndo() { undo_ = Take(); }
+
+    // The values of the program's start.
+    void ShowFirstState() { Show(firstState_); }
 
     void ShowRecord(const SiteRecord& site);
     void FillRecord(SiteRecord& site) const;
@@ -46,15 +49,19 @@ private:
     void CloseUnlessEmpty(QLineEdit& field, TextId message);
     void Annulla_Click();
 
-    struct Undo {
+    struct Values {
         bool file = false;
         QString seconds;
         bool space = false;
         QString megabytes;
     };
 
+    Values Take() const;
+    void Show(const Values& values);
+
     std::unique_ptr<Ui::frmFileAvanzate> ui_;
-    Undo undo_;
+    Values firstState_;
+    Values undo_;
 };
 
 } // namespace corvrec

@@ -40,6 +40,7 @@ frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
     SelectRow(*ui_->cboModem, 0, *this, &frmModem::cboModem_Click);
     GuardWheel(*this);
     CentreDialog(*this);
+    firstState_ = Take();
 }
 
 frmModem::~frmModem() = default;
@@ -58,14 +59,14 @@ void frmModem::FillModels()
     FillList(*ui_->cboModem, names);
 }
 
-void frmModem::RegisterUndo()
+frmModem::Values frmModem::Take() const
 {
-    undo_ = {.model = ui_->cboModem->currentIndex(),
-             .number = ui_->txtTelefono->text(),
-             .attempts = ui_->txtTentImpor->text(),
-             .initString = ui_->txtStringaInit->text(),
-             .resetString = ui_->txtStringaReset->text(),
-             .tone = ui_->optToni->isChecked()};
+    return {.model = ui_->cboModem->currentIndex(),
+            .number = ui_->txtTelefono->text(),
+            .attempts = ui_->txtTentImpor->text(),
+            .initString = ui_->txtStringaInit->text(),
+            .resetString = ui_->txtStringaReset->text(),
+            .tone = ui_->optToni->isChecked()};
 }
 
 void frmModem::ShowRecord(const SiteRecord& site)
@@ -136,15 +137,20 @@ bool frmModem::Missing(QWidget& field, TextId message, bool missing)
     return missing;
 }
 
-void frmModem::Annulla_Click()
+void frmModem::Show(const Values& values)
 {
     // The selection first: it brings the catalogue's string, which the recorded one then replaces.
-    SelectRow(*ui_->cboModem, undo_.model, *this, &frmModem::cboModem_Click);
-    ui_->txtTelefono->setText(undo_.number);
-    ui_->txtTentImpor->setText(undo_.attempts);
-    ui_->txtStringaInit->setText(undo_.initString);
-    ui_->txtStringaReset->setText(undo_.resetString);
-    (undo_.tone ? ui_->optToni : ui_->optImpulsi)->setChecked(true);
+    SelectRow(*ui_->cboModem, values.model, *this, &frmModem::cboModem_Click);
+    ui_->txtTelefono->setText(values.number);
+    ui_->txtTentImpor->setText(values.attempts);
+    ui_->txtStringaInit->setText(values.initString);
+    ui_->txtStringaReset->setText(values.resetString);
+    (values.tone ? ui_->optToni : ui_->optImpulsi)->setChecked(true);
+}
+
+void frmModem::Annulla_Click()
+{
+    Show(undo_);
     hide();
 }
 

@@ -34,7 +34,10 @@ public:
     ~frmModem() override;
 
     // Records the values that Annulla brings back. Before each showing.
-    void RegisterUndo();
+    void RegisterUndo() { undo_ = Take(); }
+
+    // The values of the program's start.
+    void ShowFirstState() { Show(firstState_); }
 
     void ShowRecord(const SiteRecord& site);
     void FillRecord(SiteRecord& site) const;
@@ -54,7 +57,7 @@ private:
     void Annulla_Click();
     bool Missing(QWidget& field, TextId message, bool missing);
 
-    struct Undo {
+    struct Values {
         int model = 0;
         QString number;
         QString attempts;
@@ -63,10 +66,14 @@ private:
         bool tone = true;
     };
 
+    Values Take() const;
+    void Show(const Values& values);
+
     std::unique_ptr<Ui::frmModem> ui_;
     ModemCatalogue catalogue_;
     std::vector<QString> initStrings_; // by the list's item data
-    Undo undo_;
+    Values firstState_;
+    Values undo_;
 };
 
 } // namespace corvrec

@@ -27,16 +27,17 @@ frmTrasfAvanzate::frmTrasfAvanzate(QWidget* parent)
     ui_->lblHelpTrasformazioni->setText(Text(text::fixCrLfHelp));
     CentreDialog(*this);
     ui_->lblHelpTrasformazioni->clear();
+    firstState_ = Take();
 }
 
 frmTrasfAvanzate::~frmTrasfAvanzate() = default;
 
-void frmTrasfAvanzate::RegisterUndo()
+frmTrasfAvanzate::Values frmTrasfAvanzate::Take() const
 {
-    undo_ = {.fixCrLf = ui_->chkCrLf->isChecked(),
-             .addDate = ui_->chkData->isChecked(),
-             .dropNulls = ui_->chkNull->isChecked(),
-             .addTime = ui_->chkOra->isChecked()};
+    return {.fixCrLf = ui_->chkCrLf->isChecked(),
+            .addDate = ui_->chkData->isChecked(),
+            .dropNulls = ui_->chkNull->isChecked(),
+            .addTime = ui_->chkOra->isChecked()};
 }
 
 void frmTrasfAvanzate::ShowRecord(const SiteRecord& site)
@@ -82,12 +83,17 @@ void frmTrasfAvanzate::OK_Click()
     hide();
 }
 
+void frmTrasfAvanzate::Show(const Values& values)
+{
+    ui_->chkCrLf->setChecked(values.fixCrLf);
+    ui_->chkData->setChecked(values.addDate);
+    ui_->chkNull->setChecked(values.dropNulls);
+    ui_->chkOra->setChecked(values.addTime);
+}
+
 void frmTrasfAvanzate::Annulla_Click()
 {
-    ui_->chkCrLf->setChecked(undo_.fixCrLf);
-    ui_->chkData->setChecked(undo_.addDate);
-    ui_->chkNull->setChecked(undo_.dropNulls);
-    ui_->chkOra->setChecked(undo_.addTime);
+    Show(undo_);
     hide();
 }
 

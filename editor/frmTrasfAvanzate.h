@@ -27,7 +27,10 @@ public:
     ~frmTrasfAvanzate() override;
 
     // Records the values that Annulla brings back. Before each showing.
-    void RegisterUndo();
+    void RegisterUndo() { undo_ = Take(); }
+
+    // The values of the program's start.
+    void ShowFirstState() { Show(firstState_); }
 
     void ShowRecord(const SiteRecord& site);
     void FillRecord(SiteRecord& site) const;
@@ -42,15 +45,19 @@ private:
     void OK_Click();
     void Annulla_Click();
 
-    struct Undo {
+    struct Values {
         bool fixCrLf = false;
         bool addDate = false;
         bool dropNulls = false;
         bool addTime = false;
     };
 
+    Values Take() const;
+    void Show(const Values& values);
+
     std::unique_ptr<Ui::frmTrasfAvanzate> ui_;
-    Undo undo_;
+    Values firstState_;
+    Values undo_;
 };
 
 } // namespace corvrec

@@ -56,6 +56,7 @@ public:
     int Reserve(int descriptor, off_t offset, off_t length) override;
     int SyncData(int descriptor) override;
     int Sync(int descriptor) override;
+    int MayWrite(const char* /*path*/) override { return 0; }
     timespec FileClock() override;
 
 private:

@@ -39,6 +39,7 @@ public:
         return Apply(text_.EraseKey(section, key));
     }
     bool DeleteSection(std::string_view section) override { return Apply(text_.EraseSection(section)); }
+    bool IsWritable() override { return true; }
     void Flush() override {}
 
 private:

@@ -777,6 +777,42 @@
         <source></source>
         <translation>Testo della guida</translation>
     </message>
+    <message id="20013">
+        <source></source>
+        <translation>sola lettura</translation>
+    </message>
+    <message id="20014">
+        <source></source>
+        <translation>&amp;Duplica...</translation>
+    </message>
+    <message id="20015">
+        <source></source>
+        <translation>Sfoglia per il file dati</translation>
+    </message>
+    <message id="20016">
+        <source></source>
+        <translation>Sfoglia per il file di scambio</translation>
+    </message>
+    <message id="20017">
+        <source></source>
+        <translation>Sfoglia per il file storico</translation>
+    </message>
+    <message id="20018">
+        <source></source>
+        <translation>Xon: carattere di controllo</translation>
+    </message>
+    <message id="20019">
+        <source></source>
+        <translation>Xoff: carattere di controllo</translation>
+    </message>
+    <message id="20020">
+        <source></source>
+        <translation>Carattere Xon</translation>
+    </message>
+    <message id="20021">
+        <source></source>
+        <translation>Carattere Xoff</translation>
+    </message>
     <message id="20101">
         <source></source>
         <translation>Apre i dati di un sito nuovo, già abilitato.</translation>

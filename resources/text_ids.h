@@ -126,6 +126,15 @@ inline constexpr TextId weekdays{20005};
 inline constexpr TextId startTime{20006};
 inline constexpr TextId notFound{20011};
 inline constexpr TextId guideText{20012};
+inline constexpr TextId readOnly{20013};
+inline constexpr TextId duplicate{20014};
+inline constexpr TextId browseDataFile{20015};
+inline constexpr TextId browseExchangeFile{20016};
+inline constexpr TextId browseHistoryFile{20017};
+inline constexpr TextId xonIsControl{20018};
+inline constexpr TextId xoffIsControl{20019};
+inline constexpr TextId xonCharacter{20020};
+inline constexpr TextId xoffCharacter{20021};
 
 } // namespace text
 

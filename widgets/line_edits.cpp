@@ -17,6 +17,12 @@ bool IsLineBreakOrNul(QChar character)
     return character == u'\r' || character == u'\n' || character.isNull();
 }
 
+bool IsInNames(QChar character)
+{
+    return character != u'=' && character != u'[' && character != u']' &&
+           character.category() != QChar::Other_Control;
+}
+
 // ASCII only: QChar::isDigit takes the digits of every script.
 bool IsDigit(QChar character)
 {
@@ -75,6 +81,26 @@ void PlainEdit::Correct(QString& text, int& caret)
     const auto inFront = std::min<qsizetype>(caret, text.size());
     caret -= static_cast<int>(std::count_if(text.cbegin(), text.cbegin() + inFront, IsLineBreakOrNul));
     text.removeIf(IsLineBreakOrNul);
+}
+
+void CodeEdit::Correct(QString& text, int& caret)
+{
+    PlainEdit::Correct(text, caret);
+    if (!isEnabled())
+        return;
+    QString code;
+    int droppedInFront = 0;
+    for (qsizetype position = 0; position < text.size(); ++position) {
+        const QChar character = text.at(position);
+        // Blanks at the ends are no part of the name.
+        const bool isFirst = std::ranges::all_of(code, [](QChar before) { return before == u' '; });
+        if (IsInNames(character) && !(isFirst && character == u';'))
+            code += character;
+        else if (position < caret)
+            ++droppedInFront;
+    }
+    text = code;
+    caret -= droppedInFront;
 }
 
 DigitsEdit::DigitsEdit(QWidget* parent)

@@ -21,6 +21,20 @@ private:
     class Corrector;
 };
 
+// The box for a site's code, which the settings file keeps as the name of a key and of a section. What no
+// such name can hold does not get in: '=', '[', ']', control characters, and ';' as the first character. A
+// disabled box shows the code of an existing site as it is.
+class CodeEdit : public PlainEdit
+{
+    Q_OBJECT
+
+public:
+    using PlainEdit::PlainEdit;
+
+protected:
+    void Correct(QString& text, int& caret) override;
+};
+
 // A text box for numbers. Only typing is filtered: digits, Backspace and Ctrl+X pass, every other character
 // is dropped, Ctrl+C and Ctrl+V too. Text that comes in by other means (Shift+Ins, menu, drop, code) is taken
 // as it is, but for line breaks.

@@ -96,6 +96,7 @@ public:
     bool Write(std::string_view section, std::string_view key, std::string_view value) override;
     bool DeleteKey(std::string_view section, std::string_view key) override;
     bool DeleteSection(std::string_view section) override;
+    bool IsWritable() override { return file_.IsWritable(); }
     void Flush() override { file_.Flush(); }
 
 private:

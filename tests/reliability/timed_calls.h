@@ -37,6 +37,7 @@ public:
     int Reserve(int descriptor, off_t offset, off_t length) override;
     int SyncData(int descriptor) override { return SystemCalls().SyncData(descriptor); }
     int Sync(int descriptor) override { return SystemCalls().Sync(descriptor); }
+    int MayWrite(const char* path) override { return SystemCalls().MayWrite(path); }
     timespec FileClock() override;
 
 private:

@@ -48,6 +48,7 @@ public:
         return !failing.contains(section);
     }
 
+    bool IsWritable() override { return true; }
     void Flush() override { writes.emplace_back("flush"); }
 
     std::set<std::string, std::less<>> failing; // keys, and sections to delete

@@ -178,6 +178,14 @@ int ProbedCalls::Sync(int descriptor)
     return Fails("fsync") ? -1 : SystemCalls().Sync(descriptor);
 }
 
+int ProbedCalls::MayWrite(const char* path)
+{
+    if (deniedWriting_ == 0)
+        return SystemCalls().MayWrite(path);
+    errno = deniedWriting_;
+    return -1;
+}
+
 timespec ProbedCalls::FileClock()
 {
     timespec now = SystemCalls().FileClock();

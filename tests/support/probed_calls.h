@@ -14,7 +14,7 @@ namespace corvrec
 {
 
 // The real system calls, listed by their names as they are made, of which chosen ones fail. Calls are counted
-// from 0, the clock's questions apart.
+// from 0; questions for the time and for permissions are not counted.
 class ProbedCalls final : public PosixCalls
 {
 public:
@@ -54,6 +54,8 @@ public:
 
     // The clock of file times runs so many seconds ahead: what was just written looks old.
     void SetClockAhead(std::int64_t seconds) { clockAhead_ = seconds; }
+    // The question whether the file may be written fails with this errno; 0: it is asked as usual.
+    void DenyWriting(int error) { deniedWriting_ = error; }
     // What the file system tells as its type.
     void SetFileSystemType(std::uint32_t type) { fileSystemType_ = type; }
 
@@ -68,6 +70,7 @@ public:
     int Reserve(int descriptor, off_t offset, off_t length) override;
     int SyncData(int descriptor) override;
     int Sync(int descriptor) override;
+    int MayWrite(const char* path) override;
     timespec FileClock() override;
 
 private:
@@ -98,6 +101,7 @@ private:
     std::vector<Fault> faults_;
     std::vector<Shortage> shortages_;
     std::vector<Rewriting> rewritings_;
+    int deniedWriting_ = 0; // errno
     std::int64_t clockAhead_ = 0;
     std::uint32_t fileSystemType_ = 0x0000EF53; // a local one, whatever the tests run on
 };

@@ -233,6 +233,8 @@ private slots:
     static void pagesAreTurnedByKeyboard();
     static void screenReaderFindsNameRoleAndValue_data() { AddWindowsAndGuide(); }
     static void screenReaderFindsNameRoleAndValue();
+    static void screenReaderTellsTheControlsApart_data() { AddWindows(); }
+    static void screenReaderTellsTheControlsApart();
     static void screenReaderReadsTheToolTipAsDescription_data() { AddWindows(); }
     static void screenReaderReadsTheToolTipAsDescription();
     static void toolTipComesUnderTheMouse_data();
@@ -369,6 +371,29 @@ void access_test::screenReaderFindsNameRoleAndValue()
         Check(*seen, *control);
     }
     QVERIFY(controls > 0);
+}
+
+void access_test::screenReaderTellsTheControlsApart()
+{
+    QFETCH(const QString, name);
+    QFETCH(const int, page);
+    QFETCH(const Site, site);
+    const Windows windows(name, page, site);
+
+    QStringList names;
+    for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
+        if (control->window() == windows.window && control->isVisible() && !control->objectName().isEmpty() &&
+            (qobject_cast<QAbstractButton*>(control) != nullptr ||
+             qobject_cast<QLineEdit*>(control) != nullptr))
+            names.append(qobject_cast<QAbstractButton*>(control) != nullptr
+                             ? QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name)
+                             : AccessibleName(*control));
+    }
+
+    QStringList different = names;
+    different.removeDuplicates();
+    QVERIFY(!names.isEmpty());
+    QCOMPARE(names, different);
 }
 
 void access_test::screenReaderReadsTheToolTipAsDescription()

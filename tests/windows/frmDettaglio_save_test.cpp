@@ -77,8 +77,8 @@ private slots:
     static void leavingWithoutOkWritesNothing();
     static void listWithoutAChoiceStopsTheSave_data();
     static void listWithoutAChoiceStopsTheSave();
-    static void emptyFlowCharacterStopsTheSave_data();
-    static void emptyFlowCharacterStopsTheSave();
+    static void everyWayToOkSavesTheWholeSite_data();
+    static void everyWayToOkSavesTheWholeSite();
     static void stoppedSaveCanBeCompleted();
     static void stoppedSaveCanBeLeft();
     static void stoppedSaveOfAnExistingSiteCanBeLeft();
@@ -426,29 +426,47 @@ void frmDettaglio_save_test::listWithoutAChoiceStopsTheSave()
     QCOMPARE(window.File(), SavedUpTo(firstMissingKey));
 }
 
-void frmDettaglio_save_test::emptyFlowCharacterStopsTheSave_data()
+void frmDettaglio_save_test::everyWayToOkSavesTheWholeSite_data()
 {
-    QTest::addColumn<QByteArray>("firstMissingKey");
-    QTest::newRow("txtXon") << QByteArray("Xon");
-    QTest::newRow("txtXoff") << QByteArray("Xoff");
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<Qt::Key>("key");
+    for (const char* const field :
+         {"txtXon", "txtXoff", "chkXon", "chkXoff", "chkAbilitato", "cboTipoConn", "cboHandS", "cboVelocita",
+          "cboBitDati", "cboParita", "cboBitStop", "cboRicorrenza", "mskValore", "mskOrario", "lstGiorni",
+          "txtDati", "txtDati2", "txtStorico", "txtLog"})
+        QTest::addRow("Enter in %s", field) << field << Qt::Key_Return;
+    QTest::newRow("Enter on the keypad") << "txtXon" << Qt::Key_Enter;
+    QTest::newRow("Enter on OK") << "OK" << Qt::Key_Return;
+    QTest::newRow("Space on OK") << "OK" << Qt::Key_Space;
+    QTest::newRow("click on OK") << "OK" << Qt::Key_unknown;
 }
 
-void frmDettaglio_save_test::emptyFlowCharacterStopsTheSave()
+// The saved site ends with the last key, although both flow characters were emptied and no field was left.
+void frmDettaglio_save_test::everyWayToOkSavesTheWholeSite()
 {
-    QFETCH(QByteArray, firstMissingKey);
-    EditorWindow window(kEmptySettings);
-    AddRoma(window);
-    window.Pick("cboHandS", 1);
-    window.Retype(QTest::currentDataTag(), "");
-    MessageProbe box(Qt::Key_Return);
+    QFETCH(QString, control);
+    QFETCH(Qt::Key, key);
+    EditorWindow window("[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM2\r\n[A]\r\nHandshake=XON\r\nXon= 1\r\n"
+                        "Xoff= 2\r\nRicorrenza= 62\r\nOgni= 604800\r\nOra=08:30\r\n");
+    window.Open();
+    auto& part = window.At<QWidget>(qPrintable(control));
+    window.Turn(part);
+    part.setFocus();
+    window.Field("txtXon").clear();
+    window.Field("txtXoff").clear();
 
-    window.Press(Qt::Key_Return); // with Tab or the mouse the field would get its letter back
+    if (key == Qt::Key_unknown)
+        QTest::mouseClick(&part, Qt::LeftButton);
+    else
+        window.Press(key);
 
-    QCOMPARE(box.title(), "Errore");
-    QCOMPARE(box.icon(), QMessageBox::Critical);
-    QVERIFY(window.Editor().isVisible());
-    QCOMPARE(window.Focus(), QTest::currentDataTag());
-    QCOMPARE(window.File(), SavedUpTo(firstMissingKey));
+    QVERIFY(!window.Editor().isVisible());
+    QVERIFY(!window.Editor().Cancel());
+    QCOMPARE(Stored(window, "Xon", "A"), "Xon= 17");
+    QCOMPARE(Stored(window, "Xoff", "A"), "Xoff= 19");
+    QVERIFY(window.File().endsWith("\r\nCharToDel=00\r\n"));
+    const int keysOfASite = 34;
+    QCOMPARE(window.File().count("\r\n"), keysOfASite + 6); // and three headers, the site's name, Com, Log
 }
 
 void frmDettaglio_save_test::stoppedSaveCanBeCompleted()

@@ -537,7 +537,7 @@ void guide_test::everyTextThatCodeShowsStandsInTheGuide()
                  [&](const QRegularExpressionMatch& id) {
                      if (id.captured(1).endsWith("Help"))
                          return;
-                     const QString text = FindText(id.captured(2).toInt()).simplified();
+                     const QString text = Plain(FindText(id.captured(2).toInt())).simplified();
                      QVERIFY2(!text.isEmpty() && guide.contains(text), qPrintable(text));
                      ++count;
                  });
@@ -569,7 +569,7 @@ void guide_test::everyToolTipIsInTheTableOfItsChapter()
     QHash<QString, QSet<NamedRow>> rows;
     int count = 0;
     ForEachPart([&](const QWidget& part) {
-        if (part.toolTip().isEmpty())
+        if (part.toolTip().isEmpty() || part.objectName() == "lblFile") // its tip is its own text, uncut
             return;
         const QString chapter = ChapterOf(part);
         if (!rows.contains(chapter))
