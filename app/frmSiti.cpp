@@ -10,7 +10,11 @@
 #include "widgets/messages.h"
 #include "widgets/qt_text.h"
 
+#include <QDir>
+#include <QFileInfo>
+#include <QHeaderView>
 #include <QKeyEvent>
+#include <QTextDocument>
 
 #include <algorithm>
 #include <array>
@@ -27,6 +31,22 @@ constexpr std::array kScheduleTexts{text::continuous, text::hourly, text::daily,
 // Height of the window at its first showing, in lines of text.
 constexpr int kFewestLines = 22;
 constexpr int kMostLines = 36;
+
+// Size of the line under the list, as a part of the usual size of text.
+constexpr double kSmallFont = 0.85;
+
+// The name of a key as the user's keyboard has it, where a menu shows it.
+QString KeyColumn(Qt::Key key)
+{
+    return u'\t' + QKeySequence(key).toString(QKeySequence::NativeText);
+}
+
+// Where a link leads, so that the user finds the file that is changed.
+QString ShownPath(const std::filesystem::path& file)
+{
+    const QFileInfo info(QString::fromStdU16String(file.u16string()));
+    return QDir::toNativeSeparators(info.exists() ? info.canonicalFilePath() : info.filePath());
+}
 
 SiteRow RowOf(const ListedSite& site)
 {
@@ -56,9 +76,14 @@ frmSiti::frmSiti(Environment environment)
     // selection.
     connect(ui_->dgrdGrigliaSiti, &QTableView::doubleClicked, this, &frmSiti::cmdProperties_Click);
     ui_->dgrdGrigliaSiti->installEventFilter(this);
+    connect(ui_->dgrdGrigliaSiti, &SiteTable::MenuRequested, this, &frmSiti::ShowMenu);
     LocaliseDialog(*this);
     ClickAtOnce(*this);
     ui_->dgrdGrigliaSiti->setAccessibleName(Text(text::siteList));
+    MakeMenu();
+    QFont small = ui_->lblFile->font();
+    small.setPointSizeF(small.pointSizeF() * kSmallFont);
+    ui_->lblFile->setFont(small);
 }
 
 frmSiti::~frmSiti() = default;
@@ -69,11 +94,8 @@ bool frmSiti::Load()
     std::ranges::transform(ListSites(environment_.settings), std::back_inserter(rows), RowOf);
     sites_.SetRows(std::move(rows));
     ui_->dgrdGrigliaSiti->setModel(&sites_);
-    FitColumns();
-    QHeaderView* const captions = ui_->dgrdGrigliaSiti->horizontalHeader();
-    captions->setSectionResizeMode(QHeaderView::Fixed);
-    // Not in the form: the header would come back to the width that the column had before it was fitted.
-    captions->setStretchLastSection(true);
+    ui_->dgrdGrigliaSiti->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    ui_->dgrdGrigliaSiti->FitColumns();
 
     const std::optional<std::string> com = ReadComPort(environment_.settings);
     if (!com) {
@@ -84,6 +106,7 @@ bool frmSiti::Load()
     setWindowTitle(TitleText(Text(text::application) + " - " + ToQt(*com)));
     EnableCommands();
     CentreDialog(*this);
+    ShowFile();
     return true;
 }
 
@@ -164,17 +187,75 @@ bool frmSiti::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
+// Permissions may have changed while another program was in front.
+void frmSiti::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        ShowFile();
+}
+
+void frmSiti::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    ShowFile();
+}
+
+// The commands of the buttons, which are enabled with them, and the one that has no button.
+void frmSiti::MakeMenu()
+{
+    const auto addButton = [this](QPushButton& button, Qt::Key key) {
+        QAction* const action = menu_.addAction(button.text() + KeyColumn(key));
+        connect(action, &QAction::triggered, &button, &QPushButton::click);
+        connect(&menu_, &QMenu::aboutToShow, action,
+                [action, &button] { action->setEnabled(button.isEnabled()); });
+        return action;
+    };
+    addButton(*ui_->cmdAggiungi, Qt::Key_Insert);
+    duplicate_ = menu_.addAction(Text(text::duplicate));
+    connect(duplicate_, &QAction::triggered, this, &frmSiti::Duplica_Click);
+    addButton(*ui_->cmdRimuovi, Qt::Key_Delete);
+    menu_.addSeparator();
+    menu_.setDefaultAction(addButton(*ui_->cmdProperties, Qt::Key_Return));
+}
+
+void frmSiti::ShowMenu(const QPoint& where)
+{
+    duplicate_->setEnabled(CurrentRow() >= 0);
+    menu_.popup(where);
+}
+
 void frmSiti::cmdAggiungi_Click()
 {
+    StartNewSite();
+    editor_->SetAbilitato(true);
+    EditNewSite();
+}
+
+// A new site with the values of the marked one, but without its name and code.
+void frmSiti::Duplica_Click()
+{
+    StartNewSite();
+    editor_->MostraDati(SelectedSite());
+    editor_->ClearIdentity();
+    EditNewSite();
+}
+
+void frmSiti::StartNewSite()
+{
+    editor_->ShowFirstState();
     editor_->InitFormDettagli();
     editor_->SetNuovo(true);
     editor_->SelectTab(0);
-    editor_->SetAbilitato(true);
+}
+
+void frmSiti::EditNewSite()
+{
     editor_->exec();
     if (editor_->Cancel())
         return;
     sites_.Append(editor_->Row());
-    FitColumns();
+    ui_->dgrdGrigliaSiti->FitColumns();
     EnableCommands();
     sites_.Refresh();
     SetCurrentRow(sites_.rowCount() - 1);
@@ -190,7 +271,7 @@ void frmSiti::cmdRimuovi_Click()
     RemoveSite(environment_.settings, SelectedSite());
     environment_.settings.Flush();
     sites_.Remove(CurrentRow());
-    FitColumns();
+    ui_->dgrdGrigliaSiti->FitColumns();
     environment_.events.Process(std::nullopt);
     EnableCommands();
     sites_.Refresh();
@@ -208,9 +289,8 @@ void frmSiti::cmdProperties_Click()
     editor_->MostraDati(SelectedSite());
     editor_->exec();
     if (!editor_->Cancel()) {
-        const SiteRow edited = editor_->Row();
-        sites_.SetState(CurrentRow(), edited.enabled, edited.schedule);
-        FitColumns();
+        sites_.SetRow(CurrentRow(), editor_->Row());
+        ui_->dgrdGrigliaSiti->FitColumns();
     }
     editor_->EnableIdentity(true);
 }
@@ -226,7 +306,8 @@ void frmSiti::cmdChiudi_Click()
 
 int frmSiti::CurrentRow() const
 {
-    return ui_->dgrdGrigliaSiti->currentIndex().row();
+    const QModelIndexList marked = ui_->dgrdGrigliaSiti->selectionModel()->selectedRows();
+    return marked.isEmpty() ? -1 : marked.constFirst().row();
 }
 
 // The grid stands on its only row by itself, so that commands never lack a site to act on.
@@ -242,11 +323,17 @@ void frmSiti::EnableCommands()
     ui_->cmdRimuovi->setEnabled(hasSites);
 }
 
-// When the rows change, and not at each change of the window as the header would do it: each cell is
-// measured.
-void frmSiti::FitColumns()
+// The editor does not report a write that fails, so the list says beforehand that all will fail.
+void frmSiti::ShowFile()
 {
-    ui_->dgrdGrigliaSiti->resizeColumnsToContents();
+    const QString path = ShownPath(environment_.directory / "Corvrec.ini");
+    const QString note = environment_.settings.IsWritable() ? QString() : " – " + Text(text::readOnly);
+    const QFontMetrics metrics = ui_->lblFile->fontMetrics();
+    const int room = ui_->lblFile->width() - metrics.horizontalAdvance(note);
+    ui_->lblFile->setText(metrics.elidedText(path, Qt::ElideMiddle, room) + note);
+    ui_->lblFile->setAccessibleName(path + note);
+    ui_->lblFile->setAccessibleDescription(path + note); // not the markup of the tool tip
+    ui_->lblFile->setToolTip(Qt::convertFromPlainText(path + note));
 }
 
 } // namespace corvrec

@@ -4,6 +4,7 @@
 #include "editor/environment.h"
 #include "editor/site_list_view.h"
 
+#include <QMenu>
 #include <QWidget>
 
 #include <cstdint>
@@ -21,7 +22,7 @@ class frmDettaglio;
 
 // The site list, the program's main window: adds, removes and edits sites, and closes the program. It owns
 // the site array and the one rule that spans sites: a site of continuous acquisition may not be enabled
-// beside other enabled sites.
+// together with other sites.
 class frmSiti : public QWidget, public SiteListView
 {
     Q_OBJECT
@@ -55,20 +56,30 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void MakeMenu();
+    void ShowMenu(const QPoint& where);
+
     void cmdAggiungi_Click();
+    void Duplica_Click();
     void cmdRimuovi_Click();
     void cmdProperties_Click();
     void cmdChiudi_Click();
+    void StartNewSite();
+    void EditNewSite();
 
-    int CurrentRow() const; // -1: none
+    int CurrentRow() const; // the marked one; -1: none
     void SetCurrentRow(int row);
     void EnableCommands();
-    void FitColumns();
+    void ShowFile();
 
     Environment environment_;
     std::unique_ptr<Ui::frmSiti> ui_;
+    QMenu menu_;
+    QAction* duplicate_ = nullptr;
     SiteGrid sites_;
     std::unique_ptr<frmDettaglio> editor_;
 };

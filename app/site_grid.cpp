@@ -52,11 +52,9 @@ void SiteGrid::Remove(int row)
     endRemoveRows();
 }
 
-void SiteGrid::SetState(int row, double enabled, const std::string& schedule)
+void SiteGrid::SetRow(int row, SiteRow site)
 {
-    SiteRow& site = rows_.at(static_cast<std::size_t>(row));
-    site.enabled = enabled;
-    site.schedule = schedule;
+    rows_.at(static_cast<std::size_t>(row)) = std::move(site);
     emit dataChanged(index(row, 0), index(row, columnCount() - 1));
 }
 

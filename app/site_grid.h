@@ -25,7 +25,7 @@ public:
     void SetRows(std::vector<SiteRow> rows);
     void Append(SiteRow row);
     void Remove(int row);
-    void SetState(int row, double enabled, const std::string& schedule);
+    void SetRow(int row, SiteRow site);
 
     // Makes the views read everything again.
     void Refresh();

@@ -1,23 +1,33 @@
 #include "resources/texts.h"
+#include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
+#include "tests/support/probed_calls.h"
 #include "tests/support/site_window.h"
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QFile>
+#include <QFileInfo>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTest>
+#include <QToolTip>
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
+#include <functional>
 
 namespace corvrec
 {
@@ -51,17 +61,27 @@ QStringList Codes(SiteWindow& window)
     return codes;
 }
 
-// All columns but the last are as wide as what they show, and the last one takes what is left.
+int WishedWidth(SiteWindow& window, int column)
+{
+    const QAbstractItemView& cells = Grid(window);
+    return std::max(cells.sizeHintForColumn(column),
+                    Grid(window).horizontalHeader()->sectionSizeHint(column));
+}
+
+// The columns fill the list to the pixel. Each is as wide as what it shows; what is left goes to the last
+// one, and what is missing is taken from the name.
 bool ColumnsFit(SiteWindow& window)
 {
     const QTableView& grid = Grid(window);
-    const QAbstractItemView& cells = grid;
-    const QHeaderView& captions = *grid.horizontalHeader();
-    return captions.length() >= grid.viewport()->width() &&
-           std::ranges::all_of(std::array{0, 1, 2}, [&](int column) {
-               return grid.columnWidth(column) ==
-                      std::max(cells.sizeHintForColumn(column), captions.sectionSizeHint(column));
-           });
+    const int room = grid.viewport()->width() - WishedWidth(window, 1) - WishedWidth(window, 2);
+    const int name = std::min(WishedWidth(window, 0), room - WishedWidth(window, 3));
+    return grid.columnWidth(0) == name && grid.columnWidth(1) == WishedWidth(window, 1) &&
+           grid.columnWidth(2) == WishedWidth(window, 2) && grid.columnWidth(3) == room - name;
+}
+
+QModelIndex CurrentCell(SiteWindow& window)
+{
+    return Grid(window).currentIndex();
 }
 
 int CurrentRow(SiteWindow& window)
@@ -115,6 +135,19 @@ private slots:
     static void cancelledAddingChangesNothing();
     static void newSiteStartsEnabled();
     static void insertKeyAdds();
+
+    static void commandsActOnTheMarkedRow_data();
+    static void commandsActOnTheMarkedRow();
+    static void homeAndEndLeadToTheFirstAndTheLastSite();
+    static void typingFindsANameWhereverTheMouseHasClicked();
+    static void columnsStayInViewWithALongName();
+    static void cutNameShowsItselfAsATip();
+
+    static void showsThePathOfTheFile();
+    static void showsThatTheFileCannotBeWritten();
+
+    static void contextMenuOffersTheCommands();
+    static void contextMenuWithoutASiteOnlyAdds();
 
     static void propertiesShowTheSiteWithNameAndCodeLocked();
     static void propertiesUpdateStateAndScheduleOnly();
@@ -410,6 +443,217 @@ void frmSiti_test::insertKeyAdds()
     QCOMPARE(Codes(window), QStringList({"A", "B"}));
 }
 
+void frmSiti_test::commandsActOnTheMarkedRow_data()
+{
+    QTest::addColumn<std::function<void(QTableView&)>>("act");
+    QTest::addColumn<QString>("marked");
+    using Act = std::function<void(QTableView&)>;
+    const auto cell = [](QTableView& grid, int row, int column) {
+        return grid.visualRect(grid.model()->index(row, column)).center();
+    };
+    const auto below = [](QTableView& grid) {
+        return QPoint(grid.viewport()->width() / 2, grid.viewport()->height() - 2);
+    };
+    QTest::newRow("click below the rows")
+        << Act([=](QTableView& grid) { QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, below(grid)); })
+        << "B";
+    QTest::newRow("click with Ctrl on the marked row") << Act([=](QTableView& grid) {
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ControlModifier, cell(grid, 1, 0));
+    }) << "B";
+    QTest::newRow("click with Ctrl on another row") << Act([=](QTableView& grid) {
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ControlModifier, cell(grid, 2, 2));
+    }) << "C";
+    QTest::newRow("click with Shift") << Act([=](QTableView& grid) {
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, cell(grid, 0, 1));
+    }) << "A";
+    QTest::newRow("right click on another row") << Act([=](QTableView& grid) {
+        QTest::mouseClick(grid.viewport(), Qt::RightButton, {}, cell(grid, 2, 0));
+    }) << "C";
+    QTest::newRow("drag over the rows") << Act([=](QTableView& grid) {
+        QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, cell(grid, 0, 0));
+        QTest::mouseMove(grid.viewport(), cell(grid, 2, 1));
+        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, cell(grid, 2, 1));
+    }) << "C";
+    QTest::newRow("drag out of the rows") << Act([=](QTableView& grid) {
+        QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, cell(grid, 0, 0));
+        QTest::mouseMove(grid.viewport(), below(grid));
+        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, below(grid));
+    }) << "A";
+    QTest::newRow("drag into the rows") << Act([=](QTableView& grid) {
+        QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, below(grid));
+        QTest::mouseMove(grid.viewport(), cell(grid, 2, 3));
+        QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, cell(grid, 2, 3));
+    }) << "C";
+    QTest::newRow("Ctrl+Space") << Act([](QTableView& grid) {
+        QTest::keyClick(&grid, Qt::Key_Space, Qt::ControlModifier);
+    }) << "B";
+    QTest::newRow("Ctrl+Down") << Act([](QTableView& grid) {
+        QTest::keyClick(&grid, Qt::Key_Down, Qt::ControlModifier);
+    }) << "C";
+    QTest::newRow("Ctrl+A") << Act([](QTableView& grid) {
+        QTest::keyClick(&grid, Qt::Key_A, Qt::ControlModifier);
+    }) << "B";
+    QTest::newRow("click on a caption") << Act([](QTableView& grid) {
+        QTest::mouseClick(grid.horizontalHeader()->viewport(), Qt::LeftButton);
+    }) << "B";
+}
+
+void frmSiti_test::commandsActOnTheMarkedRow()
+{
+    QFETCH(std::function<void(QTableView&)>, act);
+    QFETCH(QString, marked);
+    SiteWindow window(SettingsWith({"A", "B", "C"}));
+    QTest::keyClick(&Grid(window), Qt::Key_Down);
+
+    act(Grid(window));
+
+    const QModelIndexList rows = Grid(window).selectionModel()->selectedRows(1);
+    QCOMPARE(rows.size(), 1);
+    QCOMPARE(rows.constFirst().data().toString(), marked);
+    QCOMPARE(QString::fromStdString(window.List().SelectedSite()), marked);
+    QCOMPARE(CurrentRow(window), rows.constFirst().row());
+}
+
+void frmSiti_test::homeAndEndLeadToTheFirstAndTheLastSite()
+{
+    SiteWindow window(SettingsWith({"A", "B", "C"}));
+
+    QTest::keyClick(&Grid(window), Qt::Key_End);
+    QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "C");
+    QTest::keyClick(&Grid(window), Qt::Key_Home);
+    QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "A");
+}
+
+void frmSiti_test::typingFindsANameWhereverTheMouseHasClicked()
+{
+    SiteWindow window("[Siti]\r\nZ=Milano\r\nO=Roma\r\nR=Napoli\r\n[General]\r\nCom=COM2\r\n");
+    for (int column = 0; column < 4; ++column) {
+        const QModelIndex cell = Grid(window).model()->index(0, column);
+        QTest::mouseClick(Grid(window).viewport(), Qt::LeftButton, {},
+                          Grid(window).visualRect(cell).center());
+
+        Grid(window).keyboardSearch({}); // as after a pause
+        QTest::keyClicks(&Grid(window), "ro");
+
+        QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "O");
+    }
+}
+
+void frmSiti_test::columnsStayInViewWithALongName()
+{
+    SiteWindow window(SettingsWith({"A"}));
+    const int width = window.List().width();
+    const ModalVisit<frmDettaglio> editor(
+        [](frmDettaglio& form) { AcceptNewSite(form, QString("Sede lunghissima ").repeated(30), "C"); });
+
+    QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
+
+    QCOMPARE(Grid(window).horizontalScrollBar()->maximum(), 0);
+    QCOMPARE(Grid(window).horizontalHeader()->length(), Grid(window).viewport()->width());
+    const int lastColumn = 3;
+    QVERIFY(Grid(window).columnWidth(lastColumn) >=
+            Grid(window).horizontalHeader()->sectionSizeHint(lastColumn));
+    window.List().resize(2 * width, window.List().height());
+    QTRY_COMPARE(window.List().width(), 2 * width);
+    QCOMPARE(Grid(window).horizontalHeader()->length(), Grid(window).viewport()->width());
+}
+
+void frmSiti_test::cutNameShowsItselfAsATip()
+{
+    const std::string name = "Sede <b>lunga</b> " + std::string(400, 'x');
+    SiteWindow window("[Siti]\r\nA=" + name + "\r\nB=Beta\r\n[General]\r\nCom=COM2\r\n");
+    const auto askForTip = [&window](int row) {
+        const QPoint where = Grid(window).visualRect(Grid(window).model()->index(row, 0)).center();
+        QHelpEvent help(QEvent::ToolTip, where, Grid(window).viewport()->mapToGlobal(where));
+        QCoreApplication::sendEvent(Grid(window).viewport(), &help);
+    };
+
+    askForTip(0);
+
+    QTRY_VERIFY(QToolTip::isVisible());
+    QVERIFY(QToolTip::text().contains("&lt;b&gt;"));
+    askForTip(1);
+    QTRY_VERIFY(!QToolTip::isVisible());
+}
+
+void frmSiti_test::showsThePathOfTheFile()
+{
+    SiteWindow window(SettingsWith({"A"}));
+    const auto& file = SiteWindow::Part<QLabel>(window.List(), "lblFile");
+
+    QCOMPARE(file.accessibleName(),
+             QFileInfo(QString::fromStdString(window.Settings().Path())).canonicalFilePath());
+    QVERIFY(file.text().endsWith("Corvrec.ini"));
+    QVERIFY(file.fontMetrics().horizontalAdvance(file.text()) <= file.width());
+    QVERIFY(file.font().pointSizeF() < window.List().font().pointSizeF());
+}
+
+void frmSiti_test::showsThatTheFileCannotBeWritten()
+{
+    ProbedCalls calls;
+    SiteWindow window(SettingsWith({"A"}), std::nullopt, calls);
+    const auto& file = SiteWindow::Part<QLabel>(window.List(), "lblFile");
+    QVERIFY(!file.text().contains("sola lettura"));
+
+    // The permissions change while another program is in front.
+    calls.DenyWriting(EACCES);
+    QWidget other;
+    other.show();
+    BringToFront(other);
+    BringToFront(window.List());
+
+    QVERIFY(file.text().endsWith(" – sola lettura"));
+    QVERIFY(file.fontMetrics().horizontalAdvance(file.text()) <= file.width());
+}
+
+void frmSiti_test::contextMenuOffersTheCommands()
+{
+    SiteWindow window(SettingsWith({"A", "B"}));
+    QTest::keyClick(&Grid(window), Qt::Key_Down);
+    const QPoint second = Grid(window).visualRect(CurrentCell(window)).center();
+
+    const auto openMenu = [&window](QContextMenuEvent::Reason reason, QPoint where) {
+        QContextMenuEvent event(reason, where, Grid(window).viewport()->mapToGlobal(where));
+        QWidget* const target = reason == QContextMenuEvent::Mouse ? Grid(window).viewport()
+                                                                   : static_cast<QWidget*>(&Grid(window));
+        QCoreApplication::sendEvent(target, &event);
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    };
+
+    QMenu* const menu = openMenu(QContextMenuEvent::Mouse, second);
+    QVERIFY(menu != nullptr);
+    QStringList commands;
+    for (const QAction* const action : menu->actions())
+        commands.append(action->text().section('\t', 0, 0));
+    QCOMPARE(commands, QStringList({"&Aggiungi...", "&Duplica...", "&Rimuovi...", "", "&Proprietà..."}));
+    QCOMPARE(menu->defaultAction()->text().section('\t', 0, 0), "&Proprietà...");
+    menu->close();
+
+    QCOMPARE(openMenu(QContextMenuEvent::Keyboard, {}), menu);
+    QCOMPARE(menu->pos(), Grid(window).viewport()->mapToGlobal(
+                              Grid(window).visualRect(CurrentCell(window).siblingAtColumn(0)).bottomLeft()));
+    MessageProbe question(QString("Sì"));
+    QTest::keyClick(menu, Qt::Key_R);
+    QCOMPARE(question.title(), "Si desidera continuare?");
+    QCOMPARE(Codes(window), QStringList({"A"}));
+}
+
+void frmSiti_test::contextMenuWithoutASiteOnlyAdds()
+{
+    SiteWindow window(SettingsWith({}));
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+    QCoreApplication::sendEvent(&Grid(window), &event);
+    const auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+
+    QVERIFY(menu != nullptr);
+    QStringList enabled;
+    for (const QAction* const action : menu->actions()) {
+        if (action->isEnabled() && !action->isSeparator())
+            enabled.append(action->text().section('\t', 0, 0));
+    }
+    QCOMPARE(enabled, QStringList({"&Aggiungi..."}));
+}
+
 void frmSiti_test::propertiesShowTheSiteWithNameAndCodeLocked()
 {
     SiteWindow window(SettingsWith({"A", "B"}));
@@ -446,6 +690,7 @@ void frmSiti_test::propertiesUpdateStateAndScheduleOnly()
     QCOMPARE(Cell(window, 1, 3), "Giornaliera");
     QCOMPARE(CurrentRow(window), 1);
     QCOMPARE(Cell(window, 0, 2), "Sì");
+    QVERIFY(ColumnsFit(window));
 }
 
 void frmSiti_test::addingAfterPropertiesFindsNameAndCodeEditable()

@@ -1,0 +1,101 @@
+#include "app/site_table.h"
+
+#include "app/site_grid.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QTextDocument>
+#include <QToolTip>
+
+#include <algorithm>
+#include <numeric>
+
+namespace corvrec
+{
+
+void SiteTable::FitColumns()
+{
+    for (int column = 0; column < static_cast<int>(wishedWidths_.size()); ++column) {
+        wishedWidths_.at(static_cast<std::size_t>(column)) =
+            std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column));
+    }
+    SetColumnWidths();
+}
+
+void SiteTable::keyboardSearch(const QString& search)
+{
+    // The base class searches the column of the current cell.
+    if (currentIndex().isValid())
+        selectionModel()->setCurrentIndex(currentIndex().siblingAtColumn(0), QItemSelectionModel::NoUpdate);
+    QTableView::keyboardSearch(search);
+}
+
+// The base class would also take the mark away: by a click below the rows, or with Ctrl.
+QItemSelectionModel::SelectionFlags SiteTable::selectionCommand(const QModelIndex& index,
+                                                                const QEvent* /*event*/) const
+{
+    if (!index.isValid())
+        return QItemSelectionModel::NoUpdate;
+    return QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
+}
+
+// Home and End lead to the first and the last site. By themselves they would move along the row.
+QModelIndex SiteTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    if (action == MoveHome)
+        return model()->index(0, 0);
+    if (action == MoveEnd)
+        return model()->index(model()->rowCount() - 1, 0);
+    return QTableView::moveCursor(action, modifiers);
+}
+
+QSize SiteTable::viewportSizeHint() const
+{
+    const int width = std::accumulate(wishedWidths_.begin(), wishedWidths_.end(), 0);
+    return {width, QTableView::viewportSizeHint().height()};
+}
+
+void SiteTable::resizeEvent(QResizeEvent* event)
+{
+    QTableView::resizeEvent(event);
+    SetColumnWidths();
+}
+
+bool SiteTable::viewportEvent(QEvent* event)
+{
+    if (event->type() != QEvent::ToolTip)
+        return QTableView::viewportEvent(event);
+    const auto& help = static_cast<const QHelpEvent&>(*event);
+    const QModelIndex cell = indexAt(help.pos());
+    const bool isCut = cell.isValid() && sizeHintForIndex(cell).width() > columnWidth(cell.column());
+    const QString tip = isCut ? Qt::convertFromPlainText(cell.data().toString()) : QString();
+    QToolTip::showText(help.globalPos(), tip, viewport());
+    return true;
+}
+
+void SiteTable::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QPoint belowRow = viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft());
+    emit MenuRequested(isByKey ? belowRow : event->globalPos());
+}
+
+// The name gives way first, then the code, neither below its caption. The last column takes what is left.
+void SiteTable::SetColumnWidths()
+{
+    std::array<int, 4> widths = wishedWidths_;
+    int free = viewport()->width() - std::accumulate(widths.begin(), widths.end(), 0);
+    for (const SiteColumn column : {SiteColumn::name, SiteColumn::code}) {
+        const int caption = horizontalHeader()->sectionSizeHint(static_cast<int>(column));
+        int& width = widths.at(static_cast<std::size_t>(column));
+        const int narrower = std::clamp(width + free, std::min(caption, width), width);
+        free += width - narrower;
+        width = narrower;
+    }
+    widths.back() += std::max(free, 0);
+    for (int column = 0; column < static_cast<int>(widths.size()); ++column)
+        setColumnWidth(column, widths.at(static_cast<std::size_t>(column)));
+}
+
+} // namespace corvrec

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QTableView>
+
+#include <array>
+
+namespace corvrec
+{
+
+// The view of the site list. The marked row is always the current one, and while there is a site one row is
+// marked, whatever is clicked, pressed or dragged: a command acts on the row that the user sees marked.
+//
+// All columns stay in view: a name that is too long for the window is cut, and its tool tip shows it whole.
+class SiteTable : public QTableView
+{
+    Q_OBJECT
+
+public:
+    using QTableView::QTableView;
+
+    // Measures every cell. To be called when the rows change; a change of the window's size needs no call.
+    void FitColumns();
+
+    // Finds a site by the beginning of its name, whichever column was clicked last.
+    void keyboardSearch(const QString& search) override;
+
+signals:
+    // The user wants the context menu, by mouse or by key. `where` is its place on the screen.
+    void MenuRequested(const QPoint& where);
+
+protected:
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    QSize viewportSizeHint() const override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
+private:
+    void SetColumnWidths();
+
+    std::array<int, 4> wishedWidths_{}; // of each column, in pixels
+};
+
+} // namespace corvrec
