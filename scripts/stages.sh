@@ -44,7 +44,8 @@ run_tests()
     failed=$(( failed + (told > programs ? told : programs) ))
     # A test that finds its conditions missing (a user whom no file refuses itself, say) has not passed.
     skipped=$(( skipped + $(count '^\[  SKIPPED \] ([0-9]+) tests?, listed below:$' "$log") + \
-                          $(count '^Totals: .* failed, ([0-9]+) skipped.*' "$log") ))
+                          $(count '^Totals: .* failed, ([0-9]+) skipped.*' "$log") + \
+                          $(grep --count '\*\*\*Skipped ' "$directory/tests.log" || true) ))
     passed=$(( passed + $(count '^\[  PASSED  \] ([0-9]+) tests?\.$' "$log") + \
                         $(count '^Totals: ([0-9]+) passed.*' "$log") + \
                         $(awk '/ Test +#[0-9]+: fuzz_.* Passed / { ++targets } END { print targets + 0 }' \

@@ -1,5 +1,6 @@
 #include "tests/support/controls.h"
 
+#include "tests/support/platform.h"
 #include "widgets/check_list.h"
 
 #include <QAbstractButton>
@@ -37,14 +38,16 @@ void BringToFront(QWidget& window)
 {
     window.activateWindow();
     // Not qWaitForWindowActive: for that one a dialog is active as soon as its parent is.
-    QVERIFY(QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; }));
+    QVERIFY(QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; }, kActivationMs));
     QCoreApplication::processEvents(); // line edits answer the activation by a queued call
 }
 
 void ShowInFrontOf(QWidget& behind, QWidget& dialog)
 {
-    behind.show();
-    BringToFront(behind);
+    if (!dialog.isVisible()) { // a window manager does not activate a window behind a modal dialog
+        behind.show();
+        BringToFront(behind);
+    }
     dialog.show();
     BringToFront(dialog);
 }

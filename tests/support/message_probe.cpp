@@ -1,5 +1,7 @@
 #include "tests/support/message_probe.h"
 
+#include "tests/support/platform.h"
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QEvent>
@@ -15,8 +17,13 @@ namespace corvrec
 namespace
 {
 
-// How long a box may take to come, and to go once it is answered. Passed only by a test that fails.
-constexpr std::chrono::milliseconds kPatience{3000};
+std::chrono::milliseconds patience{30000};
+
+// A window manager activates a box after it is shown, and a user answers it then.
+bool IsInFront(const QMessageBox& box)
+{
+    return IsOffscreen() || QApplication::activeWindow() == &box;
+}
 
 // Set on a box as soon as one probe has taken it.
 constexpr const char* kTaken = "taken by a probe";
@@ -84,6 +91,11 @@ MessageProbe::~MessageProbe()
     ArmedProbes().removeOne(this);
 }
 
+void MessageProbe::SetPatience(std::chrono::milliseconds longest)
+{
+    patience = longest;
+}
+
 QString MessageProbe::text()
 {
     AwaitBox();
@@ -124,6 +136,12 @@ bool MessageProbe::eventFilter(QObject* watched, QEvent* event)
 
 void MessageProbe::Meet()
 {
+    if (!QTest::qWaitFor([this] { return !box_ || IsInFront(*box_); }, kActivationMs)) {
+        Dismiss(*box_, QStringLiteral("the message box did not become active"));
+        return;
+    }
+    if (!box_)
+        return; // closed by something else, and reported as missing
     text_ = box_->text();
     title_ = box_->windowTitle();
     icon_ = box_->icon();
@@ -132,7 +150,7 @@ void MessageProbe::Meet()
     answered_ = true;
     if (check_)
         check_();
-    patience_.start(kPatience);
+    patience_.start(patience);
     answer_(*box_);
 }
 
@@ -149,7 +167,7 @@ void MessageProbe::GiveUp()
 
 void MessageProbe::AwaitBox()
 {
-    if (answered_ || QTest::qWaitFor([this] { return answered_; }, static_cast<int>(kPatience.count())))
+    if (answered_ || QTest::qWaitFor([this] { return answered_; }, static_cast<int>(patience.count())))
         return;
     ArmedProbes().removeOne(this);
     answered_ = true; // reported once

@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <chrono>
 #include <functional>
 
 namespace corvrec
@@ -29,6 +30,10 @@ public:
     ~MessageProbe() override;
     MessageProbe(const MessageProbe&) = delete;
     MessageProbe& operator=(const MessageProbe&) = delete;
+
+    // How long each box may take to come, and to go once it is answered: half a minute, so that a busy
+    // machine changes no result. Passed only by a test that fails.
+    static void SetPatience(std::chrono::milliseconds longest);
 
     // What the box showed. A box that is still to come is waited for.
     QString text();

@@ -14,7 +14,7 @@ namespace corvrec
 namespace
 {
 
-constexpr std::chrono::seconds kPatience{5};
+constexpr std::chrono::seconds kPatience{60}; // longer than a probe's
 
 void Close(QMessageBox& box)
 {

@@ -1,3 +1,4 @@
+#include "tests/support/platform.h"
 #include "widgets/mask_edit.h"
 
 #include <QApplication>
@@ -31,7 +32,7 @@ public:
             box.setText(text);
         window_.show();
         window_.activateWindow();
-        if (!QTest::qWaitForWindowActive(&window_))
+        if (!QTest::qWaitForWindowActive(&window_, kActivationMs))
             qFatal("the window does not become active");
         other_.setFocus();
     }

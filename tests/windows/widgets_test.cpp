@@ -1,5 +1,6 @@
 #include "resources/texts.h"
 #include "tests/support/message_probe.h"
+#include "tests/support/platform.h"
 #include "widgets/check_list.h"
 #include "widgets/dialogs.h"
 #include "widgets/line_edits.h"
@@ -30,6 +31,7 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
+#include <chrono>
 #include <memory>
 
 namespace corvrec
@@ -72,7 +74,7 @@ void ShowActive(QWidget& window)
 {
     window.show();
     window.activateWindow();
-    if (!QTest::qWaitForWindowActive(&window))
+    if (!QTest::qWaitForWindowActive(&window, kActivationMs))
         qFatal("the window does not become active");
 }
 
@@ -96,6 +98,16 @@ void SendKey(QWidget& widget, const QString& text)
     QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, text);
     QApplication::sendEvent(&widget, &press);
 }
+
+// For what a probe waits for in vain.
+class ShortPatience
+{
+public:
+    ShortPatience() { MessageProbe::SetPatience(std::chrono::milliseconds(100)); }
+    ~ShortPatience() { MessageProbe::SetPatience(std::chrono::seconds(30)); }
+    ShortPatience(const ShortPatience&) = delete;
+    ShortPatience& operator=(const ShortPatience&) = delete;
+};
 
 struct FormWithRule {
     void Rule() { ++runs; }
@@ -615,6 +627,7 @@ void widgets_test::probesAnswerInTheOrderInWhichTheyWereArmed()
 
 void widgets_test::aProbeReportsAMessageThatDoesNotCome()
 {
+    const ShortPatience shortPatience;
     QEXPECT_FAIL("", "no message is shown on purpose", Continue);
     const MessageProbe message(Qt::Key_Return);
 }
@@ -639,6 +652,7 @@ void widgets_test::aProbeReportsAButtonThatIsNotThere()
 
 void widgets_test::aProbeReportsAKeyThatDoesNotAnswer()
 {
+    const ShortPatience shortPatience;
     MessageProbe message(Qt::Key_Shift);
     QEXPECT_FAIL("", "the key is no answer on purpose", Continue);
     ShowMessage(nullptr, "testo");
