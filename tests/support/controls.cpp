@@ -10,8 +10,11 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QTest>
 #include <QWheelEvent>
+
+#include <tuple>
 
 namespace corvrec
 {
@@ -36,9 +39,16 @@ QString MarkedRows(const CheckList& list)
 
 void BringToFront(QWidget& window)
 {
-    window.activateWindow();
     // Not qWaitForWindowActive: for that one a dialog is active as soon as its parent is.
-    QVERIFY(QTest::qWaitFor([&window] { return QApplication::activeWindow() == &window; }, kActivationMs));
+    const auto isActive = [&window] { return QApplication::activeWindow() == &window; };
+    // The X server is heard first: the window was not active for a moment if a list has just been open.
+    QGuiApplication::sync();
+    // Asked for again: a request is lost while the window manager moves the focus from a window that closed.
+    for (int askedMs = 0; !isActive() && askedMs < kActivationMs; askedMs += kActivationMs / 10) {
+        window.activateWindow();
+        std::ignore = QTest::qWaitFor(isActive, kActivationMs / 10);
+    }
+    QVERIFY(isActive());
     QCoreApplication::processEvents(); // line edits answer the activation by a queued call
 }
 
@@ -71,6 +81,22 @@ bool TurnWheelOver(QWidget& control)
                       Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(&control, &wheel);
     return wheel.isAccepted();
+}
+
+QPoint CaretPlace(QLineEdit& field, int position)
+{
+    QPoint place(0, field.height() / 2);
+    while (place.x() < field.width() && field.cursorPositionAt(place) != position)
+        ++place.rx();
+    return place;
+}
+
+void Drag(QWidget& control, QPoint from, QPoint to)
+{
+    QTest::mousePress(&control, Qt::LeftButton, {}, from);
+    QMouseEvent move(QEvent::MouseMove, to, control.mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&control, &move);
+    QTest::mouseRelease(&control, Qt::LeftButton, {}, to);
 }
 
 QString Shown(const QWidget& control)

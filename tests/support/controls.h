@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QPoint>
 #include <QString>
 #include <QStringList>
 
 class QComboBox;
+class QLineEdit;
 class QWidget;
 
 namespace corvrec
@@ -20,6 +22,12 @@ void PickRow(QComboBox& list, int row);
 
 // Turns the wheel one notch down over the control; whether the control took it.
 bool TurnWheelOver(QWidget& control);
+
+// Where a click puts the caret in front of the character at this position.
+QPoint CaretPlace(QLineEdit& field, int position);
+
+// Presses the left button at one place of the control and releases it at another one.
+void Drag(QWidget& control, QPoint from, QPoint to);
 
 // What a control shows: the text of a field, a label or a list's chosen entry; "on" or "off" for a box or an
 // option button; the numbers of the marked rows for a list with check marks ("0 1 6").
