@@ -3,9 +3,11 @@
 #include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 namespace corvrec
 {
@@ -122,6 +124,26 @@ void MaskEdit::focusInEvent(QFocusEvent* event)
     // With any other reason Tab would select the whole text; a selection that was set before stays.
     QFocusEvent quiet(event->type(), Qt::OtherFocusReason);
     PlainEdit::focusInEvent(&quiet);
+    selectedByFocus_.reset();
+    if (event->reason() == Qt::MouseFocusReason && hasSelectedText())
+        selectedByFocus_ = Selection{.start = selectionStart(), .length = selectionLength()};
+}
+
+// The press comes after the focus, and drops the selection.
+void MaskEdit::mousePressEvent(QMouseEvent* event)
+{
+    PlainEdit::mousePressEvent(event);
+    selectedAfter_ = std::exchange(selectedByFocus_, std::nullopt);
+    pressedAt_ = event->pos();
+}
+
+void MaskEdit::mouseReleaseEvent(QMouseEvent* event)
+{
+    PlainEdit::mouseReleaseEvent(event);
+    const std::optional<Selection> selection = std::exchange(selectedAfter_, std::nullopt);
+    const bool isDragged = (event->pos() - pressedAt_).manhattanLength() >= QApplication::startDragDistance();
+    if (selection && event->button() == Qt::LeftButton && !isDragged)
+        setSelection(selection->start, selection->length);
 }
 
 void MaskEdit::Show()

@@ -3,12 +3,18 @@
 #include "widgets/line_edits.h"
 #include "widgets/masked_text.h"
 
+#include <QPoint>
+
+#include <optional>
+
 namespace corvrec
 {
 
 // A masked edit box for times and dates ("##:##", "##/##/##"; with an empty mask a plain text box). text() is
 // always the whole shown text with literals and prompts. However the user edits (keys, input method, paste,
 // cut, drop), the edit is carried over to a MaskedText, so the box never shows what does not fit.
+// What is selected when the focus comes (by a handler of QEvent::FocusIn) stays selected after the click that
+// brings it, unless the mouse is dragged.
 class MaskEdit : public PlainEdit
 {
     Q_OBJECT
@@ -39,13 +45,23 @@ protected:
     void Correct(QString& text, int& caret) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    struct Selection {
+        int start = 0;
+        int length = 0;
+    };
+
     void Show();
     void StepOverLiterals(const QKeyEvent& event);
 
     MaskedText masked_;
     QString format_;
+    std::optional<Selection> selectedByFocus_; // from a click that brings the focus to its press
+    std::optional<Selection> selectedAfter_;   // from that press to its release
+    QPoint pressedAt_;
 };
 
 } // namespace corvrec

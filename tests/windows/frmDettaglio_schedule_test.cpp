@@ -94,6 +94,10 @@ private slots:
     static void intervalSelectsTheStartTimeOnFocus_data();
     static void intervalSelectsTheStartTimeOnFocus();
     static void intervalByMnemonicSelectsTheStartTime();
+    static void clickIntoTheStartTimeSelectsIt();
+    static void secondClickIntoTheStartTimePlacesTheCaret();
+    static void draggedMouseSelectsAPartOfTheStartTime();
+    static void clickIntoTheIntervalSelectsTheStartTime();
     static void returningFromAnotherProgramSelectsNothing();
     static void intervalIsTypedIntoItsMask();
 };
@@ -306,6 +310,57 @@ void frmDettaglio_schedule_test::intervalByMnemonicSelectsTheStartTime()
     QTRY_COMPARE(window.Focus(), "mskValore");
     QCOMPARE(Start(window).selectedText(), "18:03");
     QVERIFY(!Interval(window).hasSelectedText());
+}
+
+void frmDettaglio_schedule_test::clickIntoTheStartTimeSelectsIt()
+{
+    EditorWindow window(SettingsWith({}));
+    AddWith(window, hourly);
+    Interval(window).setFocus();
+
+    QTest::mouseClick(&Start(window), Qt::LeftButton, {}, CaretPlace(Start(window), 3));
+    QCOMPARE(Start(window).selectedText(), "18:03");
+    QTest::keyClicks(&Start(window), "0915");
+
+    QCOMPARE(Start(window).text(), "09:15");
+}
+
+void frmDettaglio_schedule_test::secondClickIntoTheStartTimePlacesTheCaret()
+{
+    EditorWindow window(SettingsWith({}));
+    AddWith(window, hourly);
+    Interval(window).setFocus();
+    QTest::mouseClick(&Start(window), Qt::LeftButton, {}, CaretPlace(Start(window), 3));
+
+    QTest::mouseClick(&Start(window), Qt::LeftButton, {}, CaretPlace(Start(window), 3));
+
+    QVERIFY(!Start(window).hasSelectedText());
+    QCOMPARE(Start(window).cursorPosition(), 3);
+}
+
+void frmDettaglio_schedule_test::draggedMouseSelectsAPartOfTheStartTime()
+{
+    EditorWindow window(SettingsWith({}));
+    AddWith(window, hourly);
+    Interval(window).setFocus();
+
+    Drag(Start(window), CaretPlace(Start(window), 3),
+         {Start(window).width() - 1, Start(window).height() / 2});
+
+    QCOMPARE(Start(window).selectedText(), "03");
+}
+
+void frmDettaglio_schedule_test::clickIntoTheIntervalSelectsTheStartTime()
+{
+    EditorWindow window(SettingsWith({}));
+    AddWith(window, daily);
+    Start(window).setFocus();
+
+    QTest::mouseClick(&Interval(window), Qt::LeftButton);
+
+    QCOMPARE(window.Focus(), "mskValore");
+    QVERIFY(!Interval(window).hasSelectedText());
+    QCOMPARE(Start(window).selectedText(), "18:03");
 }
 
 void frmDettaglio_schedule_test::returningFromAnotherProgramSelectsNothing()

@@ -29,6 +29,10 @@ private slots:
     static void fieldsHaveTheirMasks();
     static void dateIsSelectedWheneverItGetsTheFocus();
     static void timeIsNotSelected();
+    static void clickIntoTheDateSelectsIt();
+    static void secondClickIntoTheDatePlacesTheCaret();
+    static void draggedMouseSelectsAPartOfTheDate();
+    static void clickIntoTheTimePlacesTheCaret();
     static void mnemonicsLeadToTheFields();
 
     static void portIsConfiguredAndStaysClosed();
@@ -164,6 +168,55 @@ void frmSX_test::timeIsNotSelected()
 
     QCOMPARE(window.Focus(), "mskOra");
     QCOMPARE(window.Field("mskOra").selectedText(), "");
+}
+
+void frmSX_test::clickIntoTheDateSelectsIt()
+{
+    BufferWindow window;
+    window.Open();
+    MaskEdit& date = window.Field("mskData");
+
+    QTest::mouseClick(&date, Qt::LeftButton, {}, CaretPlace(date, 3));
+    QCOMPARE(date.selectedText(), "03/03/26");
+    QTest::keyClicks(&date, "280227");
+
+    QCOMPARE(date.text(), "28/02/27");
+}
+
+void frmSX_test::secondClickIntoTheDatePlacesTheCaret()
+{
+    BufferWindow window;
+    window.Open();
+    MaskEdit& date = window.Field("mskData");
+    QTest::mouseClick(&date, Qt::LeftButton, {}, CaretPlace(date, 3));
+
+    QTest::mouseClick(&date, Qt::LeftButton, {}, CaretPlace(date, 3));
+
+    QVERIFY(!date.hasSelectedText());
+    QCOMPARE(date.cursorPosition(), 3);
+}
+
+void frmSX_test::draggedMouseSelectsAPartOfTheDate()
+{
+    BufferWindow window;
+    window.Open();
+    MaskEdit& date = window.Field("mskData");
+
+    Drag(date, CaretPlace(date, 6), {date.width() - 1, date.height() / 2});
+
+    QCOMPARE(date.selectedText(), "26");
+}
+
+void frmSX_test::clickIntoTheTimePlacesTheCaret()
+{
+    BufferWindow window;
+    window.Open();
+    MaskEdit& time = window.Field("mskOra");
+
+    QTest::mouseClick(&time, Qt::LeftButton, {}, CaretPlace(time, 3));
+
+    QVERIFY(!time.hasSelectedText());
+    QCOMPARE(time.cursorPosition(), 3);
 }
 
 void frmSX_test::mnemonicsLeadToTheFields()
