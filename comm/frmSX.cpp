@@ -114,7 +114,8 @@ void frmSX::showEvent(QShowEvent* event)
 
 bool frmSX::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == ui_->mskData && event->type() == QEvent::FocusIn)
+    if (watched == ui_->mskData && event->type() == QEvent::FocusIn &&
+        IsWithinWindow(*static_cast<QFocusEvent*>(event)))
         ui_->mskData->setSelection(0, kDateLength);
     return QDialog::eventFilter(watched, event);
 }

@@ -78,12 +78,11 @@ QString OwnDirectory(const Environment& environment)
     return QString::fromStdU16String(environment.directory.u16string());
 }
 
-// The lost-focus rules run when the focus goes to another control of the program, not when another program
-// comes to the front or a menu opens; the same holds for getting the focus.
-bool IsWithinWindow(const QFocusEvent& event)
+// The caret and the selection of a text that stays the same stay too.
+void Replace(QLineEdit& field, const QString& text)
 {
-    return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason &&
-           event.reason() != Qt::MenuBarFocusReason;
+    if (field.text() != text)
+        field.setText(text);
 }
 
 // Sections of the settings file that belong to no site.
@@ -529,8 +528,8 @@ void frmDettaglio::Annulla_Click()
 
 bool frmDettaglio::FieldsComplete()
 {
-    ui_->txtNomeSito->setText(TrimBlanks(ui_->txtNomeSito->text()));
-    ui_->txtCodice->setText(TrimBlanks(ui_->txtCodice->text()));
+    Replace(*ui_->txtNomeSito, TrimBlanks(ui_->txtNomeSito->text()));
+    Replace(*ui_->txtCodice, TrimBlanks(ui_->txtCodice->text()));
     if (!SitoUnivoco(ui_->txtNomeSito->text(), ui_->txtCodice->text())) {
         SelectTab(tab::connection);
         ShowMessage(this, Text(text::siteNotUnique), MessageIcon::exclamation, Text(text::setup));
@@ -542,16 +541,15 @@ bool frmDettaglio::FieldsComplete()
 bool frmDettaglio::ScheduleComplete()
 {
     if (!IsTime(ToStd(ui_->mskOrario->text()))) {
-        // For every kind, the continuous one too; and under the application's title, not "Setup".
+        // For every kind, the continuous one too; and under the application's title, not "Setup". The page
+        // comes with the focus.
         ShowMessage(this, Text(text::startTimeInvalid));
-        SelectTab(tab::schedule);
         FocusField(*ui_->mskOrario);
         return false;
     }
     const bool isHourly = ui_->cboRicorrenza->currentIndex() == static_cast<int>(ScheduleKind::hourly);
     if (isHourly && !IsTime(ToStd(ui_->mskValore->text()))) {
         ShowMessage(this, Text(text::intervalInvalid), MessageIcon::exclamation, Text(text::setup));
-        SelectTab(tab::schedule);
         FocusField(*ui_->mskValore);
         return false;
     }

@@ -3,6 +3,8 @@
 #include "resources/texts.h"
 
 #include <QAbstractButton>
+#include <QCoreApplication>
+#include <QFocusEvent>
 #include <QFontMetrics>
 #include <QGroupBox>
 #include <QGuiApplication>
@@ -98,16 +100,21 @@ bool CanTakeFocus(const QWidget& widget, const QWidget& scope)
            widget.isEnabled() && widget.isVisibleTo(&scope);
 }
 
-// In tab order, which begins at the window.
-void FocusFirstOf(const QWidget& scope)
+// In tab order, which begins at the window. Null when there is none.
+QWidget* FirstOf(const QWidget& scope)
 {
     const QWidget* const window = scope.window();
     for (QWidget* next = window->nextInFocusChain(); next != window; next = next->nextInFocusChain()) {
-        if (scope.isAncestorOf(next) && CanTakeFocus(*next, scope)) {
-            next->setFocus(Qt::OtherFocusReason);
-            return;
-        }
+        if (scope.isAncestorOf(next) && CanTakeFocus(*next, scope))
+            return next;
     }
+    return nullptr;
+}
+
+void SendFocusEvent(QWidget& widget, QEvent::Type type)
+{
+    QFocusEvent event(type, Qt::OtherFocusReason);
+    QCoreApplication::sendEvent(&widget, &event);
 }
 
 // The tab control whose page the widget is; null when it is no page.
@@ -175,8 +182,16 @@ void CentreDialog(QWidget& window)
     window.move(std::max(middle.x(), area.left()), std::max(middle.y(), area.top()));
 }
 
+bool IsWithinWindow(const QFocusEvent& event)
+{
+    return event.reason() != Qt::ActiveWindowFocusReason && event.reason() != Qt::PopupFocusReason &&
+           event.reason() != Qt::MenuBarFocusReason;
+}
+
 void FocusField(QWidget& field)
 {
+    QWidget* const left = field.window()->focusWidget();
+    const bool isActive = left != nullptr && left->hasFocus();
     const QWidget* scope = field.window();
     for (QWidget* widget = &field; !widget->isWindow(); widget = widget->parentWidget()) {
         QTabWidget* const tabs = TabsOfPage(*widget);
@@ -186,15 +201,23 @@ void FocusField(QWidget& field)
         if (scope->isWindow())
             scope = widget; // the innermost page
     }
-    if (CanTakeFocus(field, *scope))
-        field.setFocus(Qt::OtherFocusReason);
-    else
-        FocusFirstOf(*scope);
+    QWidget* const target = CanTakeFocus(field, *scope) ? &field : FirstOf(*scope);
+    if (target == nullptr)
+        return;
+    target->setFocus(Qt::OtherFocusReason);
+
+    // Qt sends no events for a focus that moves in an inactive window, or that does not move. Those that come
+    // when the window becomes active again say that it did (Qt::ActiveWindowFocusReason), and run no rule.
+    if (left != nullptr && left != target && !isActive)
+        SendFocusEvent(*left, QEvent::FocusOut);
+    if (left == target || !target->hasFocus())
+        SendFocusEvent(*target, QEvent::FocusIn);
 }
 
 void FocusFirst(QWidget& window)
 {
-    FocusFirstOf(window);
+    if (QWidget* const first = FirstOf(window))
+        first->setFocus(Qt::OtherFocusReason);
 }
 
 BusyPointer::BusyPointer(const QList<QWidget*>& windows)

@@ -3,6 +3,7 @@
 #include <QList>
 #include <QPointer>
 
+class QFocusEvent;
 class QWidget;
 
 namespace corvrec
@@ -33,11 +34,19 @@ void TabToChosenOption(QWidget& window);
 // the texts are in.
 void CentreDialog(QWidget& window);
 
+// Whether the focus moves from one control of the program to another. It does not when another program comes
+// to the front or goes, or a menu opens or closes: the rules of leaving and getting a field do not run then.
+bool IsWithinWindow(const QFocusEvent& event);
+
 // Brings the tab page that holds the field to the front and puts the caret into the field; when the field
 // cannot take the focus, into the first control of the page (or window) that can.
+// The rules of the field that is left and of the one that gets the focus run, once each, although the window
+// is not active when a message box of its own has just closed. A field that has the focus already gets it
+// again, and is not left.
 void FocusField(QWidget& field);
 
-// The first control of the window, in tab order, that can take the focus gets it.
+// The first control of the window, in tab order, that can take the focus gets it. No rule runs in a window
+// that is not active: the field that is left may be another site's.
 void FocusFirst(QWidget& window);
 
 // The busy pointer on some windows, until Restore or the end of its life.

@@ -62,6 +62,8 @@ private slots:
     static void anotherProgramInFrontIsNotLeaving();
     static void contextMenuIsNotLeaving();
     static void enterIsNotLeaving();
+    static void enterThatFailsACheckIsLeaving_data();
+    static void enterThatFailsACheckIsLeaving();
     static void mnemonicOfAButtonIsLeaving();
     static void boxTickedByItsMnemonicIsSavedByTheNextKey();
 
@@ -393,13 +395,54 @@ void frmDettaglio_keys_test::enterIsNotLeaving()
     EditorWindow window(SettingsWith({}));
     window.Add();
     window.Retype("txtCodice", " ab ");
-    MessageProbe nameMissing(Qt::Key_Return);
+    QString codeBehindTheBox;
+    MessageProbe nameMissing(Qt::Key_Return, [&] { codeBehindTheBox = window.Shows("txtCodice"); });
 
     window.Press(Qt::Key_Return);
 
     // The check trims the text; only leaving the field raises it.
     QCOMPARE(nameMissing.text(), "È necessario inserire il nome del sito");
-    QCOMPARE(window.Shows("txtCodice"), "ab");
+    QCOMPARE(codeBehindTheBox, "ab");
+}
+
+void frmDettaglio_keys_test::enterThatFailsACheckIsLeaving_data()
+{
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<QString>("empty"); // the field that the check asks for
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("code, same page") << "txtCodice"
+                                     << "ab"
+                                     << "txtNomeSito"
+                                     << "AB";
+    QTest::newRow("code, other page") << "txtCodice"
+                                      << "ab"
+                                      << "txtDati"
+                                      << "AB";
+    QTest::newRow("Xon") << "txtXon"
+                         << ""
+                         << "txtDati"
+                         << "Q";
+}
+
+void frmDettaglio_keys_test::enterThatFailsACheckIsLeaving()
+{
+    QFETCH(const QString, left);
+    QFETCH(const QString, typed);
+    QFETCH(const QString, empty);
+    EditorWindow window(SettingsWith({}));
+    window.Add();
+    window.Pick("cboHandS", 1);
+    window.Retype("txtNomeSito", "Roma");
+    window.Retype(qPrintable(empty), "");
+    window.Retype(qPrintable(left), typed);
+    MessageProbe missing(Qt::Key_Return);
+
+    window.Press(Qt::Key_Return);
+
+    QVERIFY(missing.text().startsWith("È necessario inserire il nome del "));
+    QCOMPARE(window.Focus(), empty);
+    QTEST(window.Shows(qPrintable(left)), "shown");
 }
 
 void frmDettaglio_keys_test::mnemonicOfAButtonIsLeaving()

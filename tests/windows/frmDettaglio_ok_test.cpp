@@ -103,6 +103,7 @@ private slots:
     static void takenNameOrCodeIsRefused_data();
     static void takenNameOrCodeIsRefused();
     static void takenNameLeavesTheFocus();
+    static void takenNameLeavesTheCaretAndTheCode();
     static void existingSiteIsNeverCompared();
     static void uniqueness_data();
     static void uniqueness();
@@ -111,6 +112,8 @@ private slots:
 
     static void startTime_data();
     static void startTime();
+    static void wrongStartTimeIsReplacedByTyping_data();
+    static void wrongStartTimeIsReplacedByTyping();
     static void startTimeOfAContinuousSiteIsCheckedToo();
     static void hourlyInterval_data();
     static void hourlyInterval();
@@ -195,6 +198,23 @@ void frmDettaglio_ok_test::takenNameLeavesTheFocus()
 
     QCOMPARE(taken.text(), "Esiste già un sito con lo stesso nome o codice");
     QCOMPARE(window.Focus(), "txtCodice");
+}
+
+// The focus does not move, so no field is left and none gets it.
+void frmDettaglio_ok_test::takenNameLeavesTheCaretAndTheCode()
+{
+    EditorWindow window(SettingsWith({"AB"}));
+    AddComplete(window);
+    window.Retype("txtCodice", "ab");
+    window.Field("txtCodice").setCursorPosition(1);
+    MessageProbe taken(Qt::Key_Return);
+    window.Press(Qt::Key_Return);
+    QCOMPARE(taken.text(), "Esiste già un sito con lo stesso nome o codice");
+    BringToFront(window.Editor());
+
+    QTest::keyClicks(&window.Field("txtCodice"), "x");
+
+    QCOMPARE(window.Shows("txtCodice"), "axb");
 }
 
 void frmDettaglio_ok_test::existingSiteIsNeverCompared()
@@ -310,6 +330,38 @@ void frmDettaglio_ok_test::startTime()
                           {"Inserire correttamente l'ora di inizio.", kApplication, 2, 1, "mskOrario"});
         }
     }
+}
+
+void frmDettaglio_ok_test::wrongStartTimeIsReplacedByTyping_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::newRow("the field itself") << "mskOrario";
+    QTest::newRow("a field of its page") << "cboRicorrenza";
+    QTest::newRow("a field of another page") << "txtDati";
+    QTest::newRow("OK") << "OK";
+}
+
+void frmDettaglio_ok_test::wrongStartTimeIsReplacedByTyping()
+{
+    QFETCH(const QString, before);
+    EditorWindow window(SettingsWith({}));
+    AddComplete(window);
+    window.Pick("cboRicorrenza", daily);
+    window.Retype("mskOrario", "108");
+    auto& focused = window.At<QWidget>(qPrintable(before));
+    window.Turn(focused);
+    focused.setFocus();
+    window.At<MaskEdit>("mskOrario").setSelection(4, 0);
+    MessageProbe refused(Qt::Key_Return);
+    window.Press(Qt::Key_Return);
+    QCOMPARE(refused.text(), "Inserire correttamente l'ora di inizio.");
+    BringToFront(window.Editor());
+    QCOMPARE(window.Focus(), "mskOrario");
+    QCOMPARE(window.Field("mskOrario").selectedText(), "10:8_");
+
+    QTest::keyClicks(&window.Field("mskOrario"), "0915");
+
+    QCOMPARE(window.Shows("mskOrario"), "09:15");
 }
 
 void frmDettaglio_ok_test::startTimeOfAContinuousSiteIsCheckedToo()

@@ -1,6 +1,7 @@
 // The clock button of the buffer window.
 #include "resources/texts.h"
 #include "tests/support/buffer_window.h"
+#include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 
 #include <QTest>
@@ -34,6 +35,8 @@ private slots:
 
     static void wrongDatesAreRefused_data();
     static void wrongDatesAreRefused();
+    static void wrongDateIsReplacedByTyping_data();
+    static void wrongDateIsReplacedByTyping();
     static void wrongTimesAreRefused_data();
     static void wrongTimesAreRefused();
     static void dateIsCheckedFirst();
@@ -120,6 +123,34 @@ void frmSX_clock_test::wrongDatesAreRefused()
     QCOMPARE(window.Focus(), "mskData");
     QCOMPARE(window.Field("mskData").text(), date);
     QCOMPARE(window.Journal(), QStringList());
+}
+
+void frmSX_clock_test::wrongDateIsReplacedByTyping_data()
+{
+    QTest::addColumn<bool>("byMnemonic");
+    QTest::newRow("the button had the focus") << false;
+    QTest::newRow("the date had the focus") << true;
+}
+
+void frmSX_clock_test::wrongDateIsReplacedByTyping()
+{
+    QFETCH(const bool, byMnemonic);
+    BufferWindow window;
+    window.Open();
+    window.Field("mskData").setFocus();
+    QTest::keyClicks(&window.Field("mskData"), "3102");
+    MessageProbe message(Qt::Key_Return);
+    if (byMnemonic)
+        QTest::keyClick(&window.Field("mskData"), Qt::Key_I, Qt::AltModifier);
+    else
+        window.Click("cmdImpostaDataOra");
+    QCOMPARE(message.text(), "La data inserita non e' valida.");
+    BringToFront(window.Window());
+    QCOMPARE(window.Field("mskData").selectedText(), "31/02/__");
+
+    QTest::keyClicks(&window.Field("mskData"), "280227");
+
+    QCOMPARE(window.Field("mskData").text(), "28/02/27");
 }
 
 void frmSX_clock_test::wrongTimesAreRefused_data()

@@ -33,6 +33,7 @@ private slots:
     static void secondClickIntoTheDatePlacesTheCaret();
     static void draggedMouseSelectsAPartOfTheDate();
     static void clickIntoTheTimePlacesTheCaret();
+    static void returningFromAnotherProgramSelectsNothing();
     static void mnemonicsLeadToTheFields();
 
     static void portIsConfiguredAndStaysClosed();
@@ -217,6 +218,22 @@ void frmSX_test::clickIntoTheTimePlacesTheCaret()
 
     QVERIFY(!time.hasSelectedText());
     QCOMPARE(time.cursorPosition(), 3);
+}
+
+void frmSX_test::returningFromAnotherProgramSelectsNothing()
+{
+    BufferWindow window;
+    window.Open();
+    window.Field("mskData").setFocus();
+    QTest::keyClicks(&window.Field("mskData"), "28");
+    QWidget other;
+    other.show();
+    BringToFront(other);
+
+    BringToFront(window.Window());
+    QTest::keyClicks(&window.Field("mskData"), "0227");
+
+    QCOMPARE(window.Field("mskData").text(), "28/02/27");
 }
 
 void frmSX_test::mnemonicsLeadToTheFields()

@@ -149,6 +149,33 @@ struct PagedDialog {
     QLineEdit log;
 };
 
+// When a widget loses and gets the focus within its window: "left" and "got", in their order.
+class FocusCount : public QObject
+{
+public:
+    explicit FocusCount(QWidget& widget) { widget.installEventFilter(this); }
+
+    QStringList Journal() const { return journal_; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        const bool isFocus = event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut;
+        if (isFocus && IsWithinWindow(*static_cast<QFocusEvent*>(event)))
+            journal_.append(event->type() == QEvent::FocusIn ? "got" : "left");
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QStringList journal_;
+};
+
+void ShowBoxInFrontOf(QWidget& window)
+{
+    MessageProbe box(Qt::Key_Return);
+    ShowMessage(&window, "testo");
+    QCOMPARE(box.text(), "testo");
+}
+
 } // namespace
 
 class widgets_test : public QObject
@@ -178,6 +205,10 @@ private slots:
     void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage_data();
     void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage();
     void aDisabledFieldOutsideThePagesLeavesTheFocusToTheFirstOfTheWindow();
+    void movedFocusSendsItsEventsOnce_data();
+    void movedFocusSendsItsEventsOnce();
+    void fieldThatKeepsTheFocusIsNotLeft_data();
+    void fieldThatKeepsTheFocusIsNotLeft();
     void theFirstControlInTabOrderGetsTheFocus();
     void theBusyPointerEndsWithItsGuard();
     void theBusyPointerOutlivesItsWindow();
@@ -477,6 +508,56 @@ void widgets_test::aDisabledFieldOutsideThePagesLeavesTheFocusToTheFirstOfTheWin
     FocusField(dialog.name);
 
     QCOMPARE(dialog.Focused(), dialog.pages.tabBar());
+}
+
+void widgets_test::movedFocusSendsItsEventsOnce_data()
+{
+    QTest::addColumn<bool>("afterABox");
+    QTest::newRow("in the active window") << false;
+    QTest::newRow("after a message box") << true;
+}
+
+// With a window manager the dialog is not active yet when its message box has closed.
+void widgets_test::movedFocusSendsItsEventsOnce()
+{
+    QFETCH(const bool, afterABox);
+    PagedDialog dialog;
+    ShowActive(dialog.window);
+    dialog.name.setFocus();
+    const FocusCount name(dialog.name);
+    const FocusCount file(dialog.file);
+    if (afterABox)
+        ShowBoxInFrontOf(dialog.window);
+
+    FocusField(dialog.file);
+    QCOMPARE(name.Journal(), QStringList({"left"}));
+    QCOMPARE(file.Journal(), QStringList({"got"}));
+    ShowActive(dialog.window);
+
+    QCOMPARE(QApplication::focusWidget(), &dialog.file);
+    QCOMPARE(name.Journal(), QStringList({"left"}));
+    QCOMPARE(file.Journal(), QStringList({"got"}));
+}
+
+void widgets_test::fieldThatKeepsTheFocusIsNotLeft_data()
+{
+    movedFocusSendsItsEventsOnce_data();
+}
+
+void widgets_test::fieldThatKeepsTheFocusIsNotLeft()
+{
+    QFETCH(const bool, afterABox);
+    PagedDialog dialog;
+    ShowActive(dialog.window);
+    dialog.name.setFocus();
+    const FocusCount name(dialog.name);
+    if (afterABox)
+        ShowBoxInFrontOf(dialog.window);
+
+    FocusField(dialog.name);
+    ShowActive(dialog.window);
+
+    QCOMPARE(name.Journal(), QStringList({"got"}));
 }
 
 void widgets_test::theFirstControlInTabOrderGetsTheFocus()
