@@ -29,6 +29,7 @@
 #include <QHideEvent>
 #include <QShortcut>
 #include <QShowEvent>
+#include <QTabBar>
 
 #include <array>
 #include <stdexcept>
@@ -152,6 +153,8 @@ void frmDettaglio::ConnectControls()
     onKeys(Qt::CTRL | Qt::Key_Tab, +1);
     onKeys(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
     GuardWheel(*this);
+    // A click on a tab takes the focus, so that the field that is left runs its rule.
+    ui_->tabSetup->tabBar()->setFocusPolicy(Qt::StrongFocus);
 }
 
 // For screen readers, where the caption is missing or does not tell two controls apart.

@@ -7,6 +7,7 @@
 
 #include <QContextMenuEvent>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 
@@ -64,6 +65,7 @@ private slots:
     static void enterIsNotLeaving();
     static void enterThatFailsACheckIsLeaving_data();
     static void enterThatFailsACheckIsLeaving();
+    static void clickOnATabIsLeaving();
     static void mnemonicOfAButtonIsLeaving();
     static void boxTickedByItsMnemonicIsSavedByTheNextKey();
 
@@ -443,6 +445,21 @@ void frmDettaglio_keys_test::enterThatFailsACheckIsLeaving()
     QVERIFY(missing.text().startsWith("È necessario inserire il nome del "));
     QCOMPARE(window.Focus(), empty);
     QTEST(window.Shows(qPrintable(left)), "shown");
+}
+
+void frmDettaglio_keys_test::clickOnATabIsLeaving()
+{
+    EditorWindow window(SettingsWith({}));
+    window.Add();
+    window.Retype("txtCodice", " ab ");
+    const QTabBar& tabs = *window.At<QTabWidget>("tabSetup").tabBar();
+
+    QTest::mouseClick(window.At<QTabWidget>("tabSetup").tabBar(), Qt::LeftButton, {},
+                      tabs.tabRect(2).center());
+
+    QCOMPARE(window.Tab(), 2);
+    QCOMPARE(window.Focus(), "qt_tabwidget_tabbar");
+    QCOMPARE(window.Shows("txtCodice"), "AB");
 }
 
 void frmDettaglio_keys_test::mnemonicOfAButtonIsLeaving()
