@@ -13,6 +13,7 @@
 
 #include <QFocusEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QShowEvent>
 
 #include <utility>
@@ -110,6 +111,14 @@ void frmSX::showEvent(QShowEvent* event)
     QDialog::showEvent(event);
     if (!event->spontaneous())
         FocusField(*ui_->cmdStato);
+}
+
+// A button that has the focus takes Enter itself. In a field Enter does nothing: QDialog would press a button
+// and set the device's clock to a date and time of which one is still the old one.
+void frmSX::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        QDialog::keyPressEvent(event);
 }
 
 bool frmSX::eventFilter(QObject* watched, QEvent* event)

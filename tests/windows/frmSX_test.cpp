@@ -34,6 +34,10 @@ private slots:
     static void draggedMouseSelectsAPartOfTheDate();
     static void clickIntoTheTimePlacesTheCaret();
     static void returningFromAnotherProgramSelectsNothing();
+    static void enterInAFieldDoesNothing_data();
+    static void enterInAFieldDoesNothing();
+    static void enterOnAButtonPressesIt();
+    static void escapeInAFieldCloses();
     static void mnemonicsLeadToTheFields();
 
     static void portIsConfiguredAndStaysClosed();
@@ -234,6 +238,62 @@ void frmSX_test::returningFromAnotherProgramSelectsNothing()
     QTest::keyClicks(&window.Field("mskData"), "0227");
 
     QCOMPARE(window.Field("mskData").text(), "28/02/27");
+}
+
+void frmSX_test::enterInAFieldDoesNothing_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("date") << "mskData" << Qt::Key_Return;
+    QTest::newRow("date, numeric pad") << "mskData" << Qt::Key_Enter;
+    QTest::newRow("time") << "mskOra" << Qt::Key_Return;
+    QTest::newRow("time, numeric pad") << "mskOra" << Qt::Key_Enter;
+}
+
+// A half-made change of date and time must not set the device's clock.
+void frmSX_test::enterInAFieldDoesNothing()
+{
+    QFETCH(const QString, field);
+    QFETCH(const Qt::Key, key);
+    BufferWindow window;
+    window.Open();
+    window.Field("mskOra").setFocus();
+    window.Field(qPrintable(field)).setFocus();
+
+    window.Press(key);
+
+    QCOMPARE(window.Journal(), QStringList());
+    QVERIFY(window.Window().isVisible());
+    QCOMPARE(window.Focus(), field);
+}
+
+void frmSX_test::enterOnAButtonPressesIt()
+{
+    BufferWindow window;
+    window.Open();
+    window.Field("mskOra").setFocus();
+
+    window.Press(Qt::Key_Tab);
+    QCOMPARE(window.Focus(), "cmdImpostaDataOra");
+    window.Press(Qt::Key_Return);
+    QCOMPARE(window.Port().Sent(), "\x0F"
+                                   "1020030326");
+    window.Press(Qt::Key_Tab);
+    QCOMPARE(window.Focus(), "cmdChiudi");
+    window.Press(Qt::Key_Enter);
+
+    QVERIFY(!window.Window().isVisible());
+}
+
+void frmSX_test::escapeInAFieldCloses()
+{
+    BufferWindow window;
+    window.Open();
+    window.Field("mskData").setFocus();
+
+    window.Press(Qt::Key_Escape);
+
+    QVERIFY(!window.Window().isVisible());
 }
 
 void frmSX_test::mnemonicsLeadToTheFields()
