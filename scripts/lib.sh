@@ -79,7 +79,8 @@ start_screen()
     export XAUTHORITY=$screenDirectory/xauthority
     # Qt wants a directory of the user's own.
     export XDG_RUNTIME_DIR=${XDG_RUNTIME_DIR:-$screenDirectory}
-    mkfifo "$screenDirectory/ready"
+    # One pipe each: the server may hold its own open for a moment after its line, and the next reader would see it end.
+    mkfifo "$screenDirectory/server" "$screenDirectory/manager"
 
     for (( number = 1; number < 50; ++number )); do
         [[ ! -e /tmp/.X11-unix/X$number && ! -e /tmp/.X$number-lock ]] || continue
@@ -87,10 +88,10 @@ start_screen()
         xauth -q -f "$XAUTHORITY" source - <<< "add :$number . $(mcookie)" 2> /dev/null
         # In a session of its own: Ctrl+C reaches the script alone, which then ends things in order.
         setsid "$@" ":$number" -auth "$XAUTHORITY" -nolisten tcp -displayfd 5 \
-            5> "$screenDirectory/ready" > "$screenDirectory/server.log" 2>&1 &
+            5> "$screenDirectory/server" > "$screenDirectory/server.log" 2>&1 &
         screenPids=($!)
         # The server tells its number when it is ready. One that ends instead found its number or its port taken.
-        if read -r < "$screenDirectory/ready"; then
+        if read -r < "$screenDirectory/server"; then
             export DISPLAY=:$number
             break
         fi
@@ -103,9 +104,9 @@ start_screen()
 
     # A window that is there before the window manager would get its frame outside the screen.
     (trap '' PIPE; exec setsid openbox --startup 'echo ready') \
-        > "$screenDirectory/ready" 2> "$screenDirectory/openbox.log" &
+        > "$screenDirectory/manager" 2> "$screenDirectory/openbox.log" &
     screenPids+=($!)
-    read -r < "$screenDirectory/ready"
+    read -r < "$screenDirectory/manager"
 }
 
 # start_shared_screen [OPTION...]: a virtual screen that a VNC viewer of this user can show, through the Unix socket
