@@ -10,19 +10,10 @@
 
 #include <QShowEvent>
 
-#include <chrono>
 #include <utility>
 
 namespace corvrec
 {
-
-namespace
-{
-
-// A step of the bar; a bar that moves by itself would take more processor time than all the rest of a wait.
-constexpr std::chrono::milliseconds kAliveStep{400};
-
-} // namespace
 
 frmConnessione::frmConnessione(ReplyWait& wait, ModemSettings modem, QWidget* parent)
     : QDialog(parent)
@@ -32,10 +23,6 @@ frmConnessione::frmConnessione(ReplyWait& wait, ModemSettings modem, QWidget* pa
 {
     ui_->setupUi(this);
     connect(ui_->cmdAnnulla, &QPushButton::clicked, this, &frmConnessione::cmdAnnulla_Click);
-    connect(&alive_, &QTimer::timeout, this, [this] {
-        const int steps = ui_->barAttivita->maximum();
-        ui_->barAttivita->setValue((ui_->barAttivita->value() + 1) % (steps + 1));
-    });
     LocaliseDialog(*this);
     SetCancel(false);
 
@@ -69,13 +56,12 @@ void frmConnessione::showEvent(QShowEvent* event)
 
 void frmConnessione::Run()
 {
-    ui_->barAttivita->setValue(0);
-    alive_.start(kAliveStep);
+    ui_->barAttivita->Start();
     if (azione_ == kConnect)
         InitModem();
     else if (azione_ == kDisconnect)
         CloseModem();
-    alive_.stop();
+    ui_->barAttivita->Stop();
     // A port that goes in the middle of a wait leaves the flag raised, which would end the next request too.
     if (errModem_)
         SetCancel(false);
@@ -119,7 +105,7 @@ void frmConnessione::cmdAnnulla_Click()
 // What came while the message stood there is no answer to anything.
 void frmConnessione::Tell(TextId message, TextId title)
 {
-    alive_.stop();
+    ui_->barAttivita->Stop();
     ShowMessage(this, Text(message), MessageIcon::exclamation, Text(title));
     wait_.Port().ClearInput();
 }

@@ -4,7 +4,6 @@
 #include "resources/text_ids.h"
 
 #include <QDialog>
-#include <QTimer>
 
 #include <memory>
 
@@ -61,7 +60,6 @@ private:
     ReplyWait& wait_;
     ModemSettings modem_;
     std::unique_ptr<Ui::frmConnessione> ui_;
-    QTimer alive_;
     int azione_ = kDisconnect;
     bool errModem_ = false;
 };

@@ -236,6 +236,7 @@ frmSX::Link frmSX::Connect()
 // The reply as it came; empty without one, and when the port cannot be used.
 std::string frmSX::RequestStatus()
 {
+    const AliveWhile alive(*ui_->barAttivita);
     try {
         SXAzzeraLinea(wait_, kLineClearTimeOutMs);
         if (wantsClose_)

@@ -3,7 +3,9 @@
 #include "tests/support/buffer_window.h"
 #include "tests/support/message_probe.h"
 
+#include <QProgressBar>
 #include <QTest>
+#include <QTimer>
 
 #include <string>
 
@@ -70,6 +72,8 @@ private slots:
     static void oldestModelIsCounted();
     static void silenceEndsAfterThreeTimeOuts();
     static void buttonsAndPointerWhileItRuns();
+    static void barMovesWhileTheDeviceIsSilent();
+    static void barKeepsItsPlace();
     static void secondPressMeanwhileDoesNothing();
     static void secondRequestUsesTheOpenPort();
 
@@ -259,6 +263,49 @@ void frmSX_status_test::buttonsAndPointerWhileItRuns()
     QCOMPARE(window.Enabled(), kAllButtons);
     QCOMPARE(window.Busy(), QStringList());
     QCOMPARE(window.Focus(), "cmdStato");
+}
+
+void frmSX_status_test::barMovesWhileTheDeviceIsSilent()
+{
+    BufferWindow window;
+    window.Open();
+    auto& bar = SiteWindow::Part<QProgressBar>(window.Window(), "barAttivita");
+    QVERIFY(!bar.isVisible());
+    bool isMoving = false;
+    window.Script().At(
+        10, [&] { isMoving = bar.isVisible() && QTest::qWaitFor([&] { return bar.value() == 2; }); });
+    MessageProbe message(Qt::Key_Return, [&] { QVERIFY(!bar.isVisible()); });
+
+    window.Click("cmdStato");
+
+    QVERIFY(isMoving);
+    QVERIFY(!bar.isVisible());
+    for (const auto* const timer : bar.findChildren<QTimer*>())
+        QVERIFY(!timer->isActive());
+}
+
+void frmSX_status_test::barKeepsItsPlace()
+{
+    BufferWindow window;
+    window.Open();
+    const auto& button = window.Button("cmdStato");
+    const QRect before = button.geometry();
+    const QSize windowBefore = window.Window().size();
+    bool isVisible = false;
+    QRect meanwhile;
+    window.Script().At(10, [&] {
+        QCoreApplication::processEvents(); // the layout comes to rest
+        isVisible = SiteWindow::Part<QProgressBar>(window.Window(), "barAttivita").isVisible();
+        meanwhile = button.geometry();
+        window.DeviceReplies(kReply30);
+        window.Port().Receive("\x13");
+    });
+
+    window.Click("cmdStato");
+
+    QVERIFY(isVisible);
+    QCOMPARE(meanwhile, before);
+    QCOMPARE(window.Window().size(), windowBefore);
 }
 
 void frmSX_status_test::secondPressMeanwhileDoesNothing()
