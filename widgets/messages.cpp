@@ -49,8 +49,11 @@ void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon, const Q
 {
     QMessageBox box(parent);
     Fill(box, text, icon, title);
-    box.setStandardButtons(QMessageBox::Ok);
-    box.setDefaultButton(QMessageBox::Ok);
+    QPushButton* const ok = box.addButton(QMessageBox::Ok);
+    // As in all other windows, where some desktops give this one an icon and a mnemonic.
+    ok->setIcon({});
+    ok->setText("OK");
+    box.setDefaultButton(ok);
     box.exec();
 }
 

@@ -20,6 +20,7 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
@@ -107,6 +108,24 @@ public:
     ~ShortPatience() { MessageProbe::SetPatience(std::chrono::seconds(30)); }
     ShortPatience(const ShortPatience&) = delete;
     ShortPatience& operator=(const ShortPatience&) = delete;
+};
+
+// As on a desktop that gives the buttons of message boxes icons.
+class IconStyle : public QProxyStyle
+{
+public:
+    IconStyle()
+        : QProxyStyle("fusion")
+    {
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* result) const override
+    {
+        return hint == SH_DialogButtonBox_ButtonsHaveIcons
+                   ? 1
+                   : QProxyStyle::styleHint(hint, option, widget, result);
+    }
 };
 
 struct FormWithRule {
@@ -201,6 +220,8 @@ private slots:
     void aWindowIsCentredOnTheScreenOfItsParent();
     void aCentredWindowIsWiderThanItsTitle();
     void aWindowIsNoLargerThanTheScreen();
+
+    void theButtonOfAMessageLooksLikeAllOthers();
     void aFieldOnAnotherPageIsShownAndGetsTheFocus();
     void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage_data();
     void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage();
@@ -451,6 +472,25 @@ void widgets_test::aWindowIsNoLargerThanTheScreen()
 
     QVERIFY(window.width() <= screen->availableSize().width());
     QCOMPARE(window.y(), screen->geometry().y());
+}
+
+void widgets_test::theButtonOfAMessageLooksLikeAllOthers()
+{
+    QApplication::setStyle(new IconStyle); // the application's from here on
+    bool hasIcon = true;
+    QString caption;
+    MessageProbe message(Qt::Key_Return, [&] {
+        const auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        const QAbstractButton* const button = box->buttons().constFirst();
+        hasIcon = !button->icon().isNull();
+        caption = button->text();
+    });
+
+    ShowMessage(nullptr, "Manca il numero");
+    QApplication::setStyle("fusion");
+
+    QVERIFY(!hasIcon);
+    QCOMPARE(caption, QString("OK"));
 }
 
 void widgets_test::aFieldOnAnotherPageIsShownAndGetsTheFocus()
