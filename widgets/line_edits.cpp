@@ -1,7 +1,9 @@
 #include "widgets/line_edits.h"
 
+#include <QEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QPalette>
 #include <QValidator>
 
 #include <algorithm>
@@ -74,6 +76,50 @@ PlainEdit::PlainEdit(QWidget* parent)
     : QLineEdit(parent)
 {
     setValidator(new Corrector(*this));
+    SetColours();
+}
+
+void PlainEdit::setReadableWhenDisabled(bool readable)
+{
+    readableWhenDisabled_ = readable;
+    SetColours();
+}
+
+bool PlainEdit::event(QEvent* event)
+{
+    const bool isHandled = QLineEdit::event(event);
+    switch (event->type()) {
+    case QEvent::FocusIn:
+    case QEvent::FocusOut:
+    case QEvent::WindowActivate: // the focus may have moved while another window was in front
+    case QEvent::PaletteChange:
+        SetColours();
+        break;
+    default:
+        break;
+    }
+    return isHandled;
+}
+
+// QLineEdit paints by its palette: without a brush a selection looks like the rest of the text. All other
+// brushes stay the theme's.
+void PlainEdit::SetColours()
+{
+    const bool hidesSelection = window()->focusWidget() != this;
+    const QBrush disabledText =
+        readableWhenDisabled_ ? palette().brush(QPalette::Active, QPalette::Text) : QBrush();
+    if (hidesSelection == hidesSelection_ && disabledText == disabledText_)
+        return;
+    hidesSelection_ = hidesSelection;
+    disabledText_ = disabledText;
+    QPalette colours;
+    if (hidesSelection) {
+        colours.setBrush(QPalette::Highlight, Qt::NoBrush);
+        colours.setBrush(QPalette::HighlightedText, Qt::NoBrush);
+    }
+    if (readableWhenDisabled_)
+        colours.setBrush(QPalette::Disabled, QPalette::Text, disabledText);
+    setPalette(colours);
 }
 
 void PlainEdit::Correct(QString& text, int& caret)

@@ -1,17 +1,26 @@
 #pragma once
 
+#include <QBrush>
 #include <QLineEdit>
 
 namespace corvrec
 {
 
-// A text box that no line break and no NUL can get into: by keys, paste, drop, input method or code.
+// A text box that no line break and no NUL can get into: by keys, paste, drop, input method or code. It shows
+// its selection only where the window has its focus, so that one field of a window at most looks marked.
 class PlainEdit : public QLineEdit
 {
     Q_OBJECT
+    Q_PROPERTY(bool readableWhenDisabled READ readableWhenDisabled WRITE setReadableWhenDisabled)
 
 public:
     explicit PlainEdit(QWidget* parent = nullptr);
+
+    // Whether the text keeps its colour when the field is disabled.
+    bool readableWhenDisabled() const { return readableWhenDisabled_; }
+    void setReadableWhenDisabled(bool readable);
+
+    bool event(QEvent* event) override;
 
 protected:
     // Every text passes here before it is shown, with the caret's position in it, and may be corrected.
@@ -19,6 +28,12 @@ protected:
 
 private:
     class Corrector;
+
+    void SetColours();
+
+    bool readableWhenDisabled_ = false;
+    bool hidesSelection_ = false;
+    QBrush disabledText_; // none: the theme's
 };
 
 // The box for a site's code, which the settings file keeps as the name of a key and of a section. What no

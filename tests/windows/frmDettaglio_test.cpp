@@ -1,4 +1,5 @@
 #include "resources/texts.h"
+#include "tests/support/colours.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/vectors.h"
@@ -95,6 +96,8 @@ private slots:
     static void oldestStratoboxKeepsTheHighSpeeds();
 
     static void identityIsEnabledFromOutsideOnly();
+    static void identityOfAnExistingSiteIsReadable();
+    static void newSiteMarksNoFieldWithoutTheFocus();
     static void cancelAndNuovoAreFlags();
     static void contentsStayBetweenUses();
 };
@@ -573,6 +576,35 @@ void frmDettaglio_test::identityIsEnabledFromOutsideOnly()
 
     QVERIFY(IsEnabled(window.Field("txtNomeSito")));
     QVERIFY(IsEnabled(window.Field("txtCodice")));
+}
+
+void frmDettaglio_test::identityOfAnExistingSiteIsReadable()
+{
+    EditorWindow window(SettingsWith({"A"}));
+
+    window.Open();
+
+    const QColor text = QApplication::palette().color(QPalette::Active, QPalette::Text);
+    for (const char* const name : {"txtNomeSito", "txtCodice"})
+        QCOMPARE(window.Field(name).palette().color(QPalette::Disabled, QPalette::Text), text);
+}
+
+void frmDettaglio_test::newSiteMarksNoFieldWithoutTheFocus()
+{
+    EditorWindow window(SettingsWith({}));
+    window.Add();
+
+    window.At<QTabWidget>("tabSetup").setCurrentIndex(2);
+
+    const QColor mark = QApplication::palette().color(QPalette::Active, QPalette::Highlight);
+    const QString focused = window.Focus();
+    for (const char* const name : {"txtDati", "txtDati2", "txtStorico", "txtLog"}) {
+        QVERIFY(window.Field(name).hasSelectedText());
+        QVERIFY(focused != name);
+        QVERIFY2(!HasColour(window.Field(name), mark), name);
+    }
+    window.Field("txtDati2").setFocus();
+    QVERIFY(HasColour(window.Field("txtDati2"), mark));
 }
 
 void frmDettaglio_test::cancelAndNuovoAreFlags()

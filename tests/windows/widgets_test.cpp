@@ -1,4 +1,5 @@
 #include "resources/texts.h"
+#include "tests/support/colours.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/platform.h"
 #include "widgets/check_list.h"
@@ -14,6 +15,7 @@
 #include <QDialog>
 #include <QFile>
 #include <QGroupBox>
+#include <QImage>
 #include <QInputMethodEvent>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -108,6 +110,50 @@ public:
     ~ShortPatience() { MessageProbe::SetPatience(std::chrono::seconds(30)); }
     ShortPatience(const ShortPatience&) = delete;
     ShortPatience& operator=(const ShortPatience&) = delete;
+};
+
+// Whether the field shows a selection, in the colour that the theme has for it.
+bool ShowsMark(QWidget& field)
+{
+    const QPalette theme = QApplication::palette();
+    return HasColour(field, theme.color(field.isActiveWindow() ? QPalette::Active : QPalette::Inactive,
+                                        QPalette::Highlight));
+}
+
+// The first field has the focus.
+struct TwoFields {
+    TwoFields()
+    {
+        auto* const column = new QVBoxLayout(&window);
+        column->addWidget(&first);
+        column->addWidget(&second);
+        first.setText("first");
+        second.setText("second");
+        ShowActive(window);
+        first.setFocus(Qt::OtherFocusReason);
+    }
+
+    QDialog window;
+    PlainEdit first;
+    PlainEdit second;
+};
+
+class PaintCount : public QObject
+{
+public:
+    explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
+
+    int Count() const { return count_; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++count_;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    int count_ = 0;
 };
 
 // As on a desktop that gives the buttons of message boxes icons.
@@ -221,6 +267,11 @@ private slots:
     void aCentredWindowIsWiderThanItsTitle();
     void aWindowIsNoLargerThanTheScreen();
 
+    void aSelectionIsPaintedInTheFieldWithTheFocusOnly();
+    void aSelectionStaysPaintedWhileAnotherWindowIsInFront();
+    void aSelectionGoesWhereTheFocusMovedBehindAnotherWindow();
+    void hidingASelectionSendsNothing();
+    void aReadableFieldKeepsTheTextColourWhenItIsDisabled();
     void theButtonOfAMessageLooksLikeAllOthers();
     void aFieldOnAnotherPageIsShownAndGetsTheFocus();
     void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage_data();
@@ -472,6 +523,99 @@ void widgets_test::aWindowIsNoLargerThanTheScreen()
 
     QVERIFY(window.width() <= screen->availableSize().width());
     QCOMPARE(window.y(), screen->geometry().y());
+}
+
+void widgets_test::aSelectionIsPaintedInTheFieldWithTheFocusOnly()
+{
+    TwoFields fields;
+    const QImage unmarked = fields.second.grab().toImage();
+
+    fields.second.selectAll();
+
+    QCOMPARE(fields.second.selectedText(), QString("second"));
+    QCOMPARE(fields.second.grab().toImage(), unmarked);
+    QVERIFY(!ShowsMark(fields.second));
+    fields.first.selectAll();
+    QVERIFY(ShowsMark(fields.first));
+
+    fields.second.setFocus(Qt::OtherFocusReason);
+    QVERIFY(ShowsMark(fields.second));
+    fields.first.selectAll();
+    QVERIFY(!ShowsMark(fields.first));
+}
+
+void widgets_test::aSelectionStaysPaintedWhileAnotherWindowIsInFront()
+{
+    TwoFields fields;
+    fields.first.selectAll();
+    QDialog other;
+
+    ShowActive(other);
+
+    QTRY_VERIFY(!fields.window.isActiveWindow());
+    QVERIFY(ShowsMark(fields.first));
+}
+
+void widgets_test::aSelectionGoesWhereTheFocusMovedBehindAnotherWindow()
+{
+    TwoFields fields;
+    fields.first.selectAll();
+    QDialog other;
+    ShowActive(other);
+    QTRY_VERIFY(!fields.window.isActiveWindow());
+
+    fields.second.setFocus(Qt::OtherFocusReason);
+    other.hide();
+    ShowActive(fields.window);
+
+    fields.second.selectAll();
+    QVERIFY(ShowsMark(fields.second));
+    fields.first.selectAll();
+    QVERIFY(!ShowsMark(fields.first));
+}
+
+void widgets_test::hidingASelectionSendsNothing()
+{
+    TwoFields fields;
+    fields.first.selectAll();
+    fields.second.selectAll();
+    const QSignalSpy selections(&fields.second, &QLineEdit::selectionChanged);
+    const QSignalSpy texts(&fields.second, &QLineEdit::textChanged);
+    PaintCount paints(fields.second);
+
+    fields.second.setFocus(Qt::OtherFocusReason);
+    QTRY_VERIFY(paints.Count() > 0);
+    QCoreApplication::processEvents();
+    const int settled = paints.Count();
+    for (int pass = 0; pass < 10; ++pass)
+        QCoreApplication::processEvents();
+
+    QCOMPARE(selections.count(), 0);
+    QCOMPARE(texts.count(), 0);
+    QCOMPARE(paints.Count(), settled); // no painting that leads to the next one
+}
+
+void widgets_test::aReadableFieldKeepsTheTextColourWhenItIsDisabled()
+{
+    TwoFields fields;
+    fields.second.setReadableWhenDisabled(true);
+    QFont large = fields.second.font();
+    large.setPixelSize(60);
+    fields.second.setFont(large);
+    fields.second.setText("III");
+    fields.second.setEnabled(false);
+
+    const QPalette light = QApplication::palette();
+    QPalette dark(QColor(40, 44, 52));
+    dark.setColor(QPalette::Active, QPalette::Text, QColor(250, 240, 230));
+    QVERIFY(HasColour(fields.second, light.color(QPalette::Active, QPalette::Text)));
+    QApplication::setPalette(dark);
+    QCoreApplication::processEvents();
+    const bool followsTheme = HasColour(fields.second, QColor(250, 240, 230));
+    QApplication::setPalette(light);
+    QCoreApplication::processEvents();
+    QVERIFY(followsTheme);
+    QVERIFY(HasColour(fields.second, light.color(QPalette::Active, QPalette::Text)));
 }
 
 void widgets_test::theButtonOfAMessageLooksLikeAllOthers()
