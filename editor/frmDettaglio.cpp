@@ -107,6 +107,7 @@ frmDettaglio::frmDettaglio(Environment environment, const SiteListView& list, QW
     alerts_ = std::make_unique<frmFileAvanzate>(this);
     modem_ = std::make_unique<frmModem>(environment_.directory, this);
     FillLists();
+    ReserveSentence();
 
     // Measured with the weekly kind, the one with the most controls, so that nothing moves when it is chosen.
     SelectRow(*ui_->cboRicorrenza, static_cast<int>(ScheduleKind::weekly), *this,
@@ -185,6 +186,21 @@ void frmDettaglio::FillLists()
     for (const KindRule& rule : kKindRules)
         kinds.append(Text(rule.kind));
     FillList(*ui_->cboRicorrenza, kinds);
+}
+
+// The fields of the schedule's sentence stay in place, whichever of its words are shown.
+void frmDettaglio::ReserveSentence()
+{
+    const QStringList beginnings{ui_->lblNessuno->text(), ui_->lblOgni->text()};
+    ui_->lblNessuno->Reserve(beginnings);
+    ui_->lblOgni->Reserve(beginnings);
+    QStringList units;
+    for (const KindRule& rule : kKindRules) {
+        if (rule.unit)
+            units.append(Text(*rule.unit));
+    }
+    ui_->txtTempo->Reserve(units);
+    ui_->txtTempo->KeepPlace();
 }
 
 void frmDettaglio::MostraDati(std::string_view code)

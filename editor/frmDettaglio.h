@@ -86,6 +86,7 @@ private:
     void ConnectControls();
     void NameControls();
     void FillLists();
+    void ReserveSentence();
 
     void cboTipoConn_Click();
     void optLocale_Click();

@@ -1,9 +1,12 @@
 #include "widgets/line_edits.h"
 
 #include <QEvent>
+#include <QFontMetrics>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QPalette>
+#include <QStyle>
+#include <QStyleOptionFrame>
 #include <QValidator>
 
 #include <algorithm>
@@ -79,10 +82,28 @@ PlainEdit::PlainEdit(QWidget* parent)
     SetColours();
 }
 
+void PlainEdit::setWidestText(const QString& text)
+{
+    widestText_ = text;
+    setSizePolicy(text.isEmpty() ? QSizePolicy::Expanding : QSizePolicy::Fixed,
+                  sizePolicy().verticalPolicy());
+    updateGeometry();
+}
+
 void PlainEdit::setReadableWhenDisabled(bool readable)
 {
     readableWhenDisabled_ = readable;
     SetColours();
+}
+
+QSize PlainEdit::sizeHint() const
+{
+    return AsWideAsText(QLineEdit::sizeHint());
+}
+
+QSize PlainEdit::minimumSizeHint() const
+{
+    return AsWideAsText(QLineEdit::minimumSizeHint());
 }
 
 bool PlainEdit::event(QEvent* event)
@@ -120,6 +141,21 @@ void PlainEdit::SetColours()
     if (readableWhenDisabled_)
         colours.setBrush(QPalette::Disabled, QPalette::Text, disabledText);
     setPalette(colours);
+}
+
+QSize PlainEdit::AsWideAsText(const QSize& size) const
+{
+    if (widestText_.isEmpty())
+        return size;
+    constexpr int besideText = 2; // pixels that QLineEdit leaves free on each side of its text
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    const QMargins margins = textMargins() + contentsMargins();
+    const int caret = style()->pixelMetric(QStyle::PM_TextCursorWidth, &option, this);
+    const int text = fontMetrics().horizontalAdvance(widestText_) + caret + 2 * besideText + margins.left() +
+                     margins.right();
+    const QSize whole = style()->sizeFromContents(QStyle::CT_LineEdit, &option, {text, size.height()}, this);
+    return {whole.width(), size.height()};
 }
 
 void PlainEdit::Correct(QString& text, int& caret)

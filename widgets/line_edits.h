@@ -2,6 +2,7 @@
 
 #include <QBrush>
 #include <QLineEdit>
+#include <QString>
 
 namespace corvrec
 {
@@ -11,14 +12,22 @@ namespace corvrec
 class PlainEdit : public QLineEdit
 {
     Q_OBJECT
+    Q_PROPERTY(QString widestText READ widestText WRITE setWidestText)
     Q_PROPERTY(bool readableWhenDisabled READ readableWhenDisabled WRITE setReadableWhenDisabled)
 
 public:
     explicit PlainEdit(QWidget* parent = nullptr);
 
+    // The field is as wide as this text needs, and does not grow; empty: as wide as Qt makes a text box.
+    QString widestText() const { return widestText_; }
+    void setWidestText(const QString& text);
+
     // Whether the text keeps its colour when the field is disabled.
     bool readableWhenDisabled() const { return readableWhenDisabled_; }
     void setReadableWhenDisabled(bool readable);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
 
     bool event(QEvent* event) override;
 
@@ -30,7 +39,9 @@ private:
     class Corrector;
 
     void SetColours();
+    QSize AsWideAsText(const QSize& size) const;
 
+    QString widestText_;
     bool readableWhenDisabled_ = false;
     bool hidesSelection_ = false;
     QBrush disabledText_; // none: the theme's

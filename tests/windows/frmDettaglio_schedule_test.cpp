@@ -87,6 +87,7 @@ private slots:
     static void startTimeOutlivesTheKind();
     static void weekdayMarksOutliveTheKind();
     static void weekdaysAreMarkedByMouseAndSpace();
+    static void fieldsStayInPlaceWhateverTheKind();
     static void arrowKeysRunTheRuleAtEachStep();
 
     static void startTimeSelectsItselfOnFocus();
@@ -221,6 +222,27 @@ void frmDettaglio_schedule_test::weekdayMarksOutliveTheKind()
     window.Pick("cboRicorrenza", weekly);
 
     QCOMPARE(window.Shows("lstGiorni"), "0 6");
+}
+
+void frmDettaglio_schedule_test::fieldsStayInPlaceWhateverTheKind()
+{
+    EditorWindow window(SettingsWith({}));
+    const auto places = [&window] {
+        QList<QRect> found;
+        for (QWidget* const each : std::initializer_list<QWidget*>{&window.Choice("cboRicorrenza"),
+                                                                   &Interval(window), &Start(window)})
+            found.append({each->mapTo(&window.Editor(), QPoint()), each->size()});
+        return found;
+    };
+    AddWith(window, continuous);
+    QCoreApplication::sendPostedEvents(); // the layout comes to rest
+    const QList<QRect> before = places();
+
+    for (const Kind kind : {hourly, daily, weekly, continuous}) {
+        window.Pick("cboRicorrenza", kind);
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(places(), before);
+    }
 }
 
 void frmDettaglio_schedule_test::weekdaysAreMarkedByMouseAndSpace()

@@ -8,6 +8,7 @@
 #include "widgets/messages.h"
 #include "widgets/paths.h"
 #include "widgets/selections.h"
+#include "widgets/steady_label.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -272,6 +273,8 @@ private slots:
     void aSelectionGoesWhereTheFocusMovedBehindAnotherWindow();
     void hidingASelectionSendsNothing();
     void aReadableFieldKeepsTheTextColourWhenItIsDisabled();
+    void aFieldIsAsWideAsItsWidestText();
+    void aSteadyLabelIsAsWideAsItsWidestText();
     void theButtonOfAMessageLooksLikeAllOthers();
     void aFieldOnAnotherPageIsShownAndGetsTheFocus();
     void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage_data();
@@ -616,6 +619,40 @@ void widgets_test::aReadableFieldKeepsTheTextColourWhenItIsDisabled()
     QCoreApplication::processEvents();
     QVERIFY(followsTheme);
     QVERIFY(HasColour(fields.second, light.color(QPalette::Active, QPalette::Text)));
+}
+
+void widgets_test::aFieldIsAsWideAsItsWidestText()
+{
+    TwoFields fields;
+    const int byQt = fields.first.sizeHint().width();
+
+    fields.first.setWidestText("00:00");
+
+    const int text = fields.first.fontMetrics().horizontalAdvance("00:00");
+    QTRY_COMPARE(fields.first.width(), fields.first.sizeHint().width());
+    QVERIFY(fields.first.width() > text);
+    QVERIFY(fields.first.width() < 2 * text);
+    QVERIFY(fields.first.width() < byQt);
+    // All of it is in view: the caret at the end does not push the beginning out.
+    fields.first.setText("00:00");
+    fields.first.home(false);
+    const QRect atTheBegin = fields.first.inputMethodQuery(Qt::ImCursorRectangle).toRect();
+    fields.first.end(false);
+    const QRect atTheEnd = fields.first.inputMethodQuery(Qt::ImCursorRectangle).toRect();
+    QCOMPARE(atTheEnd.left() - atTheBegin.left(), text);
+}
+
+void widgets_test::aSteadyLabelIsAsWideAsItsWidestText()
+{
+    SteadyLabel label;
+    QLabel widest("settimana/e alle ore");
+    label.Reserve({"a", "settimana/e &alle ore", "b"});
+
+    for (const char* const text : {"a", "settimana/e alle ore", ""}) {
+        label.setText(text);
+        QCOMPARE(label.sizeHint().width(), widest.sizeHint().width());
+        QCOMPARE(label.minimumSizeHint().width(), widest.minimumSizeHint().width());
+    }
 }
 
 void widgets_test::theButtonOfAMessageLooksLikeAllOthers()
