@@ -7,6 +7,7 @@
 #include "config/conversions.h"
 #include "resources/texts.h"
 #include "ui_frmSX.h"
+#include "widgets/alive_bar.h"
 #include "widgets/dialogs.h"
 #include "widgets/messages.h"
 #include "widgets/qt_text.h"

@@ -1,17 +1,22 @@
 #include "widgets/dialogs.h"
 
 #include "resources/texts.h"
+#include "widgets/scrolled_contents.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>
+#include <QEvent>
 #include <QFocusEvent>
 #include <QFontMetrics>
 #include <QGroupBox>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLayout>
+#include <QMargins>
 #include <QRadioButton>
 #include <QScreen>
 #include <QShortcutEvent>
+#include <QStyle>
 #include <QTabWidget>
 #include <QTextDocument>
 #include <QVariant>
@@ -136,6 +141,115 @@ int TitleWidth(const QWidget& window)
                : metrics.horizontalAdvance(window.windowTitle()) + iconAndButtons * metrics.lineSpacing();
 }
 
+const QScreen& ScreenOf(const QWidget& window)
+{
+    const QWidget* const parent = window.parentWidget();
+    return parent != nullptr ? *parent->screen() : *QGuiApplication::primaryScreen();
+}
+
+// What the desktop will put around the window: as around the window that it belongs to, once that one is on
+// the screen; until then an estimate.
+QMargins FrameAround(const QWidget& window)
+{
+    const QWidget* const parent =
+        window.parentWidget() == nullptr ? nullptr : window.parentWidget()->window();
+    if (parent != nullptr && parent->isVisible() && parent->frameSize() != parent->size()) {
+        const QRect outside = parent->frameGeometry();
+        const QRect inside = parent->geometry();
+        return {inside.left() - outside.left(), inside.top() - outside.top(),
+                outside.right() - inside.right(), outside.bottom() - inside.bottom()};
+    }
+    const int border = window.style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &window);
+    const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+    return {border, title + border, border, border};
+}
+
+// Where the window can be, without its frame.
+QRect RoomOn(const QScreen& screen, const QWidget& window)
+{
+    return screen.availableGeometry().marginsRemoved(FrameAround(window));
+}
+
+// The size that shows everything. QWidget::adjustSize would stop at two thirds of the screen. Lines that are
+// too many for the room become fewer in a wider window.
+QSize WantedSize(const QWidget& window, const QSize& room)
+{
+    QSize wanted = window.sizeHint().expandedTo({TitleWidth(window), 0});
+    const QLayout* const layout = window.layout();
+    if (layout == nullptr || !layout->hasHeightForWidth())
+        return wanted;
+    constexpr int step = 10; // pixels
+    int width = std::min(wanted.width(), room.width());
+    while (layout->totalHeightForWidth(width) > room.height() && width + step <= room.width())
+        width += step;
+    return {std::max(wanted.width(), width), layout->totalHeightForWidth(width)};
+}
+
+// The smallest size that shows everything; lists have scroll bars of their own.
+QSize LeastSize(const QWidget& window, int width)
+{
+    const QLayout* const layout = window.layout();
+    if (layout == nullptr)
+        return {};
+    QSize least = layout->totalMinimumSize();
+    if (layout->hasHeightForWidth())
+        least.setHeight(layout->totalMinimumHeightForWidth(std::max(width, least.width())));
+    return least;
+}
+
+struct Placement {
+    QSize wanted;
+    QPoint givenPosition;
+    QSize givenSize;
+};
+
+// In the middle of the whole screen, except that a window that fits the free part is not partly outside. One
+// that cannot be made small enough shows its upper left corner.
+void Place(QWidget& window, Placement& placement)
+{
+    const QScreen& screen = ScreenOf(window);
+    const QMargins frame = FrameAround(window);
+    const QRect free = screen.availableGeometry();
+    window.resize(placement.wanted.boundedTo(free.marginsRemoved(frame).size()));
+
+    const QRect area = screen.geometry();
+    const auto placed = [](int middle, int begin, int end) { return std::max(std::min(middle, end), begin); };
+    const QSize outside = window.size().grownBy(frame);
+    window.move(placed(area.left() + (area.width() - window.width()) / 2, free.left(),
+                       free.left() + free.width() - outside.width()),
+                placed(area.top() + (area.height() - window.height()) / 2, free.top(),
+                       free.top() + free.height() - outside.height()));
+    placement.givenPosition = window.pos();
+    placement.givenSize = window.size();
+}
+
+// Places the window again at its first show, before it is on the screen, unless somebody has moved it.
+class PlaceAtFirstShow : public QObject
+{
+public:
+    PlaceAtFirstShow(QWidget& window, const Placement& placement)
+        : QObject(&window)
+        , window_(window)
+        , placement_(placement)
+    {
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Show && !event->spontaneous()) {
+            watched->removeEventFilter(this);
+            if (window_.pos() == placement_.givenPosition && window_.size() == placement_.givenSize)
+                Place(window_, placement_);
+            deleteLater();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QWidget& window_;
+    Placement placement_;
+};
+
 } // namespace
 
 void LocaliseDialog(QWidget& window)
@@ -170,16 +284,19 @@ void TabToChosenOption(QWidget& window)
 
 void CentreDialog(QWidget& window)
 {
-    const QWidget* const parent = window.parentWidget();
-    const QScreen* const screen = parent != nullptr ? parent->screen() : QGuiApplication::primaryScreen();
-    window.adjustSize();
-    window.resize(window.size().expandedTo({TitleWidth(window), 0}).boundedTo(screen->availableSize()));
-
-    const QRect area = screen->geometry();
-    const QPoint middle(area.left() + (area.width() - window.width()) / 2,
-                        area.top() + (area.height() - window.height()) / 2);
-    // A window that cannot be made small enough shows its upper left corner.
-    window.move(std::max(middle.x(), area.left()), std::max(middle.y(), area.top()));
+    const QSize room = RoomOn(ScreenOf(window), window).size();
+    Placement placement{.wanted = WantedSize(window, room), .givenPosition = {}, .givenSize = {}};
+    const QSize least = LeastSize(window, std::min(placement.wanted.width(), room.width()));
+    const bool isTooWide = least.width() > room.width();
+    const bool isTooHigh = least.height() > room.height();
+    if (isTooWide || isTooHigh) {
+        const int bar = window.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &window);
+        ScrollContents(window, room.width() - bar);
+        placement.wanted += QSize(isTooHigh ? bar : 0, isTooWide ? bar : 0);
+    }
+    Place(window, placement);
+    // The frame may be known by then.
+    window.installEventFilter(new PlaceAtFirstShow(window, placement));
 }
 
 bool IsWithinWindow(const QFocusEvent& event)

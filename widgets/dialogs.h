@@ -29,9 +29,9 @@ void ClickAtOnce(QWidget& window);
 // Qt leads to the first one until the focus has been in the group.
 void TabToChosenOption(QWidget& window);
 
-// Puts the window, at its final size, into the middle of the screen that holds its parent (else the primary
-// screen), and makes it wide enough for its title and no larger than the screen. Before the first show, after
-// the texts are in.
+// Puts the window into the middle of the screen that holds its parent (else the primary screen). It is as
+// large as its contents and its title need, up to the screen less the window's frame; contents that cannot be
+// made small enough get scroll bars. Before the first show, after the texts are in.
 void CentreDialog(QWidget& window);
 
 // Whether the focus moves from one control of the program to another. It does not when another program comes

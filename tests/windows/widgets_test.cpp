@@ -15,7 +15,9 @@
 #include <QClipboard>
 #include <QDialog>
 #include <QFile>
+#include <QFrame>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QImage>
 #include <QInputMethodEvent>
 #include <QJsonArray>
@@ -27,6 +29,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
@@ -266,6 +269,8 @@ private slots:
     void aWindowIsCentredOnTheWholeScreen();
     void aWindowIsCentredOnTheScreenOfItsParent();
     void aCentredWindowIsWiderThanItsTitle();
+    void aWindowOfNearlyTheWholeScreenIsShownWhole();
+    void contentsThatAreTooLargeGetScrollBars();
     void aWindowIsNoLargerThanTheScreen();
 
     void aSelectionIsPaintedInTheFieldWithTheFocusOnly();
@@ -511,6 +516,48 @@ void widgets_test::aWindowIsCentredOnTheScreenOfItsParent()
 
     QCOMPARE(window.x(), right.x() + (right.width() - window.width()) / 2);
     QCOMPARE(window.y(), right.y() + (right.height() - window.height()) / 2);
+}
+
+void widgets_test::aWindowOfNearlyTheWholeScreenIsShownWhole()
+{
+    QDialog window;
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    auto* const large = new QFrame(&window);
+    (new QVBoxLayout(&window))->addWidget(large);
+    large->setMinimumSize(screen * 9 / 10 - QSize(30, 30)); // the window's margins
+
+    CentreDialog(window);
+    ShowActive(window);
+
+    QCOMPARE(window.size(), window.sizeHint());
+    QVERIFY(window.findChildren<QScrollArea*>().isEmpty());
+    QTRY_VERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(window.frameGeometry()));
+}
+
+void widgets_test::contentsThatAreTooLargeGetScrollBars()
+{
+    QDialog window;
+    auto* const column = new QVBoxLayout(&window);
+    auto* const first = new QLineEdit(&window); // has the focus when the window opens
+    auto* const large = new QFrame(&window);
+    large->setMinimumHeight(2 * QGuiApplication::primaryScreen()->size().height());
+    auto* const field = new QLineEdit(&window);
+    auto* const ok = new QPushButton("OK", &window);
+    column->addWidget(first);
+    column->addWidget(large);
+    column->addWidget(field);
+    auto* const buttons = new QHBoxLayout;
+    buttons->addWidget(ok);
+    column->addLayout(buttons);
+
+    CentreDialog(window);
+    ShowActive(window);
+
+    QTRY_VERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(window.frameGeometry()));
+    QCOMPARE(ok->visibleRegion().boundingRect(), ok->rect());
+    QVERIFY(field->visibleRegion().isEmpty());
+    FocusField(*field);
+    QCOMPARE(field->visibleRegion().boundingRect(), field->rect());
 }
 
 void widgets_test::aWindowIsNoLargerThanTheScreen()
