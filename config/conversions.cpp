@@ -69,36 +69,27 @@ Whole Saturated(double value)
     return static_cast<Whole>(rounded);
 }
 
-// The text with the characters that a number may be strewn with left out, and one letter for the exponent.
-std::string Condensed(std::string_view text)
-{
-    std::string number(text);
-    std::erase_if(number, [](char c) { return c == ' ' || c == '\t' || c == '\n'; });
-    std::ranges::replace_if(
-        number, [](char c) { return c == 'E' || c == 'd' || c == 'D'; }, 'e');
-    return number;
-}
-
+// The digits and the one point at the start of the text.
 double LeadingDecimal(std::string_view text)
 {
     // from_chars would also take "inf" and "nan".
     if (text.empty() || !(IsDigit(text.front()) || text.front() == '.'))
         return 0;
     double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
     if (error != std::errc::result_out_of_range)
         return value;
-    const std::string_view taken = text.substr(0, static_cast<std::size_t>(end - text.data()));
-    const bool tooSmall = taken.find("e-") != std::string_view::npos;
+    const bool tooSmall = text.at(text.find_first_not_of('0')) == '.';
     return tooSmall ? 0 : std::numeric_limits<double>::max();
 }
 
-double LeadingInBase(std::string_view text, int base)
+// The number that the digits spell, or the largest one where it does not fit.
+std::int64_t WholeDigits(std::string_view digits)
 {
-    std::uint64_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
-    const bool tooLarge = error == std::errc::result_out_of_range;
-    return static_cast<double>(tooLarge ? std::numeric_limits<std::uint64_t>::max() : value);
+    std::int64_t value = 0;
+    const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return parsed.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int64_t>::max() : value;
 }
 
 // At least `width` digits, a sign not counted.
@@ -166,11 +157,11 @@ std::string DateText(const DateTime& date)
 
 // Parts that do not fit the two places of their mask leave the field empty. A rest of seconds may round up to
 // ":60", which the editor then refuses to save.
-std::string HourMinuteText(int seconds)
+std::string HourMinuteText(std::int64_t seconds)
 {
-    const int hours = seconds / kSecondsPerHour;
+    const std::int64_t hours = seconds / kSecondsPerHour;
     const double minutes = static_cast<double>(seconds % kSecondsPerHour) / kSecondsPerMinute;
-    std::string field = TwoDigits(hours) + ":" + TwoDigits(minutes);
+    std::string field = Padded(hours, 2) + ":" + TwoDigits(minutes);
     return HasShape(field, "##:##") ? field : std::string(kEmptyTime);
 }
 
@@ -182,10 +173,13 @@ std::int64_t SecondsOf(std::string_view hourMinute)
     return hours * kSecondsPerHour + minutes * kSecondsPerMinute;
 }
 
-// May go beyond 32 bits; the field has no upper limit.
+// The field has no upper limit. The text ends at the last whole count below 2^53 seconds: a double holds
+// every whole number up to there, so what is saved is read back.
 std::string SecondsText(std::string_view count, int secondsEach)
 {
-    return SignedText(Saturated<std::int64_t>(LeadingNumber(count) * secondsEach));
+    constexpr double kExactSeconds = 9007199254740992;
+    const double most = std::floor(kExactSeconds / secondsEach);
+    return SignedText(Saturated<std::int64_t>(std::clamp(LeadingNumber(count), -most, most) * secondsEach));
 }
 
 std::string OneCharacter(int code)
@@ -198,17 +192,11 @@ std::string OneCharacter(int code)
 
 double LeadingNumber(std::string_view text)
 {
-    const std::string number = Condensed(text);
-    std::string_view rest = number;
-    if (TakeAnyOf(rest, "&")) {
-        if (TakeAnyOf(rest, "Hh"))
-            return LeadingInBase(rest, 16);
-        return TakeAnyOf(rest, "Oo") ? LeadingInBase(rest, 8) : 0;
-    }
-    if (TakeAnyOf(rest, "-"))
-        return -LeadingDecimal(rest);
-    TakeAnyOf(rest, "+"); // changes nothing, there or not
-    return LeadingDecimal(rest);
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\n"), text.size()));
+    if (TakeAnyOf(text, "-"))
+        return -LeadingDecimal(text);
+    TakeAnyOf(text, "+"); // changes nothing, present or not
+    return LeadingDecimal(text);
 }
 
 std::int16_t Whole16(double value)
@@ -238,9 +226,16 @@ std::string TwoDigits(double value)
 
 std::string PercentText(double value)
 {
-    // The point is moved in the decimal form: multiplied, 1.005 would fall below the half.
-    const double hundredfold = LeadingNumber(DecimalText(value) + "e2");
-    const auto hundredths = Saturated<std::int64_t>(std::round(hundredfold));
+    // Rounded in the decimal form: in binary 1.005 lies below the half.
+    const std::string decimal = DecimalText(std::abs(value));
+    const std::size_t point = std::min(decimal.find('.'), decimal.size());
+    std::string decimals = decimal.substr(std::min(point + 1, decimal.size()));
+    decimals.resize(3, '0');
+    std::int64_t hundredths = WholeDigits(decimal.substr(0, point) + decimals.substr(0, 2));
+    if (decimals.at(2) >= '5') // never true beyond the range of the integer: a double that large is whole
+        ++hundredths;
+    if (value < 0)
+        hundredths = -hundredths;
     std::string text = Padded(hundredths, 2);
     text.insert(text.size() - 2, ",");
     text.erase(text.find_last_not_of('0') + 1);
@@ -270,7 +265,8 @@ ScheduleKind ScheduleKindOf(std::string_view ricorrenza)
 
 std::string IntervalText(ScheduleKind kind, std::string_view storedSeconds)
 {
-    const int seconds = LeadingWhole(storedSeconds);
+    // 64 bits, since a save may write more than 32.
+    const auto seconds = Saturated<std::int64_t>(LeadingNumber(storedSeconds));
     switch (kind) {
     case ScheduleKind::continuous:
         break;

@@ -14,9 +14,9 @@
 namespace corvrec
 {
 
-// Value of the leading digits. Blanks, tabs and line feeds are skipped wherever they stand; then sign,
-// digits, one "." as decimal point, exponent with e or d; &H and &O start hexadecimal and octal numbers.
-// Stops at the first character that does not fit; nothing usable is 0. Always finite.
+// Value of the leading digits. Leading blanks, tabs and line feeds are skipped; then an optional sign,
+// digits, and one "." as decimal point. No exponent, no base prefix, no blank inside. Stops at the first
+// character that does not fit; nothing usable is 0. Always finite.
 double LeadingNumber(std::string_view text);
 
 // Rounded to the nearest, halves to the even neighbour; clamped to the range of the type.
@@ -43,7 +43,8 @@ bool IsOne(std::string_view text);
 ScheduleKind ScheduleKindOf(std::string_view ricorrenza);
 
 // Text of the interval field for a stored number of seconds, and back: "hh:mm" (hourly), days, weeks (with a
-// leading blank). The continuous kind has no interval: empty, and 1 second.
+// leading blank). Not limited to 32 bits: what is stored is read back, up to 2^53 seconds. The continuous
+// kind has no interval: empty, and 1 second.
 std::string IntervalText(ScheduleKind kind, std::string_view storedSeconds);
 std::string StoredInterval(ScheduleKind kind, std::string_view interval);
 

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -64,16 +65,31 @@ bool IsDateReference(std::string_view text)
     return day >= 1 && day <= lengths.at(static_cast<std::size_t>(month - 1)) + leapDay;
 }
 
+// The part of the text that is a number: a sign, digits, one point.
+std::string_view NumberAtStart(std::string_view text)
+{
+    std::size_t end = !text.empty() && (text.front() == '+' || text.front() == '-') ? 1 : 0;
+    bool hasPoint = false;
+    while (end < text.size() && (IsDigit(text[end]) || (text[end] == '.' && !hasPoint))) {
+        hasPoint = hasPoint || text[end] == '.';
+        ++end;
+    }
+    return text.substr(0, end);
+}
+
 void CheckNumber(std::string_view text)
 {
     const double value = LeadingNumber(text);
     Check(std::isfinite(value), "a number is finite");
 
-    std::string strewn;
-    for (const char c : text)
-        strewn.append(1, c).append(" \t\n");
-    Check(LeadingNumber(strewn) == value, "blanks are skipped wherever they stand");
-    Check(LeadingNumber(std::string(text) + "x") == value, "what does not fit ends the number");
+    const std::string_view unblanked = text.substr(std::min(text.find_first_not_of(" \t\n"), text.size()));
+    const std::string number(NumberAtStart(unblanked)); // ends with a NUL
+    constexpr double most = std::numeric_limits<double>::max();
+    Check(value == std::clamp(std::strtod(number.c_str(), nullptr), -most, most),
+          "a number is its leading digits");
+    Check(LeadingNumber(" \t\n" + std::string(text)) == value, "leading blanks are skipped");
+    for (const char* end : {"x", "e5", " 5", "\t5"})
+        Check(LeadingNumber(number + end) == value, "what does not fit ends the number");
 
     const std::int32_t whole = LeadingWhole(text);
     const double clamped = std::clamp(value, double{std::numeric_limits<std::int32_t>::min()},

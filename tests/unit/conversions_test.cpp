@@ -43,23 +43,22 @@ INSTANTIATE_TEST_SUITE_P(
     Conversions, OddNumber,
     testing::Values(Number{"infinity", "inf", 0}, Number{"infinityWithSign", "-Infinity", 0},
                     Number{"notANumber", "nan", 0}, Number{"hexadecimalOfC", "0x1F", 0},
-                    Number{"exponentAlone", "e5", 0}, Number{"pointAlone", ".", 0},
-                    Number{"pointAndExponent", ".e5", 0}, Number{"pointAtTheEnd", "5.", 5},
-                    Number{"exponentWithoutDigits", "5e-", 5}, Number{"negativeExponent", "5e-1", 0.5},
-                    Number{"capitalD", "1D+2", 100}, Number{"secondExponent", "1e1d1", 10},
-                    Number{"exponentStrewnWithBlanks", "1 e\t+\n2", 100}, Number{"carriageReturn", "1\r2", 1},
-                    Number{"nul", "1\0002"s, 1}, Number{"verticalTab", "\v1", 0},
-                    Number{"noBreakSpace", "\xC2\xA0"s + "1", 0}, Number{"tooSmall", "1e-999", 0},
-                    Number{"tooSmallNegative", "-1d-999", 0}, Number{"tooLargeNegative", "-1e999", -kLargest},
-                    Number{"zeroTimesTooLarge", "0e999", 0},
+                    Number{"hexadecimal", "&H1F", 0}, Number{"octal", "&o17", 0},
+                    Number{"exponent", "1e2", 1}, Number{"negativeExponent", "5e-1", 5},
+                    Number{"capitalD", "1D+2", 1}, Number{"exponentAlone", "e5", 0},
+                    Number{"pointAlone", ".", 0}, Number{"pointAndExponent", ".e5", 0},
+                    Number{"pointAtTheEnd", "5.", 5}, Number{"twoPoints", "1.5.5", 1.5},
+                    Number{"leadingBlanks", " \t\n-5", -5}, Number{"blankInside", "1 2", 1},
+                    Number{"tabInside", "1\t2", 1}, Number{"lineFeedInside", "1\n2", 1},
+                    Number{"blankBeforeThePoint", "1 .5", 1}, Number{"blankAfterThePoint", "1. 5", 1},
+                    Number{"blankAfterTheSign", "- 5", 0}, Number{"twoSigns", "+-5", 0},
+                    Number{"carriageReturn", "\r1", 0}, Number{"nul", "1\0002"s, 1},
+                    Number{"verticalTab", "\v1", 0}, Number{"noBreakSpace", "\xC2\xA0"s + "1", 0},
+                    Number{"tooSmall", "00." + std::string(400, '0') + "1", 0},
+                    Number{"tooSmallNegative", "-." + std::string(400, '0') + "1", 0},
                     Number{"tooManyDigits", std::string(400, '9'), kLargest},
-                    Number{"exponentBeyondWholeNumbers", "1e99999999999999999999", kLargest},
-                    Number{"smallHexadecimal", "&h1f", 31}, Number{"smallOctal", "&o17", 15},
-                    Number{"hexadecimalStops", "&HFG", 15}, Number{"octalStops", "&O178", 15},
-                    Number{"hexadecimalWithBlanks", " & H 1 0", 16}, Number{"prefixAlone", "&H", 0},
-                    Number{"otherPrefix", "&B1", 0}, Number{"ampersandAlone", "&", 0},
-                    Number{"hexadecimalWithSign", "&H-1", 0},
-                    Number{"hexadecimalTooLong", "&H" + std::string(90, 'F'), 18446744073709551616.0}),
+                    Number{"tooManyDigitsAfterZeros", "00" + std::string(400, '9') + ".5", kLargest},
+                    Number{"tooManyDigitsNegative", "-" + std::string(400, '9'), -kLargest}),
     [](const auto& row) { return row.param.name; });
 
 TEST(Whole, SaturatesAtBothEndsOf16Bits)
@@ -98,6 +97,8 @@ TEST(PercentText, RoundsTheDecimalForm)
     EXPECT_EQ(PercentText(1.005), "1,01"); // a little below in binary
     EXPECT_EQ(PercentText(0.015), ",02");
     EXPECT_EQ(PercentText(1.0049999), "1,");
+    EXPECT_EQ(PercentText(7.9949999999999992), "7,99"); // one step below 7.995
+    EXPECT_EQ(PercentText(9.995), "10,");
     EXPECT_EQ(PercentText(10), "10,");
 }
 
@@ -119,12 +120,25 @@ TEST(Interval, OfTheContinuousKindIsEmptyAndStoredAsOne)
     EXPECT_EQ(StoredInterval(ScheduleKind::continuous, "08:30"), "1");
 }
 
-TEST(Interval, BeyondTheRangeIsSaturated)
+TEST(Interval, BeyondTheRangeOf32BitsIsReadAsItWasStored)
 {
-    EXPECT_EQ(IntervalText(ScheduleKind::daily, "8639913600"), "24855");
-    EXPECT_EQ(IntervalText(ScheduleKind::hourly, "1e300"), "__:__");
-    EXPECT_EQ(StoredInterval(ScheduleKind::daily, "1e300"), " 9223372036854775807");
-    EXPECT_EQ(StoredInterval(ScheduleKind::weekly, "-1e308"), "-9223372036854775808");
+    EXPECT_EQ(IntervalText(ScheduleKind::daily, StoredInterval(ScheduleKind::daily, "30000")), "30000");
+    EXPECT_EQ(IntervalText(ScheduleKind::daily, "8639913600"), "99999");
+    EXPECT_EQ(IntervalText(ScheduleKind::daily, "-2592000000"), "-30000");
+    EXPECT_EQ(IntervalText(ScheduleKind::weekly, StoredInterval(ScheduleKind::weekly, "30000")), " 30000");
+    EXPECT_EQ(IntervalText(ScheduleKind::hourly, "2592000000"), "__:__");
+    EXPECT_EQ(IntervalText(ScheduleKind::hourly, std::string(300, '9')), "__:__");
+}
+
+TEST(Interval, EndsAtTheLastWholeCountThatIsReadBack)
+{
+    const std::string huge(300, '9');
+
+    EXPECT_EQ(StoredInterval(ScheduleKind::daily, huge), " 9007199254713600");
+    EXPECT_EQ(IntervalText(ScheduleKind::daily, " 9007199254713600"), "104249991374");
+    EXPECT_EQ(StoredInterval(ScheduleKind::daily, "104249991374"), " 9007199254713600");
+    EXPECT_EQ(StoredInterval(ScheduleKind::weekly, "-" + huge), "-9007199254368000");
+    EXPECT_EQ(IntervalText(ScheduleKind::weekly, "-9007199254368000"), "-14892855910");
 }
 
 TEST(Interval, HourlyTakesWhatDigitsTheFieldHolds)
