@@ -21,11 +21,20 @@ constexpr std::string_view kConnected = "CONNECT";
 constexpr std::string_view kEscape = "+++";
 constexpr std::string_view kHangUp = "ATH\r";
 
+// Whether a line of seven data bits, which drops the eighth, makes a control character of the byte.
+bool IsControl(char byte)
+{
+    constexpr int kSevenBits = 0x7F;
+    constexpr int kDelete = 0x7F;
+    const int sent = byte & kSevenBits;
+    return sent < ' ' || sent == kDelete;
+}
+
 // Text of a field as it goes to the modem.
 std::string OneLine(std::string_view field)
 {
     std::string bytes = Cp1252FromUtf8(field);
-    std::erase_if(bytes, [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
+    std::erase_if(bytes, IsControl);
     return bytes;
 }
 

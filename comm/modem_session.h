@@ -25,8 +25,9 @@ inline constexpr int kEscapeTimeOutMs = 10000; // back from data to commands
 inline constexpr int kHangUpTimeOutMs = 6000;
 
 // The bytes of one Hayes command, in code page 1252 and ending in a carriage return: with "AT" in front
-// unless it begins so in any case; and for dialling. Line ends and NULs within are left out, so that a field
-// never holds a second command.
+// unless it begins so in any case; and for dialling. Bytes within that are control characters in their lower
+// seven bits are left out, so that a field never holds a second command: with 7 data bits 8D is a carriage
+// return, and "€" (80) a NUL.
 std::string CommandLine(std::string_view command);
 std::string DialLine(std::string_view number, bool pulse);
 

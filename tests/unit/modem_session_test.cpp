@@ -1,5 +1,6 @@
 #include "comm/modem_session.h"
 #include "comm/serial_port.h"
+#include "config/code_page.h"
 #include "tests/support/serial_line.h"
 
 #include <gmock/gmock.h>
@@ -17,6 +18,29 @@ using testing::Throws;
 
 const ModemSettings kModem{.resetString = "&F", .initString = "X3", .number = "0123", .pulse = false};
 
+// A line of 7 data bits sends only the lower seven of each byte.
+TEST(CommandLine, HoldsNoByteThatIsAControlCharacterInSevenBits)
+{
+    std::string everyByte;
+    std::string sent = "AT";
+    for (unsigned code = 0; code <= 0xFF; ++code) {
+        const char byte = static_cast<char>(code);
+        everyByte += Utf8FromCp1252({&byte, 1});
+        if ((code >= 0x20 && code < 0x7F) || (code >= 0xA0 && code < 0xFF))
+            sent += byte;
+    }
+
+    EXPECT_EQ(CommandLine(everyByte), sent + "\r");
+    EXPECT_EQ(DialLine(everyByte, false), "ATDT" + sent.substr(2) + "\r");
+}
+
+TEST(CommandLine, HoldsNoSecondCommandOnSevenDataBits)
+{
+    EXPECT_EQ(CommandLine("Z\xC2\x8D"
+                          "ATD0190"),
+              "ATZATD0190\r"); // 8D is a carriage return then
+}
+
 TEST(CommandLine, HoldsNoLineEndAndNoNulOfTheField)
 {
     EXPECT_EQ(CommandLine(std::string("Z\rATD0190\n\0S0=1\r\n", 16)), "ATZATD0190S0=1\r");
@@ -29,8 +53,8 @@ TEST(CommandLine, JudgesThePrefixByWhatIsSent)
 
 TEST(CommandLine, IsCodePage1252)
 {
-    EXPECT_EQ(CommandLine("\xC3\xA8\xE2\x82\xAC\xE2\x86\x92"),
-              "AT\xE8\x80?\r"); // è, €, and an arrow that it lacks
+    EXPECT_EQ(CommandLine("\xC3\xA8\xC2\xA3\xE2\x86\x92"),
+              "AT\xE8\xA3?\r"); // è, £, and an arrow that it lacks
 }
 
 TEST(DialLine, HoldsNoLineEndAndNoNulOfTheField)
