@@ -1,12 +1,10 @@
 #include "comm/buffer_device.h"
 #include "comm/buffer_status.h"
-#include "comm/event_pump.h"
 #include "comm/modComExtension.h"
 #include "comm/modem_session.h"
-#include "comm/qt_event_pump.h"
 #include "comm/qt_serial_port.h"
-#include "config/clock.h"
-#include "tests/pty/running_lab.h"
+#include "tests/pty/lab_pump.h"
+#include "tests/support/fake_clock.h"
 #include "tools/lab/laboratory.h"
 #include "tools/lab/options.h"
 
@@ -25,8 +23,7 @@ namespace
 
 using namespace std::chrono_literals;
 
-// Milliseconds; long enough for a busy machine, and never waited for but by the test of the modem that is
-// off.
+// Milliseconds of the test's own time.
 constexpr int kTimeOutMs = 3000;
 
 const ModemSettings kModem{.resetString = "&F", .initString = "X3", .number = "0123", .pulse = false};
@@ -44,10 +41,10 @@ lab::DeviceOptions BehindModem(const lab::ModemBehaviour& modem)
     return device;
 }
 
-// A device of the laboratory, and the real port to it.
+// A device of the laboratory, and the real port to it, in time that the test moves.
 struct Line {
     explicit Line(const lab::DeviceOptions& device)
-        : lab(lab::MakeDevice(device, lab::NowMs()))
+        : pump(clock, lab::MakeDevice(device, clock.TickMs()))
     {
         port.Configure({.commPort = 2, .settings = "9600,N,8,1", .handshaking = 0});
         port.Open();
@@ -57,14 +54,13 @@ struct Line {
     const std::string& Sent()
     {
         port.Close();
-        lab.Unplug();
-        return lab.Received();
+        pump.Settle();
+        return pump.Received();
     }
 
-    RunningLab lab;
+    FakeClock clock;
+    LabPump pump;
     QtSerialPort port;
-    SystemClock clock;
-    QtEventPump pump{clock};
     CancelFlag cancel;
     ReplyWait wait{port, clock, pump, cancel};
 };
@@ -337,8 +333,8 @@ void buffer_over_pty_test::brokenConnectionGivesNoStatus()
     Line line(device);
     QCOMPARE(InitModem(line.wait, kModem), Connection::connected);
     SXAzzeraLinea(line.wait, kTimeOutMs);
-    QTest::qWait(100); // the report that comes with the break
-    line.port.ClearInput();
+    line.pump.Settle();
+    line.port.ClearInput(); // the report that comes with the break
 
     QCOMPARE(RiceviSXStatus(line.wait, model::stratobox30, 200), "");
 
@@ -352,6 +348,7 @@ void buffer_over_pty_test::closedPortHangsUp()
     QCOMPARE(InitModem(line.wait, kModem), Connection::connected);
 
     line.port.Close();
+    line.pump.Settle();
     line.port.Open();
 
     QCOMPARE(InitModem(line.wait, kModem), Connection::connected);

@@ -1,3 +1,5 @@
+#include "tests/support/patience.h"
+
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -28,8 +30,6 @@ namespace
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
-
-constexpr int kPatienceMs = 5000;
 
 // What comes up to the line's end or the end of all; what takes too long is cut off.
 std::string ReadLine(int descriptor)

@@ -13,8 +13,8 @@
 namespace corvrec
 {
 
-// The real system calls, listed by their names as they are made, of which chosen ones fail. Calls are counted
-// from 0; questions for the time and for permissions are not counted.
+// The real system calls but for the clock, listed by their names as they are made, of which chosen ones fail.
+// Calls are counted from 0; questions for the time and for permissions are not counted.
 class ProbedCalls final : public PosixCalls
 {
 public:
@@ -52,8 +52,11 @@ public:
     // From now on nothing of this happens.
     void Mend();
 
-    // The clock of file times runs so many seconds ahead: what was just written looks old.
-    void SetClockAhead(std::int64_t seconds) { clockAhead_ = seconds; }
+    // Time by the clock of file times. It does not run: which calls are made never depends on how fast the
+    // machine is. At first it is before every file's time, so no file is old enough to be trusted.
+    void SetFileClock(const timespec& now) { fileClock_ = now; }
+    // Every file is old by now.
+    void LetFilesAge() { SetFileClock({.tv_sec = 4'000'000'000, .tv_nsec = 0}); }
     // The question whether the file may be written fails with this errno; 0: it is asked as usual.
     void DenyWriting(int error) { deniedWriting_ = error; }
     // What the file system tells as its type.
@@ -102,7 +105,7 @@ private:
     std::vector<Shortage> shortages_;
     std::vector<Rewriting> rewritings_;
     int deniedWriting_ = 0; // errno
-    std::int64_t clockAhead_ = 0;
+    timespec fileClock_{};
     std::uint32_t fileSystemType_ = 0x0000EF53; // a local one, whatever the tests run on
 };
 

@@ -76,7 +76,7 @@ public:
     // As the last snapshot that is old enough to be trusted.
     void Trust()
     {
-        calls.SetClockAhead(10);
+        calls.LetFilesAge();
         profile->Read("General", "Com", "", 100);
         calls.ForgetMade();
     }
@@ -131,7 +131,7 @@ TEST(ProfileFileCost, AFileThatHasAgedIsComparedOnce)
     Probed probed(SampleBytes());
     probed.profile->Read("General", "Com", "", 100);
     probed.calls.ForgetMade();
-    probed.calls.SetClockAhead(10);
+    probed.calls.LetFilesAge();
 
     probed.profile->Read("General", "Com", "", 100);
     probed.profile->Read("General", "Com", "", 100);
@@ -146,13 +146,22 @@ TEST(ProfileFileCost, AFileWithATimeInWholeSecondsIsComparedForTwoSeconds)
     Probed probed(SampleBytes());
     const std::array times = {timespec{1'000'000'000, 0}, timespec{1'000'000'000, 0}};
     ASSERT_EQ(::utimensat(AT_FDCWD, probed.file.Path().c_str(), times.data(), 0), 0);
-    probed.calls.SetClockAhead(1);
+    timespec clock = StatusOf(probed.file.Path()).st_ctim;
+    clock.tv_sec += 1;
+    probed.calls.SetFileClock(clock);
     probed.profile->Read("General", "Com", "", 100);
     probed.calls.ForgetMade();
 
     probed.profile->Read("General", "Com", "", 100);
-
     EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
+
+    clock.tv_sec += 2;
+    probed.calls.SetFileClock(clock);
+    probed.profile->Read("General", "Com", "", 100);
+    probed.calls.ForgetMade();
+
+    probed.profile->Read("General", "Com", "", 100);
+    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat"));
 }
 
 TEST(ProfileFileCost, AFileOfAnotherMachineIsComparedEachTime)
@@ -723,7 +732,7 @@ TEST(ProfileFileOnDisk, AFileThatChangesWhileItIsReadIsReadAgain)
 TEST(ProfileFileOnDisk, AFileThatNeverRestsIsUsedAsLastSeenAndNotTrusted)
 {
     Probed probed("[General]\r\nCom=1\r\n");
-    probed.calls.SetClockAhead(10);
+    probed.calls.LetFilesAge();
     probed.calls.RewriteAt(3, probed.file.Path(), "[General]\r\nCom=22\r\n");
     probed.calls.RewriteAt(5, probed.file.Path(), "[General]\r\nCom=333\r\n");
     probed.calls.RewriteAt(7, probed.file.Path(), "[General]\r\nCom=4444\r\n");

@@ -3,6 +3,7 @@
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/modal_visit.h"
+#include "tests/support/patience.h"
 #include "tests/support/vectors.h"
 #include "widgets/paths.h"
 
@@ -220,7 +221,8 @@ void file_chooser_test::secondFilterListsNamesWithoutAPoint()
     window.Browse("cmdSfoglia1", [&](QFileDialog& chooser) {
         PickRow(SiteWindow::Part<QComboBox>(chooser, "fileTypeCombo"), 1);
         const auto* const view = chooser.findChild<QListView*>("listView");
-        listsIt = QTest::qWaitFor([view] { return view->model()->rowCount(view->rootIndex()) == 2; });
+        listsIt =
+            QTest::qWaitFor([view] { return view->model()->rowCount(view->rootIndex()) == 2; }, kPatienceMs);
         chooser.reject();
     });
 

@@ -2,6 +2,7 @@
 #include "resources/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
+#include "tests/support/patience.h"
 #include "tests/support/serial_line.h"
 #include "tests/support/site_window.h"
 #include "tests/support/unanswered_boxes.h"
@@ -24,9 +25,6 @@ namespace
 
 constexpr auto kNoConnection = "Impossibile connettersi. Il modem non risponde";
 constexpr auto kNoDisconnection = "Impossibile disconnettersi. Il modem non risponde";
-
-// Passed only by a test that fails.
-constexpr std::chrono::seconds kPatience{5};
 
 // The dialog over an open fake port.
 struct Fixture {
@@ -180,7 +178,7 @@ void frmConnessione_test::anyOtherActionDoesNothing()
     window.dialog.SetAzione(2);
 
     window.dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window.dialog));
+    QVERIFY(QTest::qWaitForWindowExposed(&window.dialog, kPatienceMs));
     QCoreApplication::processEvents(); // the action would run here
 
     QVERIFY(window.dialog.isVisible());
@@ -252,7 +250,7 @@ void frmConnessione_test::barMovesWhileItWaits()
     Fixture window;
     bool isMoving = false;
     window.line.pump.At(10, [&] {
-        isMoving = QTest::qWaitFor([&] { return window.Bar().value() == 2; });
+        isMoving = QTest::qWaitFor([&] { return window.Bar().value() == 2; }, kPatienceMs);
         window.dialog.SetCancel(true);
     });
 

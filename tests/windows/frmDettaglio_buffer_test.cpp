@@ -6,6 +6,7 @@
 #include "tests/support/editor_window.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/modal_visit.h"
+#include "tests/support/patience.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -20,9 +21,6 @@ namespace corvrec
 
 namespace
 {
-
-// Passed only by a test that fails.
-constexpr std::chrono::seconds kPatience{5};
 
 // A site on Com3.
 std::string SiteWith(const QString& lines)

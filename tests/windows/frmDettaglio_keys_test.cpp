@@ -4,6 +4,7 @@
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
+#include "tests/support/patience.h"
 
 #include <QContextMenuEvent>
 #include <QPushButton>
@@ -386,7 +387,7 @@ void frmDettaglio_keys_test::contextMenuIsNotLeaving()
 
     QCoreApplication::sendEvent(&field, &request);
 
-    QTRY_VERIFY(QApplication::activePopupWidget() != nullptr);
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget() != nullptr, kPatienceMs);
     QCOMPARE(window.Shows("txtXon"), "");
     QApplication::activePopupWidget()->close();
     QCOMPARE(window.Shows("txtXon"), "");

@@ -1,6 +1,7 @@
 #include "resources/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
+#include "tests/support/patience.h"
 #include "widgets/check_list.h"
 #include "widgets/mask_edit.h"
 
@@ -329,7 +330,7 @@ void frmDettaglio_schedule_test::intervalByMnemonicSelectsTheStartTime()
 
     window.Press(Qt::Key_O, Qt::AltModifier);
 
-    QTRY_COMPARE(window.Focus(), "mskValore");
+    QTRY_COMPARE_WITH_TIMEOUT(window.Focus(), "mskValore", kPatienceMs);
     QCOMPARE(Start(window).selectedText(), "18:03");
     QVERIFY(!Interval(window).hasSelectedText());
 }

@@ -9,6 +9,7 @@
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
+#include "tests/support/patience.h"
 #include "widgets/dialogs.h"
 #include "widgets/messages.h"
 
@@ -298,7 +299,7 @@ void guide_test::f1OpensTheChapterOfTheWindow()
 
     QVERIFY(GuideWindow().isVisible());
     QCOMPARE(TopLine(), heading);
-    QTRY_VERIFY(GuideWindow().isActiveWindow());
+    QTRY_VERIFY_WITH_TIMEOUT(GuideWindow().isActiveWindow(), kPatienceMs);
     QVERIFY(View().hasFocus());
 }
 
@@ -336,7 +337,7 @@ void guide_test::f1ClosesAnOpenList()
     EditorWindow program(SettingsWith({"A"}));
     program.Open();
     program.Choice("cboTipoConn").showPopup();
-    QTRY_VERIFY(QApplication::activePopupWidget());
+    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget(), kPatienceMs);
 
     QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_F1);
 
@@ -428,7 +429,7 @@ void guide_test::f1BringsTheGuideBackToTheFront()
     PressF1(program.Editor());
 
     QVERIFY(!GuideWindow().isMinimized());
-    QTRY_VERIFY(GuideWindow().isActiveWindow());
+    QTRY_VERIFY_WITH_TIMEOUT(GuideWindow().isActiveWindow(), kPatienceMs);
     QCOMPARE(TopLine(), QString("Scheda File"));
 }
 

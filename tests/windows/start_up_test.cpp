@@ -5,6 +5,7 @@
 #include "editor/frmModem.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
+#include "tests/support/patience.h"
 #include "tests/support/site_window.h"
 
 #include <QComboBox>
@@ -181,7 +182,7 @@ void start_up_test::theGuideDoesNotKeepTheProgramRunning()
     place.Settings().Rewrite(SettingsWith({"A"}));
 
     const int status = place.Run([](frmSiti& list) {
-        QVERIFY(QTest::qWaitForWindowActive(&list));
+        QVERIFY(QTest::qWaitForWindowActive(&list, kPatienceMs));
         QTest::keyClick(&list, Qt::Key_F1);
         QVERIFY(IsGuideShown());
     });
@@ -216,7 +217,7 @@ void start_up_test::heldKeyActsOnce()
     place.Settings().Rewrite(SettingsWith({"A"}));
 
     place.Run([repeat](frmSiti& list) {
-        QVERIFY(QTest::qWaitForWindowActive(&list));
+        QVERIFY(QTest::qWaitForWindowActive(&list, kPatienceMs));
         const ModalVisit<frmDettaglio> editor([repeat](frmDettaglio& window) {
             PressAgain(window, Qt::Key_Return, repeat); // would press OK
             QVERIFY(window.isVisible());
@@ -277,7 +278,7 @@ void start_up_test::theGuideCanBeReadBesideTheMessage()
     Place place;
     MessageProbe message(Qt::Key_Escape, [] {
         QWidget* const box = QApplication::activeModalWidget();
-        QVERIFY(QTest::qWaitForWindowActive(box));
+        QVERIFY(QTest::qWaitForWindowActive(box, kPatienceMs));
         QTest::keyClick(box, Qt::Key_F1);
         QVERIFY(IsGuideShown());
     });
