@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <iterator>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -75,13 +77,14 @@ bool IsSameName(std::string_view left, std::string_view right)
     return std::ranges::equal(left, right, {}, Folded, Folded);
 }
 
-// FNV-1a of the folded name.
+// FNV-1a of the folded name. The table goes by the upper bits, into which the last letters get by the
+// multiplication at the end (Knuth's, the golden ratio of 32 bits).
 std::uint32_t HashOf(std::string_view name)
 {
     std::uint64_t hash = 0xCBF29CE484222325;
     for (const char byte : name)
         hash = (hash ^ Folded(byte)) * 0x100000001B3;
-    return static_cast<std::uint32_t>(hash ^ hash >> 32); // its halves
+    return static_cast<std::uint32_t>(hash ^ hash >> 32) * 0x9E3779B1U;
 }
 
 bool IsLineEnd(char unit)
@@ -153,80 +156,78 @@ LineKind KindOf(std::string_view units, const Line& line)
     return text.find('=') == std::string_view::npos ? LineKind::bare : LineKind::key;
 }
 
-// Finds the first of equal names by hash. It holds no names, only their places in the owner's list.
+// Where a section or a key begins, and the hash of its name. A file may hold one every two bytes, and an
+// index may take no more than a few times the file: the rest is read from the text.
+struct Entry {
+    std::uint32_t begin = 0;
+    std::uint32_t hash = 0;
+};
+
+// In file order. A deque grows without a second copy of what it holds.
+using Entries = std::deque<Entry>;
+
+// Entries of the text that can differ in name, at most: there are fewer than 600 names of no or one unit, and
+// any other takes four units with its line's end.
+std::size_t MostNames(std::size_t entries, std::size_t units)
+{
+    constexpr std::size_t shortNames = 600;
+    return std::min(entries, shortNames + units / 4);
+}
+
+// Finds the first of equal names by hash. It holds no names, only their places in a list of entries.
 class NameTable
 {
 public:
     void Reserve(std::size_t names)
     {
-        std::size_t size = 4;
-        while (3 * size < 4 * names)
-            size *= 2;
-        slots_.assign(size, {});
+        slots_ = {}; // before the new ones are made, not after
+        slots_.assign(4 + names + names / 2, 0);
     }
 
-    [[nodiscard]] bool HasRoomFor(std::size_t names) const { return 3 * slots_.size() >= 4 * names; }
+    [[nodiscard]] bool HasRoomFor(std::size_t names) const { return slots_.size() >= 4 + names + names / 3; }
 
+    // isSame: whether an entry, of the same hash, has the name too.
     template <typename IsSame>
-    void AddFirst(std::uint32_t hash, std::size_t index, IsSame isSame)
+    void AddFirst(const Entries& entries, std::size_t index, IsSame isSame)
     {
-        Slot& slot = slots_[PlaceOf(hash, isSame)];
-        if (slot.number == 0)
-            slot = {.hash = hash, .number = static_cast<std::uint32_t>(index + 1)};
+        std::uint32_t& slot = slots_[PlaceOf(entries, entries[index].hash, isSame)];
+        if (slot == 0)
+            slot = static_cast<std::uint32_t>(index + 1);
     }
 
     template <typename IsSame>
-    std::optional<std::size_t> Find(std::uint32_t hash, IsSame isSame) const
+    std::optional<std::size_t> Find(const Entries& entries, std::uint32_t hash, IsSame isSame) const
     {
-        const Slot& slot = slots_[PlaceOf(hash, isSame)];
-        return slot.number == 0 ? std::nullopt : std::optional<std::size_t>(slot.number - 1);
+        const std::uint32_t slot = slots_[PlaceOf(entries, hash, isSame)];
+        return slot == 0 ? std::nullopt : std::optional<std::size_t>(slot - 1);
     }
 
 private:
-    struct Slot {
-        std::uint32_t hash = 0;
-        std::uint32_t number = 0; // the name's index + 1; 0: free
-    };
-
     // The slot of the name, or the free one where it would go.
     template <typename IsSame>
-    std::size_t PlaceOf(std::uint32_t hash, IsSame isSame) const
+    std::size_t PlaceOf(const Entries& entries, std::uint32_t hash, IsSame isSame) const
     {
-        const std::size_t mask = slots_.size() - 1;
-        std::size_t place = hash & mask;
-        while (slots_[place].number != 0 && !(slots_[place].hash == hash && isSame(slots_[place].number - 1)))
-            place = (place + 1) & mask;
+        std::size_t place = static_cast<std::size_t>(std::uint64_t{hash} * slots_.size() >> 32);
+        while (slots_[place] != 0 && !(entries[slots_[place] - 1].hash == hash && isSame(slots_[place] - 1)))
+            place = place + 1 == slots_.size() ? 0 : place + 1;
         return place;
     }
 
-    std::vector<Slot> slots_; // a power of two, at least a quarter of them free
+    std::vector<std::uint32_t> slots_; // index + 1, 0: free; a quarter of them always is
 };
 
-// All positions count from the begin of the section, so that they stay when the section moves. A file has
-// tens of these for each site, so they are kept small.
+// A line with a key. All positions count from the begin of the section.
 struct KeyLine {
-    std::uint32_t hash = 0;
-    std::uint32_t begin = 0;
-    std::uint32_t nameBegin = 0;
-    std::uint32_t nameEnd = 0;
-    std::uint32_t valueBegin = 0; // behind the '='
-    std::uint32_t textEnd = 0;
-    std::uint32_t end = 0;
-
-    [[nodiscard]] Span Name() const { return {nameBegin, nameEnd}; }
-    [[nodiscard]] Span Value() const { return {valueBegin, textEnd}; }
+    std::size_t begin = 0;
+    Span name;
+    Span value; // behind the '=', up to the line end
+    std::size_t end = 0;
 };
 
+// Positions count from the begin of the section, so that they stay when the section moves.
 struct KeyIndex {
-    std::vector<KeyLine> lines; // in file order
+    Entries lines;
     NameTable names;
-};
-
-struct SectionEntry {
-    std::size_t begin = 0; // of the header line
-    Span name;             // from begin
-    std::uint32_t hash = 0;
-    std::unique_ptr<KeyIndex> keys; // nothing until the section is asked for
 };
 
 Span Moved(Span span, std::size_t distance)
@@ -234,54 +235,62 @@ Span Moved(Span span, std::size_t distance)
     return {span.begin + distance, span.end + distance};
 }
 
-// Headers are found by their bracket: searching for it is much faster than walking over every line.
-std::vector<SectionEntry> ScanSections(std::string_view units, Span span)
+std::uint32_t Narrow(std::size_t position)
 {
-    std::vector<SectionEntry> found;
+    return static_cast<std::uint32_t>(position); // a text has less than 4 GiB
+}
+
+// The name in a header line; begin: of the line.
+Span HeaderName(std::string_view units, std::size_t begin)
+{
+    const std::size_t nameBegin = units.find('[', begin) + 1;
+    std::size_t nameEnd = nameBegin;
+    while (nameEnd < units.size() && units[nameEnd] != ']' && !IsLineEnd(units[nameEnd]))
+        ++nameEnd;
+    return TextOf(units, {nameBegin, nameEnd});
+}
+
+// Headers are found by their bracket: searching for it is much faster than walking over every line.
+Entries ScanSections(std::string_view units, Span span)
+{
+    Entries found;
     const std::string_view part = units.substr(0, span.end);
     std::size_t bracket = part.find('[', span.begin);
     while (bracket != std::string_view::npos) {
         std::size_t begin = bracket;
         while (begin > span.begin && IsBlank(part[begin - 1]))
             --begin;
-        if (begin == span.begin || IsLineEnd(part[begin - 1])) {
-            std::size_t nameEnd = bracket + 1;
-            while (nameEnd < part.size() && part[nameEnd] != ']' && !IsLineEnd(part[nameEnd]))
-                ++nameEnd;
-            const Span name = TextOf(part, {bracket + 1, nameEnd});
-            found.push_back({.begin = begin,
-                             .name = {name.begin - begin, name.end - begin},
-                             .hash = HashOf(Slice(part, name)),
-                             .keys = nullptr});
-        }
+        if (begin == span.begin || IsLineEnd(part[begin - 1]))
+            found.push_back({.begin = Narrow(begin), .hash = HashOf(Slice(part, HeaderName(part, begin)))});
         bracket = part.find('[', bracket + 1);
     }
     return found;
 }
 
-std::uint32_t Narrow(std::size_t position)
+KeyLine KeyLineOf(std::string_view section, const Line& line)
 {
-    return static_cast<std::uint32_t>(position); // a text has less than 4 GiB
+    const std::size_t equals = section.find('=', line.begin);
+    return {.begin = line.begin,
+            .name = TextOf(section, {line.begin, equals}),
+            .value = {equals + 1, line.textEnd},
+            .end = line.end};
 }
 
-// section: the units from the header line to the next header; begin: of a line.
-std::vector<KeyLine> ScanKeys(std::string_view section, std::size_t begin)
+Span KeyName(std::string_view section, const Entry& line)
 {
-    std::vector<KeyLine> found;
+    return TextOf(section, {line.begin, section.find('=', line.begin)});
+}
+
+// section: the units from the header line to the next header; begin: of a line. The lines are added to those
+// that are there.
+void ScanKeys(std::string_view section, std::size_t begin, Entries& lines)
+{
     for (Line line = LineAt(section, begin); line.begin < section.size(); line = LineAt(section, line.end)) {
         if (KindOf(section, line) != LineKind::key)
             continue;
-        const std::size_t equals = section.find('=', line.begin);
-        const Span name = TextOf(section, {line.begin, equals});
-        found.push_back({.hash = HashOf(Slice(section, name)),
-                         .begin = Narrow(line.begin),
-                         .nameBegin = Narrow(name.begin),
-                         .nameEnd = Narrow(name.end),
-                         .valueBegin = Narrow(equals + 1),
-                         .textEnd = Narrow(line.textEnd),
-                         .end = Narrow(line.end)});
+        const Span name = KeyLineOf(section, line).name;
+        lines.push_back({.begin = Narrow(line.begin), .hash = HashOf(Slice(section, name))});
     }
-    return found;
 }
 
 // A parameter of the profile functions: up to its first NUL.
@@ -353,8 +362,8 @@ public:
 
     [[nodiscard]] std::optional<std::size_t> FindSection(const View& text, std::string_view name) const
     {
-        return names_.Find(HashOf(name), [&](std::size_t section) {
-            return IsSameName(Slice(text.units, NameOf(section)), name);
+        return names_.Find(sections_, HashOf(name), [&](std::size_t section) {
+            return IsSameName(Slice(text.units, NameOf(text, section)), name);
         });
     }
 
@@ -364,26 +373,30 @@ public:
         return {sections_[section].begin, isLast ? text.units.size() : sections_[section + 1].begin};
     }
 
-    // The lines' positions count from the begin of the section. Good until the keys of another section are
-    // asked for.
+    // Good until the keys of another section are asked for.
     const KeyIndex& KeysOf(const View& text, std::size_t section)
     {
-        std::unique_ptr<KeyIndex>& keys = sections_[section].keys;
-        if (!keys) {
-            MakeRoom();
-            keys = IndexKeys(text, SpanOf(text, section));
-        }
-        return *keys;
+        if (const auto known = keys_.find(section); known != keys_.end())
+            return known->second;
+        if (keys_.size() == kMostIndexed)
+            keys_.clear();
+        KeyIndex& keys = keys_[section];
+        const Span span = SpanOf(text, section);
+        ScanKeys(Slice(text.units, span), 0, keys.lines);
+        AddNames(text, span, 0, keys);
+        return keys;
     }
 
-    const KeyLine* FindKey(const View& text, std::size_t section, std::string_view name)
+    std::optional<KeyLine> FindKey(const View& text, std::size_t section, std::string_view name)
     {
         const KeyIndex& keys = KeysOf(text, section);
-        const std::size_t begin = sections_[section].begin;
-        const auto found = keys.names.Find(HashOf(name), [&](std::size_t line) {
-            return IsSameName(Slice(text.units, Moved(keys.lines[line].Name(), begin)), name);
+        const std::string_view units = Slice(text.units, SpanOf(text, section));
+        const auto found = keys.names.Find(keys.lines, HashOf(name), [&](std::size_t line) {
+            return IsSameName(Slice(units, KeyName(units, keys.lines[line])), name);
         });
-        return found ? &keys.lines[*found] : nullptr;
+        if (!found)
+            return std::nullopt;
+        return KeyLineOf(units, LineAt(units, keys.lines[*found].begin));
     }
 
     // The text has changed: `inserted` units now stand in the place of the removed ones. Only the sections
@@ -391,85 +404,69 @@ public:
     // continue it.
     void Change(const View& text, Span removed, std::size_t inserted)
     {
-        auto first = std::ranges::lower_bound(sections_, removed.begin, {}, &SectionEntry::begin);
-        const auto last =
-            std::ranges::lower_bound(first, sections_.end(), removed.end, {}, &SectionEntry::begin);
+        const auto isBefore = [](const Entry& section, std::size_t place) { return section.begin < place; };
+        auto first = std::lower_bound(sections_.begin(), sections_.end(), removed.begin, isBefore);
+        const auto last = std::lower_bound(first, sections_.end(), removed.end, isBefore);
         std::size_t begin = 0;
         if (first != sections_.begin())
             begin = (--first)->begin;
         for (auto section = last; section != sections_.end(); ++section)
-            section->begin = section->begin - removed.end + removed.begin + inserted;
+            section->begin = Narrow(section->begin - removed.end + removed.begin + inserted);
         const std::size_t end = last == sections_.end() ? text.units.size() : last->begin;
 
-        std::vector<SectionEntry> found = ScanSections(text.units, {begin, end});
+        const Entries found = ScanSections(text.units, {begin, end});
+        const auto number = static_cast<std::size_t>(first - sections_.begin());
         const bool isWithinOne = last - first == 1 && found.size() == 1 && first->begin == found[0].begin;
-        if (isWithinOne && first->keys) {
-            ChangeKeys(text, {first->begin, end}, removed.begin - first->begin, *first->keys);
+        if (const auto known = keys_.find(number); isWithinOne && known != keys_.end()) {
+            ChangeKeys(text, {begin, end}, removed.begin - begin, known->second);
             return;
         }
+        keys_.clear();
         if (std::ssize(found) == last - first) {
-            std::ranges::move(found, first); // an edit may add or remove headers, but never renames one
+            std::ranges::copy(found, first); // an edit may add or remove headers, but never renames one
             return;
         }
         const auto place = sections_.erase(first, last);
-        sections_.insert(place, std::move_iterator(found.begin()), std::move_iterator(found.end()));
+        sections_.insert(place, found.begin(), found.end());
         IndexNames(text);
     }
 
 private:
-    // Sections whose keys are held at a time. They take three times the room of the lines that they stand
-    // for, so a walk over a large file must not collect them all.
+    // Sections whose keys are held at a time, so that a walk over a large file does not collect them all.
     static constexpr std::size_t kMostIndexed = 256;
 
-    void MakeRoom()
+    [[nodiscard]] Span NameOf(const View& text, std::size_t section) const
     {
-        if (++indexed_ <= kMostIndexed)
-            return;
-        for (SectionEntry& section : sections_)
-            section.keys.reset();
-        indexed_ = 1;
-    }
-
-    [[nodiscard]] Span NameOf(std::size_t section) const
-    {
-        return Moved(sections_[section].name, sections_[section].begin);
+        return HeaderName(text.units, sections_[section].begin);
     }
 
     void IndexNames(const View& text)
     {
-        names_.Reserve(sections_.size());
+        names_.Reserve(MostNames(sections_.size(), text.units.size()));
         for (std::size_t i = 0; i < sections_.size(); ++i) {
-            const Span name = NameOf(i);
-            if (!text.IsExact(name))
+            if (!text.wide.empty() && !text.IsExact(NameOf(text, i)))
                 continue;
-            names_.AddFirst(sections_[i].hash, i, [&](std::size_t other) {
-                return IsSameName(Slice(text.units, NameOf(other)), Slice(text.units, name));
+            names_.AddFirst(sections_, i, [&](std::size_t other) {
+                return IsSameName(Slice(text.units, NameOf(text, other)), Slice(text.units, NameOf(text, i)));
             });
         }
-    }
-
-    static std::unique_ptr<KeyIndex> IndexKeys(const View& text, Span section)
-    {
-        auto keys = std::make_unique<KeyIndex>();
-        keys->lines = ScanKeys(Slice(text.units, section), 0);
-        AddNames(text, section, 0, *keys);
-        return keys;
     }
 
     // Of the lines from the first one on; of all of them where the table has no room.
     static void AddNames(const View& text, Span section, std::size_t first, KeyIndex& keys)
     {
-        if (first == 0 || !keys.names.HasRoomFor(keys.lines.size())) {
-            keys.names.Reserve(keys.lines.size());
+        const std::string_view units = Slice(text.units, section);
+        const std::size_t names = MostNames(keys.lines.size(), units.size());
+        if (first == 0 || !keys.names.HasRoomFor(names)) {
+            keys.names.Reserve(names);
             first = 0;
         }
-        const std::string_view units = Slice(text.units, section);
         for (std::size_t i = first; i < keys.lines.size(); ++i) {
-            const Span name = keys.lines[i].Name();
-            if (!text.IsExact(Moved(name, section.begin)))
+            if (!text.wide.empty() && !text.IsExact(Moved(KeyName(units, keys.lines[i]), section.begin)))
                 continue;
-            keys.names.AddFirst(keys.lines[i].hash, i, [&](std::size_t other) {
-                return IsSameName(Slice(units, keys.lines[other].Name()), Slice(units, name));
+            keys.names.AddFirst(keys.lines, i, [&](std::size_t other) {
+                return IsSameName(Slice(units, KeyName(units, keys.lines[other])),
+                                  Slice(units, KeyName(units, keys.lines[i])));
             });
         }
     }
@@ -478,26 +475,26 @@ private:
     // less. Only what stands behind is looked at again, and the line before it, which may have got its end.
     static void ChangeKeys(const View& text, Span section, std::size_t change, KeyIndex& keys)
     {
-        std::vector<KeyLine>& lines = keys.lines;
-        auto first = std::ranges::upper_bound(lines, change, {}, &KeyLine::end);
-        if (first != lines.begin())
-            --first;
-        const std::vector<KeyLine> found =
-            ScanKeys(Slice(text.units, section), first == lines.begin() ? 0 : first->begin);
+        Entries& lines = keys.lines;
+        const auto behind =
+            std::upper_bound(lines.begin(), lines.end(), change,
+                             [](std::size_t place, const Entry& line) { return place < line.begin; });
+        const std::size_t had = lines.size();
+        const bool isInLast = had > 0 && change >= lines.back().begin;
+        // The last line that begins no later than the change, and the one before.
+        const auto first = behind - std::min<std::ptrdiff_t>(behind - lines.begin(), 2);
+        const std::size_t begin = first == lines.begin() ? 0 : first->begin;
+        lines.erase(first, lines.end());
+        ScanKeys(Slice(text.units, section), begin, lines);
 
         // A value alone renames nothing, nor does what comes behind the last name.
-        const std::size_t had = lines.size();
-        const auto looked = static_cast<std::size_t>(lines.end() - first);
-        const bool namesStand =
-            found.size() == looked || (found.size() > looked && had > 0 && change >= lines.back().begin);
-        lines.erase(first, lines.end());
-        lines.insert(lines.end(), found.begin(), found.end());
+        const bool namesStand = lines.size() == had || (lines.size() > had && isInLast);
         AddNames(text, section, namesStand ? had : 0, keys);
     }
 
-    std::vector<SectionEntry> sections_; // in file order
+    Entries sections_; // by their header lines
     NameTable names_;
-    std::size_t indexed_ = 0; // sections with keys, at most
+    std::unordered_map<std::size_t, KeyIndex> keys_; // by the section's place in the list
 };
 
 IniText::IniText(std::string bytes)
@@ -531,10 +528,10 @@ std::string IniText::Read(std::string_view section, std::string_view key, std::s
 {
     const View text = Text();
     const auto place = Places().FindSection(text, NameParameter(section));
-    const KeyLine* const line = place ? Places().FindKey(text, *place, NameParameter(key)) : nullptr;
-    if (line == nullptr)
+    const auto line = place ? Places().FindKey(text, *place, NameParameter(key)) : std::nullopt;
+    if (!line)
         return FallbackText(fallback, size);
-    const Span raw = Moved(line->Value(), Places().SpanOf(text, *place).begin);
+    const Span raw = Moved(line->value, Places().SpanOf(text, *place).begin);
     const std::string_view value = WithoutQuotes(Slice(text.units, TextOf(text.units, raw)));
     return std::string(Cut(value.substr(0, value.size() % kValueLengths), size));
 }
@@ -549,8 +546,8 @@ std::string IniText::Keys(std::string_view section, std::string_view fallback, s
     const std::size_t length = size < 2 ? 0 : size - 2;
     bool hasName = false;
     std::string keys;
-    for (const KeyLine& line : Places().KeysOf(text, *place).lines) {
-        const std::string_view name = Slice(units, line.Name());
+    for (const Entry& line : Places().KeysOf(text, *place).lines) {
+        const std::string_view name = Slice(units, KeyName(units, line));
         if (name.empty())
             continue;
         hasName = true;
@@ -574,14 +571,14 @@ std::optional<Edit> IniText::Put(std::string_view section, std::string_view key,
     const auto place = Places().FindSection(text, NameParameter(section));
     if (!place)
         return NewSection(NameParameter(section), newLine);
-    const KeyLine* const found = Places().FindKey(text, *place, NameParameter(key));
-    if (found == nullptr)
+    const auto found = Places().FindKey(text, *place, NameParameter(key));
+    if (!found)
         return NewLine(*place, newLine);
 
-    const Span raw = Moved(found->Value(), Places().SpanOf(text, *place).begin);
+    const Span raw = Moved(found->value, Places().SpanOf(text, *place).begin);
     if (Slice(text.units, raw) == newValue && text.IsExact(raw))
         return Edit{};
-    const bool isUnfinished = found->end == found->textEnd;
+    const bool isUnfinished = found->end == found->value.end;
     return EditAt(raw.begin, raw.end, std::string(newValue).append(isUnfinished ? kLineEnd : ""));
 }
 
@@ -591,8 +588,8 @@ std::optional<Edit> IniText::EraseKey(std::string_view section, std::string_view
         return std::nullopt;
     const View text = Text();
     const auto place = Places().FindSection(text, NameParameter(section));
-    const KeyLine* const found = place ? Places().FindKey(text, *place, NameParameter(key)) : nullptr;
-    if (found == nullptr)
+    const auto found = place ? Places().FindKey(text, *place, NameParameter(key)) : std::nullopt;
+    if (!found)
         return Edit{};
     const std::size_t begin = Places().SpanOf(text, *place).begin;
     return EditAt(begin + found->begin, begin + found->end, "");
@@ -678,11 +675,10 @@ Edit IniText::NewLine(std::size_t section, std::string_view line)
 {
     const View text = Text();
     const Span span = Places().SpanOf(text, section);
-    const std::vector<KeyLine>& keys = Places().KeysOf(text, section).lines;
-    const Line header = LineAt(Slice(text.units, span), 0);
-    const std::size_t end = keys.empty() ? header.end : keys.back().end;
-    const bool isUnfinished = end == (keys.empty() ? header.textEnd : keys.back().textEnd);
-    return EditAt(span.begin + end, span.begin + end, std::string(isUnfinished ? kLineEnd : "").append(line));
+    const Entries& keys = Places().KeysOf(text, section).lines;
+    const Line last = LineAt(Slice(text.units, span), keys.empty() ? 0 : keys.back().begin); // or the header
+    const std::size_t end = span.begin + last.end;
+    return EditAt(end, end, std::string(last.end == last.textEnd ? kLineEnd : "").append(line));
 }
 
 } // namespace corvrec

@@ -23,15 +23,20 @@ std::string_view TakeLine(std::string_view& text)
     return line;
 }
 
-// Up to the end or the first error.
+// Up to the end, the first error or the last line end within the limit.
 std::string Contents(std::ifstream& file)
 {
+    constexpr std::size_t kChunk = std::size_t{64} * 1024;
+    static_assert(ModemCatalogue::mostBytes % kChunk == 0);
     std::string bytes;
-    std::vector<char> chunk(64 * 1024UL);
+    std::vector<char> chunk(kChunk);
     do {
         file.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
         bytes.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
-    } while (file);
+    } while (file && bytes.size() < ModemCatalogue::mostBytes);
+    const bool isCut = file && file.peek() != std::ifstream::traits_type::eof();
+    if (isCut)
+        bytes.erase(bytes.find_last_of("\r\n") + 1); // npos + 1 is 0: not one whole line
     return bytes;
 }
 
@@ -45,12 +50,17 @@ ModemModel ParseCatalogueLine(std::string_view line)
     return {.name = std::string(line.substr(0, equals)), .initString = std::string(line.substr(equals + 1))};
 }
 
-std::vector<ModemModel> ParseCatalogue(std::string_view bytes)
+ModemModels::ModemModels(std::string bytes)
+    : bytes_(std::move(bytes))
 {
-    std::vector<ModemModel> models;
-    while (!bytes.empty())
-        models.push_back(ParseCatalogueLine(Utf8FromCp1252(TakeLine(bytes))));
-    return models;
+    for (std::string_view rest = bytes_; !rest.empty(); TakeLine(rest))
+        begins_.push_back(static_cast<std::uint32_t>(bytes_.size() - rest.size()));
+}
+
+ModemModel ModemModels::At(std::size_t line) const
+{
+    std::string_view rest = std::string_view(bytes_).substr(begins_.at(line));
+    return ParseCatalogueLine(Utf8FromCp1252(TakeLine(rest)));
 }
 
 ModemCatalogue::ModemCatalogue(const std::filesystem::path& file)
@@ -59,7 +69,7 @@ ModemCatalogue::ModemCatalogue(const std::filesystem::path& file)
     if (!std::filesystem::is_regular_file(file, ignored)) // opening a FIFO would wait for its writer
         return;
     file_.open(file, std::ios::binary);
-    models_ = ParseCatalogue(Contents(file_));
+    models_ = ModemModels(Contents(file_));
 }
 
 } // namespace corvrec

@@ -265,7 +265,9 @@ private:
         // The filler first: after a truncation alone the end of the old content would stand there, from the
         // middle of a line on.
         const std::size_t newSize = text_.Bytes().size();
-        scratch_.assign(text_.Bytes(), begin).append(text_.Filler(oldSize_ - newSize));
+        scratch_.clear();
+        scratch_.reserve(oldSize_ - begin); // appending alone would take twice that
+        scratch_.append(text_.Bytes(), begin).append(text_.Filler(oldSize_ - newSize));
         if (!WriteOrUndo(begin, scratch_))
             return false;
         TruncateTo(newSize); // a failure leaves the filler, and the value is in place

@@ -9,6 +9,7 @@
 #include "widgets/qt_text.h"
 #include "widgets/selections.h"
 
+#include <QAbstractListModel>
 #include <QShowEvent>
 #include <QSignalBlocker>
 
@@ -20,6 +21,34 @@ namespace
 
 // Offered when the catalogue holds no model: any modem of the Hayes family understands it.
 constexpr auto kGenericInitString = "X3S0=0&M5&K0&C1&D2&R1";
+
+// The names of the catalogue as the entries of a list, each made when it is asked for: there may be a
+// million.
+class ModelNames final : public QAbstractListModel
+{
+public:
+    ModelNames(const ModemModels& models, QObject* parent)
+        : QAbstractListModel(parent)
+        , models_(models)
+    {
+    }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent) const override
+    {
+        return parent.isValid() ? 0
+                                : static_cast<int>(models_.Count()); // a catalogue has less than 2^31 lines
+    }
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+            return {};
+        return ToQt(models_.At(static_cast<std::size_t>(index.row())).name);
+    }
+
+private:
+    const ModemModels& models_;
+};
 
 } // namespace
 
@@ -47,16 +76,15 @@ frmModem::~frmModem() = default;
 
 void frmModem::FillModels()
 {
-    QStringList names;
-    for (const ModemModel& model : catalogue_.Models()) {
-        names.append(ToQt(model.name));
-        initStrings_.push_back(ToQt(model.initString));
-    }
-    if (names.isEmpty()) {
-        names.append(Text(text::genericModem));
-        initStrings_.emplace_back(kGenericInitString);
-    }
-    FillList(*ui_->cboModem, names);
+    if (IsCatalogueEmpty())
+        FillList(*ui_->cboModem, {Text(text::genericModem)});
+    else
+        ui_->cboModem->setModel(new ModelNames(catalogue_.Models(), this));
+}
+
+bool frmModem::IsCatalogueEmpty() const
+{
+    return catalogue_.Models().Count() == 0;
 }
 
 frmModem::Values frmModem::Take() const
@@ -112,7 +140,8 @@ void frmModem::showEvent(QShowEvent* event)
 void frmModem::cboModem_Click()
 {
     const auto row = static_cast<std::size_t>(ui_->cboModem->currentIndex());
-    ui_->txtStringaInit->setText(initStrings_.at(row));
+    ui_->txtStringaInit->setText(IsCatalogueEmpty() ? QString(kGenericInitString)
+                                                    : ToQt(catalogue_.Models().At(row).initString));
 }
 
 void frmModem::OK_Click()

@@ -9,7 +9,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <vector>
 
 namespace Ui
 {
@@ -52,6 +51,7 @@ protected:
 
 private:
     void FillModels();
+    [[nodiscard]] bool IsCatalogueEmpty() const;
     void cboModem_Click();
     void OK_Click();
     void Annulla_Click();
@@ -71,7 +71,6 @@ private:
 
     std::unique_ptr<Ui::frmModem> ui_;
     ModemCatalogue catalogue_;
-    std::vector<QString> initStrings_; // by the list's item data
     Values firstState_;
     Values undo_;
 };

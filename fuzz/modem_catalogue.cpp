@@ -36,7 +36,9 @@ void CheckCatalogue(std::string_view bytes)
 {
     const std::string wanted = WithPlainLineEnds(bytes);
     std::string found;
-    for (const ModemModel& model : ParseCatalogue(bytes)) {
+    const ModemModels models{std::string(bytes)};
+    for (std::size_t line = 0; line < models.Count(); ++line) {
+        const ModemModel model = models.At(line);
         Check(model.name.find('=') == std::string::npos, "a name ends at the first '='");
         const std::string name = Cp1252FromUtf8(model.name);
         const std::string initString = Cp1252FromUtf8(model.initString);

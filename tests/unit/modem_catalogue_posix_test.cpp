@@ -45,7 +45,7 @@ TEST(CatalogueOnPosix, AFifoInItsPlaceDoesNotBlock)
     const std::filesystem::path file = settings.Directory() / "modem.dat";
     ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
 
-    EXPECT_TRUE(ModemCatalogue(file).Models().empty());
+    EXPECT_TRUE(ModemCatalogue(file).Models().Count() == 0);
 }
 
 TEST(CatalogueOnPosix, ALinkIsFollowed)
@@ -54,7 +54,7 @@ TEST(CatalogueOnPosix, ALinkIsFollowed)
     std::ofstream(settings.Directory() / "altro.dat") << "A=1";
     std::filesystem::create_symlink("altro.dat", settings.Directory() / "modem.dat");
 
-    EXPECT_EQ(ModemCatalogue(settings.Directory() / "modem.dat").Models().size(), 1U);
+    EXPECT_EQ(ModemCatalogue(settings.Directory() / "modem.dat").Models().Count(), 1U);
 }
 
 } // namespace

@@ -33,8 +33,10 @@ protected:
     {
         const ModemCatalogue catalogue(Path());
         Pairs pairs;
-        for (const ModemModel& model : catalogue.Models())
+        for (std::size_t line = 0; line < catalogue.Models().Count(); ++line) {
+            const ModemModel model = catalogue.Models().At(line);
             pairs.emplace_back(model.name, model.initString);
+        }
         return pairs;
     }
 
@@ -144,6 +146,24 @@ TEST_F(Catalogue, ALineEndMayLieAcrossTwoReadsOfTheFile)
     }
 }
 
+TEST_F(Catalogue, OneMebibyteIsRead)
+{
+    const std::string first = "A=" + std::string(ModemCatalogue::mostBytes - 6, 'x') + "\n";
+
+    EXPECT_EQ(ReadBytes(first + "B=2"), (Pairs{{"A", first.substr(2, first.size() - 3)}, {"B", "2"}}));
+    EXPECT_EQ(ReadBytes(first + "B=2\nC=3\n").size(), 1U) << "the second line's end is beyond";
+    EXPECT_EQ(ReadBytes(first.substr(1) + "B=2\nC=3\n").size(), 2U)
+        << "the second line's end is the last byte";
+    EXPECT_EQ(ReadBytes(std::string(ModemCatalogue::mostBytes + 1, 'x') + "\nB=2"), Pairs());
+}
+
+TEST_F(Catalogue, TheLimitMayLieInsideALineEnd)
+{
+    const std::string first = "A=" + std::string(ModemCatalogue::mostBytes - 3, 'x') + "\r";
+
+    EXPECT_EQ(ReadBytes(first + "\nB=2\r\n").size(), 1U);
+}
+
 TEST_F(Catalogue, ADirectoryInItsPlaceGivesNoModel)
 {
     std::filesystem::create_directory(Path());
@@ -155,7 +175,7 @@ TEST_F(Catalogue, APathThroughAFileGivesNoModel)
 {
     Write("A=1\r\n");
 
-    EXPECT_TRUE(ModemCatalogue(Path() / "modem.dat").Models().empty());
+    EXPECT_EQ(ModemCatalogue(Path() / "modem.dat").Models().Count(), 0U);
 }
 
 } // namespace

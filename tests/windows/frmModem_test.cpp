@@ -2,11 +2,13 @@
 #include "resources/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
+#include "tests/support/heap.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/unanswered_boxes.h"
 #include "tests/support/vectors.h"
 
+#include <QFile>
 #include <QGroupBox>
 #include <QPushButton>
 #include <QTest>
@@ -107,6 +109,7 @@ private slots:
     static void catalogueFiles();
     static void fifteenModelsInFileOrder();
     static void tenThousandModels();
+    static void aMillionEmptyLinesTakeLittleRoom();
     static void directoryInTheCataloguesPlace();
     static void lineWithoutAnEqualsSignIsAllString();
     static void modelsAreNotSorted();
@@ -228,6 +231,28 @@ void frmModem_test::tenThousandModels()
 
     QCOMPARE(window.Shows("cboModem"), "Modello 9999");
     QCOMPARE(window.Shows("txtStringaInit"), "S9999");
+}
+
+// Each is a model without a name and a string.
+void frmModem_test::aMillionEmptyLinesTakeLittleRoom()
+{
+    constexpr int lines = 1024 * 1024;
+    SettingsFile place;
+    {
+        QFile file(QString::fromStdString((place.Directory() / "modem.dat").string()));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray(lines, '\n'));
+    }
+    const std::size_t before = AllocatedBytes();
+
+    const frmModem dialog(place.Directory());
+
+    QVERIFY2(AllocatedBytes() < before + 16 * std::size_t{lines},
+             qPrintable(QString::number(AllocatedBytes() - before)));
+    auto& models = *dialog.findChild<QComboBox*>("cboModem");
+    QCOMPARE(models.count(), lines);
+    QCOMPARE(models.itemText(lines - 1), QString());
+    QCOMPARE(dialog.Settings().initString, "");
 }
 
 void frmModem_test::directoryInTheCataloguesPlace()
