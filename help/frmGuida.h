@@ -22,12 +22,16 @@ public:
     frmGuida();
     ~frmGuida() override;
 
-    // Comes to the front with this chapter (the anchor of its heading) on top.
-    void Open(const QString& chapter);
+    // Comes to the front with this chapter (the anchor of its heading) on top. When it was closed, it opens
+    // next to the window that it explains, over it only where the screen has no room beside it.
+    void Open(const QString& chapter, const QWidget* explained = nullptr);
 
 private:
+    void PlaceNextTo(const QWidget& explained);
     void cmdSommario_Click();
     void Cerca();
+    void CercaIndietro();
+    void ShowOutcome(bool found);
 
     std::unique_ptr<Ui::frmGuida> ui_;
 };

@@ -60,21 +60,22 @@ bool Guide::eventFilter(QObject* watched, QEvent* event)
 {
     if (!IsHelpKey(*event))
         return QObject::eventFilter(watched, event);
-    const QString chapter = ChapterFor(QApplication::activeWindow());
-    if (chapter.isEmpty())
+    const QWidget* const asked = QApplication::activeWindow();
+    const QString chapter = ChapterFor(asked);
+    if (chapter.isEmpty()) // also without any window
         return QObject::eventFilter(watched, event);
     // An open list holds the mouse, and the guide could not be used.
     if (QWidget* const list = QApplication::activePopupWidget())
         list->close();
-    Open(chapter);
+    Open(chapter, *asked);
     return true;
 }
 
-void Guide::Open(const QString& chapter)
+void Guide::Open(const QString& chapter, const QWidget& asked)
 {
     if (!window_)
         window_ = std::make_unique<frmGuida>();
-    window_->Open(chapter);
+    window_->Open(chapter, &asked);
 }
 
 } // namespace corvrec

@@ -5,6 +5,7 @@
 #include <memory>
 
 class QCoreApplication;
+class QWidget;
 
 namespace corvrec
 {
@@ -28,7 +29,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void Open(const QString& chapter);
+    void Open(const QString& chapter, const QWidget& asked);
 
     std::unique_ptr<frmGuida> window_;
 };

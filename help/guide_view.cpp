@@ -64,26 +64,56 @@ void GuideView::ShowChapter(const QString& anchor)
     const QTextBlock heading = HeadingOf(*document(), anchor);
     if (!heading.isValid())
         return;
+    const Place before{.top = TopPosition(), .cursor = textCursor().position()};
     setTextCursor(QTextCursor(heading)); // a search goes on from here
     ScrollTo(heading.position());
+    if (TopPosition() != before.top)
+        places_.push_back(before);
+}
+
+void GuideView::GoBack()
+{
+    if (places_.empty())
+        return;
+    const Place place = places_.back();
+    places_.pop_back();
+    QTextCursor cursor(document());
+    cursor.setPosition(place.cursor);
+    setTextCursor(cursor);
+    ScrollToLine(place.top);
 }
 
 bool GuideView::FindNext(const QString& text)
 {
-    if (text.isEmpty() || find(text))
-        return !text.isEmpty();
+    return Find(text, {});
+}
+
+bool GuideView::FindPrevious(const QString& text)
+{
+    return Find(text, QTextDocument::FindBackward);
+}
+
+bool GuideView::Find(const QString& text, QTextDocument::FindFlags direction)
+{
+    if (text.isEmpty())
+        return false;
     const QTextCursor before = textCursor();
-    moveCursor(QTextCursor::Start);
-    if (find(text))
-        return true;
-    setTextCursor(before);
-    return false;
+    if (!find(text, direction)) {
+        moveCursor(direction == QTextDocument::FindBackward ? QTextCursor::End : QTextCursor::Start);
+        if (!find(text, direction)) {
+            setTextCursor(before);
+            return false;
+        }
+    }
+    const int middle = viewport()->height() / 2;
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect().center().y() - middle);
+    return true;
 }
 
 // What was on top stays there, whatever the new width makes of the lines and the pictures above.
 void GuideView::resizeEvent(QResizeEvent* event)
 {
-    const int top = cursorForPosition({0, 0}).position();
+    const int top = TopPosition();
     FitPictures();
     // All of it now: the scroll bars take their ranges from what is laid out when the base class sees the
     // event.
@@ -144,7 +174,10 @@ void GuideView::LoadPictures()
             const QTextCharFormat format = part.fragment().charFormat();
             if (format.isImageFormat()) {
                 const QString name = format.toImageFormat().name();
-                pictures_.insert(name, QImage(":/guida/" + name));
+                QString doubled = name;
+                doubled.insert(name.lastIndexOf('.'), "@2x");
+                pictures_.insert(
+                    name, {.plain = QImage(":/guida/" + name), .doubled = QImage(":/guida/" + doubled)});
             }
         }
     }
@@ -157,14 +190,31 @@ void GuideView::FitPictures()
     const qreal ratio = devicePixelRatioF();
     const QUrl base = document()->baseUrl();
     for (auto picture = pictures_.cbegin(); picture != pictures_.cend(); ++picture) {
-        const int width = qRound(std::min(room, picture->width()) * ratio);
-        QImage fitted = picture->scaledToWidth(std::max(width, 1), Qt::SmoothTransformation);
+        // The plain one would be enlarged on a screen of more than 100 %, and blurred.
+        const bool isDoubled = ratio > 1 && !picture->doubled.isNull();
+        const QImage& source = isDoubled ? picture->doubled : picture->plain;
+        const qreal ownWidth = source.width() / (isDoubled ? 2.0 : 1.0);
+        const int width = qRound(std::min<qreal>(room, ownWidth) * ratio);
+        QImage fitted = source.scaledToWidth(std::max(width, 1), Qt::SmoothTransformation);
         fitted.setDevicePixelRatio(ratio);
         document()->addResource(QTextDocument::ImageResource, base.resolved(QUrl(picture.key())), fitted);
     }
     document()->markContentsDirty(0, document()->characterCount());
 }
 
+int GuideView::TopPosition() const
+{
+    return cursorForPosition({0, 0}).position();
+}
+
+void GuideView::ScrollToLine(int position)
+{
+    QTextCursor cursor(document());
+    cursor.setPosition(position);
+    verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect(cursor).top());
+}
+
+// The block's, with the air above it.
 void GuideView::ScrollTo(int position)
 {
     const QAbstractTextDocumentLayout* const layout = document()->documentLayout();

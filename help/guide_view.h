@@ -4,6 +4,8 @@
 #include <QImage>
 #include <QTextBrowser>
 
+#include <vector>
+
 namespace corvrec
 {
 
@@ -20,8 +22,14 @@ public:
     // An anchor of no heading does nothing.
     void ShowChapter(const QString& anchor);
 
-    // Goes to the next place of this text, at the end on from the beginning; false when there is none.
+    // Back to where the reader was before the last chapter that was shown, and from there to the one before.
+    void GoBack();
+    void ForgetPlaces() { places_.clear(); }
+
+    // Goes to the next or the last place of this text, at the end on from the beginning and the other way
+    // round, and shows it in the middle; false when there is none.
     bool FindNext(const QString& text);
+    bool FindPrevious(const QString& text);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -31,9 +39,25 @@ private:
     void DrawTables();
     void LoadPictures();
     void FitPictures();
+    bool Find(const QString& text, QTextDocument::FindFlags direction);
+    [[nodiscard]] int TopPosition() const;
     void ScrollTo(int position);
+    void ScrollToLine(int position);
 
-    QHash<QString, QImage> pictures_; // by the name in the text, in their own size
+    // Where the reader was: what was on top, and where a search would have gone on from.
+    struct Place {
+        int top = 0;
+        int cursor = 0;
+    };
+
+    // Taken at 100 % and, where there is one, at 200 %.
+    struct Picture {
+        QImage plain;
+        QImage doubled; // shown at half its size
+    };
+
+    QHash<QString, Picture> pictures_; // by the name in the text
+    std::vector<Place> places_;        // before each chapter, the last one at the end
 };
 
 } // namespace corvrec
