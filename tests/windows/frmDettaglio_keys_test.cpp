@@ -230,24 +230,15 @@ void frmDettaglio_keys_test::labelsNameTheirFields_data()
 {
     QTest::addColumn<QString>("name");
     const QList<std::pair<const char*, const char*>> names{
-        {"txtNomeSito", "Nome del sito"},
-        {"txtCodice", "Codice"},
-        {"cboTipoConn", "Dispositivo:"},
-        {"cboVelocita", "Velocità:"},
-        {"cboBitDati", "Bit di dati:"},
-        {"cboParita", "Parità:"},
-        {"cboBitStop", "Bit di stop:"},
-        {"cboHandS", "Tipo:"},
-        {"txtXon", "Carattere Xon"},
-        {"txtXoff", "Carattere Xoff"},
-        {"cboRicorrenza", "Ricorrenza:"},
-        {"mskValore", "Acquisisci ogni"},
-        {"mskOrario", "Ora di inizio"},
-        {"lstGiorni", "Giorni della settimana"},
-        {"txtDati", "File dati:"},
-        {"txtDati2", "File di scambio:"},
-        {"txtStorico", "File storico:"},
-        {"txtLog", "File di log:"},
+        {"txtNomeSito", "Nome del sito"}, {"txtCodice", "Codice"},
+        {"cboTipoConn", "Dispositivo:"},  {"cboVelocita", "Velocità:"},
+        {"cboBitDati", "Bit di dati:"},   {"cboParita", "Parità:"},
+        {"cboBitStop", "Bit di stop:"},   {"cboHandS", "Tipo:"},
+        {"txtXon", "Carattere Xon"},      {"txtXoff", "Carattere Xoff"},
+        {"cboRicorrenza", "Ricorrenza:"}, {"mskValore", "Acquisisci ogni"},
+        {"mskOrario", "Ora di inizio"},   {"lstGiorni", "Giorni della settimana"},
+        {"txtDati", "File dati:"},        {"txtDati2", "File di scambio:"},
+        {"txtStorico", "File storico:"},  {"txtLog", "File di log:"},
     };
     for (const auto& [field, name] : names)
         QTest::newRow(field) << QString(name);

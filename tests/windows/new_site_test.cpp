@@ -25,9 +25,9 @@ namespace
 {
 
 constexpr std::array kOddNames{
-    "Sede di Forlì", "\"Alfa\"",  "'Alfa'",  "\"\"Alfa\"\"", "\"", "''",          "Città Ω", "\tAlfa\t",
-    "Al\tfa",        "-CaVacca-", "=Alfa",   ";Alfa",        "[A", "\"Alfa\" ",   "0",       "Ẁ",
-    "“Alfa”",        "A\u00A0B",  "\u00A0A", "A\U0001F600B", "ß",  "Alfa\u0081B",
+    "Sede di Forlì", R"("Alfa")", "'Alfa'",  R"(""Alfa"")",  R"(")", "''",          "Città Ω", "\tAlfa\t",
+    "Al\tfa",        "-CaVacca-", "=Alfa",   ";Alfa",        "[A",   R"("Alfa" )",  "0",       "Ẁ",
+    "“Alfa”",        "A\u00A0B",  "\u00A0A", "A\U0001F600B", "ß",    "Alfa\u0081B",
 };
 
 // A site whose every value differs from what a new one has.
@@ -260,8 +260,8 @@ void new_site_test::codeTakesNoCharacterThatNamesCannotHold_data()
                                         << "AB";
     QTest::newRow("nothing is left") << "=[];"
                                      << "";
-    QTest::newRow("all others") << "a.-_\"'#;€ù"
-                                << "A.-_\"'#;€Ù";
+    QTest::newRow("all others") << R"(a.-_"'#;€ù)"
+                                << R"(A.-_"'#;€Ù)";
 }
 
 void new_site_test::codeTakesNoCharacterThatNamesCannotHold()
@@ -318,7 +318,7 @@ void new_site_test::listShowsNamesAsTheNextStartDoes_data()
     QTest::addRow("code outside the code page") << "Alfa"
                                                 << "Č1";
     QTest::addRow("quoted code") << "Beta"
-                                 << "\"A\"";
+                                 << R"("A")";
 }
 
 void new_site_test::listShowsNamesAsTheNextStartDoes()
@@ -341,7 +341,7 @@ void new_site_test::listShowsNamesAsTheNextStartDoes()
 void new_site_test::listShowsAnEditedNameAsTheNextStartDoes()
 {
     SiteWindow window("[Siti]\r\nA=\"\"Alfa\"\"\r\n[General]\r\nCom=COM2\r\n[A]\r\nSitoAbilitato=1\r\n");
-    QCOMPARE(Rows(window), QStringList({"\"Alfa\" | A | Sì | "}));
+    QCOMPARE(Rows(window), QStringList({R"("Alfa" | A | Sì | )"}));
     const ModalVisit<frmDettaglio> visit([](frmDettaglio& editor) {
         QTest::mouseClick(&SiteWindow::Part<QPushButton>(editor, "OK"), Qt::LeftButton);
     });
