@@ -3,12 +3,25 @@
 #include <QAction>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
+#include <QMimeDatabase>
 
 namespace corvrec
 {
 
 namespace
 {
+
+// Tells types by the names of the files. By itself the chooser reads each file of the folder for its type,
+// and does not come back from one that never ends or never begins.
+class TypesByName : public QFileIconProvider
+{
+public:
+    QString type(const QFileInfo& info) const override
+    {
+        return QMimeDatabase().mimeTypeForFile(info, QMimeDatabase::MatchExtension).comment();
+    }
+};
 
 bool HoldsFiles(const QString& folder)
 {
@@ -34,10 +47,12 @@ std::optional<QString> FolderOf(const QString& text)
 std::optional<QString> ChooseFile(QWidget* parent, const QString& fieldText, const QString& ownDirectory)
 {
     const std::optional<QString> folder = FolderOf(fieldText);
+    TypesByName types; // outlives the chooser
     QFileDialog chooser(parent, {}, folder && HoldsFiles(*folder) ? *folder : ownDirectory);
     chooser.setWindowModality(Qt::WindowModal); // the guide stays usable
     chooser.setAcceptMode(QFileDialog::AcceptOpen);
     chooser.setFileMode(QFileDialog::AnyFile);
+    chooser.setIconProvider(&types);
     // It chooses a name: no file is deleted or renamed here. The option leaves the command for a new folder
     // enabled.
     chooser.setOption(QFileDialog::ReadOnly);

@@ -99,6 +99,7 @@ private slots:
     static void cancellingKeepsTheText();
     static void segmentsOfAWindowsPathAreCapitalised();
     static void filesAreNeitherDeletedNorRenamed();
+    static void filesAreNotReadForTheirType();
 };
 
 void file_chooser_test::folderOfAWindowsName_data()
@@ -322,6 +323,27 @@ void file_chooser_test::filesAreNeitherDeletedNorRenamed()
 
     QCOMPARE(enabled, QStringList());
     QVERIFY(std::filesystem::exists(window.Folder() / "calls.txt"));
+}
+
+// A file of the system (/proc/kmsg) may keep its reader waiting for ever.
+void file_chooser_test::filesAreNotReadForTheirType()
+{
+    BrowseWindow window;
+    std::ofstream(window.Folder() / "immagine") << "\x89PNG\r\n\x1A\n";
+    window.Field("txtDati").setText(ToText(window.Folder() / "immagine"));
+    QString type;
+
+    window.Browse("cmdSfoglia1", [&type](QFileDialog& chooser) {
+        chooser.selectNameFilter(chooser.nameFilters().constLast());
+        auto& files = SiteWindow::Part<QListView>(chooser, "listView");
+        QVERIFY(QTest::qWaitFor([&files] { return files.model()->rowCount(files.rootIndex()) > 0; }));
+        const int typeColumn = 2;
+        type = files.model()->index(0, typeColumn, files.rootIndex()).data().toString();
+        chooser.reject();
+    });
+
+    QVERIFY(!type.isEmpty());
+    QVERIFY2(!type.contains("PNG"), qPrintable(type));
 }
 
 } // namespace corvrec
