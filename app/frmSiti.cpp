@@ -313,7 +313,7 @@ int frmSiti::CurrentRow() const
 // The grid stands on its only row by itself, so that commands never lack a site to act on.
 void frmSiti::SetCurrentRow(int row)
 {
-    ui_->dgrdGrigliaSiti->setCurrentIndex(sites_.index(row, 0));
+    ui_->dgrdGrigliaSiti->MarkRow(row);
 }
 
 void frmSiti::EnableCommands()

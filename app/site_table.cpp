@@ -23,6 +23,16 @@ void SiteTable::FitColumns()
     SetColumnWidths();
 }
 
+void SiteTable::MarkRow(int row)
+{
+    const QModelIndex site = model()->index(row, 0);
+    setCurrentIndex(site);
+    // The scroll bar does not know of new rows before they are laid out.
+    executeDelayedItemsLayout();
+    updateGeometries();
+    scrollTo(site);
+}
+
 void SiteTable::keyboardSearch(const QString& search)
 {
     // The base class searches the column of the current cell.
@@ -81,19 +91,21 @@ void SiteTable::contextMenuEvent(QContextMenuEvent* event)
     emit MenuRequested(isByKey ? belowRow : event->globalPos());
 }
 
-// The name gives way first, then the code, neither below its caption. The last column takes what is left.
+// Where the room is short, name and code give way: the code keeps up to half of what the two have, the name
+// the rest. The last column takes what is left over.
 void SiteTable::SetColumnWidths()
 {
     std::array<int, 4> widths = wishedWidths_;
-    int free = viewport()->width() - std::accumulate(widths.begin(), widths.end(), 0);
-    for (const SiteColumn column : {SiteColumn::name, SiteColumn::code}) {
-        const int caption = horizontalHeader()->sectionSizeHint(static_cast<int>(column));
-        int& width = widths.at(static_cast<std::size_t>(column));
-        const int narrower = std::clamp(width + free, std::min(caption, width), width);
-        free += width - narrower;
-        width = narrower;
+    auto& [name, code, enabled, schedule] = widths;
+    const int room = std::max(viewport()->width() - enabled - schedule, 0);
+    if (name + code > room) {
+        const auto caption = [this](SiteColumn column) {
+            return horizontalHeader()->sectionSizeHint(static_cast<int>(column));
+        };
+        code = std::min(code, std::max({room / 2, room - name, caption(SiteColumn::code)}));
+        name = std::min(name, std::max(room - code, caption(SiteColumn::name)));
     }
-    widths.back() += std::max(free, 0);
+    schedule += std::max(room - name - code, 0);
     for (int column = 0; column < static_cast<int>(widths.size()); ++column)
         setColumnWidth(column, widths.at(static_cast<std::size_t>(column)));
 }

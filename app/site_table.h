@@ -21,6 +21,9 @@ public:
     // Measures every cell. To be called when the rows change; a change of the window's size needs no call.
     void FitColumns();
 
+    // Marks the row and brings it into view whole, also right after the rows have changed.
+    void MarkRow(int row);
+
     // Finds a site by the beginning of its name, whichever column was clicked last.
     void keyboardSearch(const QString& search) override;
 

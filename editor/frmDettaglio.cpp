@@ -210,6 +210,9 @@ void frmDettaglio::MostraDati(std::string_view code)
     ShowRecord(site);
     ui_->txtNomeSito->setText(ToQt(list_.SelectedName()));
     ui_->txtCodice->setText(ToQt(code));
+    // Disabled, they cannot be scrolled: of a long text the beginning is shown.
+    ui_->txtNomeSito->setCursorPosition(0);
+    ui_->txtCodice->setCursorPosition(0);
 }
 
 void frmDettaglio::InitFormDettagli()

@@ -88,8 +88,10 @@ void CheckNumber(std::string_view text)
     Check(value == std::clamp(std::strtod(number.c_str(), nullptr), -most, most),
           "a number is its leading digits");
     Check(LeadingNumber(" \t\n" + std::string(text)) == value, "leading blanks are skipped");
-    for (const char* end : {"x", "e5", " 5", "\t5"})
-        Check(LeadingNumber(number + end) == value, "what does not fit ends the number");
+    for (const char* end : {"x", "e5", " 5", "\t5"}) {
+        const bool endsNumber = !number.empty() || *end == 'x' || *end == 'e'; // blanks in front are skipped
+        Check(!endsNumber || LeadingNumber(number + end) == value, "what does not fit ends the number");
+    }
 
     const std::int32_t whole = LeadingWhole(text);
     const double clamped = std::clamp(value, double{std::numeric_limits<std::int32_t>::min()},

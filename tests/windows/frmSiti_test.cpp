@@ -141,6 +141,8 @@ private slots:
     static void homeAndEndLeadToTheFirstAndTheLastSite();
     static void typingFindsANameWhereverTheMouseHasClicked();
     static void columnsStayInViewWithALongName();
+    static void newRowComesIntoViewWhole();
+    static void longCodeLeavesRoomForTheName();
     static void cutNameShowsItselfAsATip();
 
     static void showsThePathOfTheFile();
@@ -556,6 +558,30 @@ void frmSiti_test::columnsStayInViewWithALongName()
     window.List().resize(2 * width, window.List().height());
     QTRY_COMPARE(window.List().width(), 2 * width);
     QCOMPARE(Grid(window).horizontalHeader()->length(), Grid(window).viewport()->width());
+}
+
+void frmSiti_test::newRowComesIntoViewWhole()
+{
+    std::string sites = "[Siti]\r\n";
+    for (int number = 10; number < 40; ++number)
+        sites += "S" + std::to_string(number) + "=Sito " + std::to_string(number) + "\r\n";
+    SiteWindow window(sites + "[General]\r\nCom=COM2\r\n");
+    for (const char* const code : {"X", "Y"}) {
+        const ModalVisit<frmDettaglio> editor(
+            [code](frmDettaglio& form) { AcceptNewSite(form, code, code); });
+        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
+
+        const QRect row = Grid(window).visualRect(CurrentCell(window));
+        QVERIFY(Grid(window).viewport()->rect().contains(QRect(row.left(), row.top(), 1, row.height())));
+    }
+}
+
+void frmSiti_test::longCodeLeavesRoomForTheName()
+{
+    SiteWindow window("[Siti]\r\n" + std::string(300, 'Z') + "=Sede di Reggio\r\n[General]\r\nCom=COM2\r\n");
+
+    QCOMPARE(Grid(window).horizontalScrollBar()->maximum(), 0);
+    QVERIFY(Grid(window).columnWidth(0) >= std::min(WishedWidth(window, 0), Grid(window).columnWidth(1)));
 }
 
 void frmSiti_test::cutNameShowsItselfAsATip()

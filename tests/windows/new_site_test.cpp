@@ -138,6 +138,7 @@ private slots:
     static void codeTakesNoCharacterThatNamesCannotHold();
     static void deletingCannotBringASemicolonToTheFront();
     static void codeOfAnExistingSiteIsShownAsItIs();
+    static void existingSiteShowsTheBeginningOfItsName();
 
     static void listShowsNamesAsTheNextStartDoes_data();
     static void listShowsNamesAsTheNextStartDoes();
@@ -311,6 +312,16 @@ void new_site_test::codeOfAnExistingSiteIsShownAsItIs()
 
     QCOMPARE(window.File().count("[A[1;]"), 1);
     QVERIFY(window.File().startsWith("[Siti]\r\nA[1;=Alfa\r\n[General]"));
+}
+
+void new_site_test::existingSiteShowsTheBeginningOfItsName()
+{
+    EditorWindow window("[Siti]\r\nA=" + std::string(200, 'x') + "\r\n[General]\r\nCom=COM2\r\n");
+
+    window.Open();
+
+    QCOMPARE(window.Field("txtNomeSito").cursorPosition(), 0);
+    QCOMPARE(window.Field("txtCodice").cursorPosition(), 0);
 }
 
 void new_site_test::listShowsNamesAsTheNextStartDoes_data()

@@ -13,6 +13,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QDebug>
 #include <QLabel>
 #include <QScreen>
 #include <QScrollArea>
@@ -147,7 +148,7 @@ private slots:
         const auto isWithin = [&window] {
             return window.screen()->availableGeometry().contains(window.frameGeometry());
         };
-        QVERIFY2(QTest::qWaitFor(isWithin), QTest::toString(window.frameGeometry()));
+        QVERIFY2(QTest::qWaitFor(isWithin), qPrintable(QDebug::toString(window.frameGeometry())));
     }
 
     static void everyControlIsWholeOrCanBeScrolledTo_data() { AddWindows(); }
