@@ -1,7 +1,6 @@
 #include "widgets/line_edits.h"
 
 #include <QEvent>
-#include <QFocusEvent>
 #include <QFontMetrics>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -81,12 +80,6 @@ PlainEdit::PlainEdit(QWidget* parent)
 {
     setValidator(new Corrector(*this));
     SetColours();
-    // With a selection the style shows the caret, although only the field with the focus has one.
-    connect(this, &QLineEdit::selectionChanged, this, [this] {
-        QFocusEvent leaving(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
-        if (!hasFocus())
-            QLineEdit::focusOutEvent(&leaving);
-    });
 }
 
 void PlainEdit::setWidestText(const QString& text)

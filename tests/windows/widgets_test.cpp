@@ -258,7 +258,6 @@ private slots:
     }
 
     // Captions and windows
-    static void selectionWithoutTheFocusShowsNoCaret();
     void captionsComeByTag();
     void captionsWithoutAUsableTagStay();
     void tabCaptionsComeFromOneText();
@@ -1399,27 +1398,6 @@ void widgets_test::upperCases()
 void widgets_test::wordsEndAtBlanksAndLineEndsOnly()
 {
     QCOMPARE(ProperCasePath("a.b 1c\td\u00a0e-f'g"), QString("A.b 1c\tD\u00a0e-f'g"));
-}
-
-void widgets_test::selectionWithoutTheFocusShowsNoCaret()
-{
-    QWidget window;
-    QVBoxLayout layout(&window);
-    PlainEdit focused;
-    PlainEdit other;
-    layout.addWidget(&focused);
-    layout.addWidget(&other);
-    other.setText("Corvrec.txt");
-    window.show();
-    window.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    focused.setFocus();
-    const QImage before = other.grab().toImage();
-
-    other.selectAll();
-
-    QCOMPARE(other.selectedText(), "Corvrec.txt");
-    QCOMPARE(other.grab().toImage(), before);
 }
 
 } // namespace corvrec
