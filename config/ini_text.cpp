@@ -220,7 +220,7 @@ private:
 struct KeyLine {
     std::size_t begin = 0;
     Span name;
-    Span value; // behind the '=', up to the line end
+    Span value; // after the '=', up to the line end
     std::size_t end = 0;
 };
 
@@ -487,7 +487,7 @@ private:
         lines.erase(first, lines.end());
         ScanKeys(Slice(text.units, section), begin, lines);
 
-        // A value alone renames nothing, nor does what comes behind the last name.
+        // A value alone renames nothing, nor does what comes after the last name.
         const bool namesStand = lines.size() == had || (lines.size() > had && isInLast);
         AddNames(text, section, namesStand ? had : 0, keys);
     }
