@@ -7,7 +7,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 buildPackages=(
     cmake ninja-build g++
     qt6-base-dev qt6-serialport-dev qt6-tools-dev qt6-translations-l10n
-    libgtest-dev libgmock-dev nlohmann-json3-dev
+    libgtest-dev libgmock-dev nlohmann-json3-dev libxcb1-dev
 )
 
 # What bench/ compares with, and measures by.

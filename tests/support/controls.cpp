@@ -1,6 +1,6 @@
 #include "tests/support/controls.h"
 
-#include "tests/support/platform.h"
+#include "tests/support/activation.h"
 #include "widgets/check_list.h"
 
 #include <QAbstractButton>
@@ -13,8 +13,6 @@
 #include <QMouseEvent>
 #include <QTest>
 #include <QWheelEvent>
-
-#include <tuple>
 
 namespace corvrec
 {
@@ -36,31 +34,6 @@ QString MarkedRows(const CheckList& list)
 }
 
 } // namespace
-
-void BringToFront(QWidget& window)
-{
-    // Not qWaitForWindowActive: for that one a dialog is active as soon as its parent is.
-    const auto isActive = [&window] { return QApplication::activeWindow() == &window; };
-    // The X server is heard first: the window was not active for a moment if a list has just been open.
-    QGuiApplication::sync();
-    // Asked for again: a request is lost while the window manager moves the focus from a window that closed.
-    for (int askedMs = 0; !isActive() && askedMs < kActivationMs; askedMs += kActivationMs / 10) {
-        window.activateWindow();
-        std::ignore = QTest::qWaitFor(isActive, kActivationMs / 10);
-    }
-    QVERIFY(isActive());
-    QCoreApplication::processEvents(); // line edits answer the activation by a queued call
-}
-
-void ShowInFrontOf(QWidget& behind, QWidget& dialog)
-{
-    if (!dialog.isVisible()) { // a window manager does not activate a window behind a modal dialog
-        behind.show();
-        BringToFront(behind);
-    }
-    dialog.show();
-    BringToFront(dialog);
-}
 
 void PickRow(QComboBox& list, int row)
 {

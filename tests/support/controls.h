@@ -1,21 +1,16 @@
 #pragma once
 
+#include "tests/support/activation.h"
+
 #include <QPoint>
 #include <QString>
 #include <QStringList>
 
 class QComboBox;
 class QLineEdit;
-class QWidget;
 
 namespace corvrec
 {
-
-// Makes the window the active one, so that the focus really moves in it and its shortcuts work.
-void BringToFront(QWidget& window);
-
-// Opens the dialog where the user stands in the window behind it.
-void ShowInFrontOf(QWidget& behind, QWidget& dialog);
 
 // Picks an entry as a user does at the keyboard: opens the list, goes to the row, presses Enter.
 void PickRow(QComboBox& list, int row);

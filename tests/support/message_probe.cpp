@@ -1,6 +1,6 @@
 #include "tests/support/message_probe.h"
 
-#include "tests/support/platform.h"
+#include "tests/support/activation.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -18,12 +18,6 @@ namespace
 {
 
 std::chrono::milliseconds patience{30000};
-
-// A window manager activates a box after it is shown, and a user answers it then.
-bool IsInFront(const QMessageBox& box)
-{
-    return IsOffscreen() || QApplication::activeWindow() == &box;
-}
 
 // Set on a box as soon as one probe has taken it.
 constexpr const char* kTaken = "taken by a probe";
@@ -136,7 +130,8 @@ bool MessageProbe::eventFilter(QObject* watched, QEvent* event)
 
 void MessageProbe::Meet()
 {
-    if (!QTest::qWaitFor([this] { return !box_ || IsInFront(*box_); }, kActivationMs)) {
+    // A window manager activates a box after it is shown, and a user answers it then.
+    if (!QTest::qWaitFor([this] { return !box_ || IsOffscreen() || IsInFront(*box_); }, kActivationMs)) {
         Dismiss(*box_, QStringLiteral("the message box did not become active"));
         return;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/platform.h"
+#include "tests/support/activation.h"
 
 #include <QApplication>
 #include <QTest>
@@ -39,7 +39,7 @@ private:
             return;
         // The offscreen platform does not bring a dialog that is shown again to the front by itself. A window
         // manager does, and the visit waits for it.
-        if (QApplication::activeWindow() != dialog) {
+        if (!IsInFront(*dialog)) {
             if (!IsOffscreen())
                 return;
             QApplication::setActiveWindow(dialog);

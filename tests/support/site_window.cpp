@@ -1,7 +1,7 @@
 #include "tests/support/site_window.h"
 
 #include "editor/environment.h"
-#include "tests/support/platform.h"
+#include "tests/support/activation.h"
 
 #include <QTest>
 
@@ -26,9 +26,7 @@ SiteWindow::SiteWindow(std::string_view settings, std::optional<std::string_view
     list_->LoadEditor();
     list_->RefreshGrid();
     list_->show();
-    list_->activateWindow();
-    if (!QTest::qWaitForWindowActive(list_.get(), kActivationMs))
-        throw std::runtime_error("the site list did not come to the front");
+    BringToFront(*list_);
 }
 
 SiteWindow::~SiteWindow() = default;

@@ -308,7 +308,7 @@ void guide_test::f1OpensTheChapterOfTheWindow()
 
     QVERIFY(GuideWindow().isVisible());
     QCOMPARE(TopLine(), heading);
-    QTRY_VERIFY_WITH_TIMEOUT(GuideWindow().isActiveWindow(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
     QVERIFY(View().hasFocus());
 }
 
@@ -438,7 +438,7 @@ void guide_test::f1BringsTheGuideBackToTheFront()
     PressF1(program.Editor());
 
     QVERIFY(!GuideWindow().isMinimized());
-    QTRY_VERIFY_WITH_TIMEOUT(GuideWindow().isActiveWindow(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
     QCOMPARE(TopLine(), QString("Scheda File"));
 }
 
@@ -771,7 +771,7 @@ void guide_test::guideOpensNextToTheWindowItExplains()
 
     PressF1(explained);
 
-    QTRY_VERIFY_WITH_TIMEOUT(GuideWindow().isActiveWindow(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
     const QRect frame = GuideWindow().frameGeometry();
     QCOMPARE(explained.frameGeometry().intersects(frame), !hasRoom);
     QCOMPARE(explained.screen()->availableGeometry().united(frame), explained.screen()->availableGeometry());

@@ -1,4 +1,4 @@
-#include "tests/support/platform.h"
+#include "tests/support/activation.h"
 #include "widgets/mask_edit.h"
 
 #include <QApplication>
@@ -31,9 +31,7 @@ public:
         if (!text.isNull())
             box.setText(text);
         window_.show();
-        window_.activateWindow();
-        if (!QTest::qWaitForWindowActive(&window_, kActivationMs))
-            qFatal("the window does not become active");
+        BringToFront(window_);
         other_.setFocus();
     }
 

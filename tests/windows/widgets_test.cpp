@@ -1,7 +1,7 @@
 #include "resources/texts.h"
 #include "tests/support/colours.h"
 #include "tests/support/message_probe.h"
-#include "tests/support/platform.h"
+#include "tests/support/activation.h"
 #include "widgets/check_list.h"
 #include "widgets/dialogs.h"
 #include "widgets/line_edits.h"
@@ -80,9 +80,7 @@ Widget& Tagged(QWidget& parent, const QString& caption, const QString& tag)
 void ShowActive(QWidget& window)
 {
     window.show();
-    window.activateWindow();
-    if (!QTest::qWaitForWindowActive(&window, kActivationMs))
-        qFatal("the window does not become active");
+    BringToFront(window);
 }
 
 void SendWheel(QWidget& widget)
