@@ -257,6 +257,7 @@ void frmSiti::EditNewSite()
     sites_.Append(editor_->Row());
     ui_->dgrdGrigliaSiti->FitColumns();
     EnableCommands();
+    ShowFile();
     sites_.Refresh();
     SetCurrentRow(sites_.rowCount() - 1);
 }
@@ -274,6 +275,7 @@ void frmSiti::cmdRimuovi_Click()
     ui_->dgrdGrigliaSiti->FitColumns();
     environment_.events.Process(std::nullopt);
     EnableCommands();
+    ShowFile();
     sites_.Refresh();
     SetCurrentRow(sites_.rowCount() - 1);
 }
@@ -323,11 +325,16 @@ void frmSiti::EnableCommands()
     ui_->cmdRimuovi->setEnabled(hasSites);
 }
 
-// The editor does not report a write that fails, so the list says beforehand that all will fail.
+// Nothing reports a write that fails, or a site that the list has no room for at the next start: they are
+// said here, before they surprise anybody.
 void frmSiti::ShowFile()
 {
     const QString path = ShownPath(environment_.directory / "Corvrec.ini");
-    const QString note = environment_.settings.IsWritable() ? QString() : " – " + Text(text::readOnly);
+    QString note;
+    if (!environment_.settings.IsWritable())
+        note += " – " + Text(text::readOnly);
+    if (!ListHolds(sites_.Rows()))
+        note += " – " + Text(text::listFull);
     const QFontMetrics metrics = ui_->lblFile->fontMetrics();
     const int room = ui_->lblFile->width() - metrics.horizontalAdvance(note);
     ui_->lblFile->setText(metrics.elidedText(path, Qt::ElideMiddle, room) + note);

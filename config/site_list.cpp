@@ -88,6 +88,14 @@ std::vector<ListedSite> ListSites(ProfileFile& file)
     return listed;
 }
 
+bool ListHolds(std::span<const SiteRow> sites)
+{
+    std::size_t length = 0;
+    for (const SiteRow& site : sites)
+        length += Cp1252FromUtf8(site.code).size() + 1;
+    return length <= kListSize - 2; // the read ends a list that it cuts with two NULs
+}
+
 // By way of a file with nothing else in it, so that the rules are the file's.
 std::string ListedName(std::string_view name)
 {

@@ -37,6 +37,9 @@ std::vector<std::string> SplitKeys(std::string_view keys);
 // rely on), so a long list loses its last sites.
 std::vector<ListedSite> ListSites(ProfileFile& file);
 
+// Whether the next ListSites will still list all of these sites: their codes have room in the key list.
+bool ListHolds(std::span<const SiteRow> sites);
+
 // The name that the list shows for a site which is saved with this one and then read again: characters that
 // the file cannot hold are '?', blanks and a pair of quotes at the ends are gone.
 std::string ListedName(std::string_view name);

@@ -1,6 +1,8 @@
 #include "help/guide_view.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QEvent>
+#include <QPalette>
 #include <QScrollBar>
 #include <QTextBlock>
 #include <QTextList>
@@ -8,6 +10,7 @@
 #include <QtMath>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace corvrec
 {
@@ -30,6 +33,18 @@ QString AnchorOf(const QString& heading)
             anchor.append(character);
     }
     return anchor;
+}
+
+// The link colour, made lighter or darker until it can be read on the background: a desktop that sets dark
+// colours without a link colour leaves Qt's dark blue.
+QColor ReadableLink(const QPalette& palette)
+{
+    constexpr int leastDifference = 100; // of greys from 0 to 255
+    const int background = qGray(palette.color(QPalette::Base).rgb());
+    QColor link = palette.color(QPalette::Link);
+    for (int step = 0; step < 10 && std::abs(qGray(link.rgb()) - background) < leastDifference; ++step)
+        link = background < 128 ? link.lighter(130) : link.darker(130);
+    return link;
 }
 
 // The heading's block; none for an anchor of no heading.
@@ -55,6 +70,7 @@ GuideView::GuideView(QWidget* parent)
     });
     setSource(QUrl("qrc:/guida/guida.md"), QTextDocument::MarkdownResource);
     SpaceBlocks();
+    ColourLinks();
     DrawTables();
     LoadPictures();
 }
@@ -111,6 +127,13 @@ bool GuideView::Find(const QString& text, QTextDocument::FindFlags direction)
 }
 
 // What was on top stays there, whatever the new width makes of the lines and the pictures above.
+void GuideView::changeEvent(QEvent* event)
+{
+    QTextBrowser::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        ColourLinks();
+}
+
 void GuideView::resizeEvent(QResizeEvent* event)
 {
     const int top = TopPosition();
@@ -145,6 +168,24 @@ void GuideView::SpaceBlocks()
             format.setBottomMargin(line / 2.0);
         }
         cursor.setBlockFormat(format);
+    }
+}
+
+void GuideView::ColourLinks()
+{
+    QTextCharFormat format;
+    format.setForeground(ReadableLink(palette()));
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            const QTextFragment text = part.fragment();
+            if (!text.charFormat().isAnchor() || text.charFormat().foreground() == format.foreground())
+                continue;
+            QTextCursor cursor(document());
+            cursor.setPosition(text.position());
+            cursor.setPosition(text.position() + text.length(), QTextCursor::KeepAnchor);
+            cursor.mergeCharFormat(format);
+            part = block.begin(); // the change made new fragments
+        }
     }
 }
 

@@ -33,9 +33,11 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void SpaceBlocks();
+    void ColourLinks();
     void DrawTables();
     void LoadPictures();
     void FitPictures();

@@ -813,6 +813,10 @@
         <source></source>
         <translation>Carattere Xoff</translation>
     </message>
+    <message id="20022">
+        <source></source>
+        <translation>elenco pieno: al prossimo avvio mancheranno gli ultimi siti</translation>
+    </message>
     <message id="20101">
         <source></source>
         <translation>Apre i dati di un sito nuovo, già abilitato.</translation>

@@ -135,6 +135,7 @@ inline constexpr TextId xonIsControl{20018};
 inline constexpr TextId xoffIsControl{20019};
 inline constexpr TextId xonCharacter{20020};
 inline constexpr TextId xoffCharacter{20021};
+inline constexpr TextId listFull{20022};
 
 } // namespace text
 

@@ -1,3 +1,4 @@
+#include "config/code_page.h"
 #include "config/site_list.h"
 #include "tests/support/noting_profile_file.h"
 #include "tests/support/settings_file.h"
@@ -15,6 +16,13 @@ namespace
 
 using namespace std::string_literals;
 using testing::ElementsAre;
+
+SiteRow Row(std::string_view code)
+{
+    SiteRow row;
+    row.code = code;
+    return row;
+}
 
 // The only site of a file, with this line in its section.
 ListedSite SiteWith(const std::string& line)
@@ -126,6 +134,24 @@ TEST(ListSites, ANameThatJustLosesItsNulIsNoSite)
 
     EXPECT_EQ(ListSites(*lost).size(), 99U);
     EXPECT_EQ(ListSites(*kept).back().code, "FI");
+}
+
+TEST(ListHolds, CodesThatAreAllListedAtTheNextStart)
+{
+    std::string bytes = "[Siti]\r\n";
+    std::vector<SiteRow> rows;
+    for (int i = 0; i < 99; ++i) {
+        rows.push_back(Row("S" + std::to_string(100 + i)));
+        bytes += rows.back().code + "=Sito\r\n";
+    }
+    for (const std::string_view last : {"F", "FI", "FIN", "FINE", "\u00C0\u00C0", "\u00C0\u00C0\u00C0"}) {
+        SettingsFile file(bytes + Cp1252FromUtf8(last) + "=Ultimo\r\n");
+        rows.push_back(Row(last));
+
+        EXPECT_EQ(ListHolds(rows), ListSites(*file).size() == 100) << last;
+
+        rows.pop_back();
+    }
 }
 
 TEST(ListSites, EveryReadHasABufferOf500)

@@ -147,6 +147,8 @@ private slots:
 
     static void showsThePathOfTheFile();
     static void showsThatTheFileCannotBeWritten();
+    static void showsThatTheListIsFull();
+    static void codeIsNoLongerThanTheListCanRead();
 
     static void contextMenuOffersTheCommands();
     static void contextMenuWithoutASiteOnlyAdds();
@@ -630,6 +632,44 @@ void frmSiti_test::showsThatTheFileCannotBeWritten()
 
     QVERIFY(file.text().endsWith(" – sola lettura"));
     QVERIFY(file.fontMetrics().horizontalAdvance(file.text()) <= file.width());
+}
+
+void frmSiti_test::showsThatTheListIsFull()
+{
+    const std::string longCode(493, 'L'); // and its NUL, of 498 bytes
+    SiteWindow window(SettingsWith({longCode}));
+    const auto& file = SiteWindow::Part<QLabel>(window.List(), "lblFile");
+
+    const auto add = [&window](const char* code) {
+        const ModalVisit<frmDettaglio> editor(
+            [code](frmDettaglio& form) { AcceptNewSite(form, code, code); });
+        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
+    };
+
+    add("ABC");
+    QVERIFY(!file.text().contains("elenco pieno"));
+
+    add("D");
+    QVERIFY(file.text().endsWith(" – elenco pieno: al prossimo avvio mancheranno gli ultimi siti"));
+    QVERIFY(file.fontMetrics().horizontalAdvance(file.text()) <= file.width());
+
+    MessageProbe question(QString("Sì"));
+    QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
+    QVERIFY(!file.text().contains("elenco pieno"));
+}
+
+// A longer one would be gone from the list at the next start.
+void frmSiti_test::codeIsNoLongerThanTheListCanRead()
+{
+    SiteWindow window(SettingsWith({}));
+    const ModalVisit<frmDettaglio> editor(
+        [](frmDettaglio& form) { AcceptNewSite(form, "Sede", QString(600, 'C')); });
+
+    QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
+
+    SiteWindow next(window.File().toStdString());
+    QCOMPARE(Codes(next), QStringList({QString(497, 'C')}));
+    QCOMPARE(Codes(window), Codes(next));
 }
 
 void frmSiti_test::contextMenuOffersTheCommands()

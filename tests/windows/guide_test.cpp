@@ -272,6 +272,7 @@ private slots:
     static void guideOpensNextToTheWindowItExplains_data();
     static void guideOpensNextToTheWindowItExplains();
     static void picturesAreNotEnlarged();
+    static void linksCanBeReadOnADarkBackground();
 };
 
 void guide_test::f1OpensTheChapterOfTheWindow_data()
@@ -779,6 +780,27 @@ void guide_test::guideOpensNextToTheWindowItExplains()
 }
 
 // Run on a screen of 200 %, too.
+// As on a desktop that sets dark colours, but no colour of links.
+void guide_test::linksCanBeReadOnADarkBackground()
+{
+    GuideView view;
+    QPalette dark = view.palette();
+    dark.setColor(QPalette::Base, Qt::black);
+    dark.setColor(QPalette::Text, Qt::white);
+    dark.setColor(QPalette::Link, Qt::blue);
+
+    view.setPalette(dark);
+
+    int links = 0;
+    ForEachFragment(*view.document(), [&links](const QTextBlock&, const QTextFragment& part) {
+        if (!part.charFormat().isAnchor())
+            return;
+        ++links;
+        QVERIFY(qGray(part.charFormat().foreground().color().rgb()) >= 100);
+    });
+    QVERIFY(links > 10);
+}
+
 void guide_test::picturesAreNotEnlarged()
 {
     frmGuida window;

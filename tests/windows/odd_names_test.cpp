@@ -551,7 +551,7 @@ void Editing::CompareField(frmDettaglio& form, const char* field, const char* ke
 void Editing::LookAtIt()
 {
     QCOMPARE(ListedSites(*window_.Settings()), ListedSites(profile_)); // also of the next start
-    // A code that is longer than the whole list may be is written, and not listed again.
+    // A code for which the list has no room beside the other two is written, and not listed again.
     if (held_.at("txtCodice").size() < kLongestCode)
         QCOMPARE(ListedSites(window_.List()), ListedSites(profile_));
     const QByteArray before = window_.File();
