@@ -1,7 +1,7 @@
 // Replies of each model decoded; allocations are counted, since the fields are views into the reply.
 #include "bench/allocations.h"
-#include "comm/buffer_device.h"
-#include "comm/buffer_status.h"
+#include "core/device/buffer_device.h"
+#include "core/device/buffer_status.h"
 
 #include <atomic>
 #include <benchmark/benchmark.h>

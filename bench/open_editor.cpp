@@ -1,13 +1,13 @@
 // Time from the click on Proprietà to the painted editor, with as many sites as the argument says.
 #include "app/frmSiti.h"
 #include "bench/sites_file.h"
-#include "comm/qt_event_pump.h"
-#include "comm/qt_serial_port.h"
-#include "config/clock.h"
-#include "config/profile_file.h"
-#include "editor/environment.h"
-#include "editor/frmDettaglio.h"
-#include "resources/texts.h"
+#include "ui/buffer/qt_event_pump.h"
+#include "ui/buffer/qt_serial_port.h"
+#include "core/clock.h"
+#include "core/file/profile_file.h"
+#include "ui/editor/environment.h"
+#include "ui/editor/frmDettaglio.h"
+#include "ui/widgets/texts.h"
 
 #include <QApplication>
 #include <QMouseEvent>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "bench/sites_file.h"
-#include "config/profile_file.h"
+#include "core/file/profile_file.h"
 
 #include <QSettings>
 

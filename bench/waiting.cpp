@@ -1,11 +1,11 @@
 // What a wait for a device costs: processor time while the device is silent, and the delay from the last byte
 // of a reply to the return of the wait. Each beside a loop that never rests. Over a pseudo-terminal, with the
 // real port.
-#include "comm/event_pump.h"
-#include "comm/modComExtension.h"
-#include "comm/qt_event_pump.h"
-#include "comm/qt_serial_port.h"
-#include "config/clock.h"
+#include "core/device/event_pump.h"
+#include "core/device/modComExtension.h"
+#include "ui/buffer/qt_event_pump.h"
+#include "ui/buffer/qt_serial_port.h"
+#include "core/clock.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -2,10 +2,10 @@
 //
 // Input: the computer's date as a number, '|', and the reply: "20261121|...".
 
-#include "comm/buffer_status.h"
+#include "core/device/buffer_status.h"
 
-#include "comm/buffer_device.h"
-#include "config/code_page.h"
+#include "core/device/buffer_device.h"
+#include "core/file/code_page.h"
 #include "fuzz/check.h"
 #include "fuzz/fields.h"
 

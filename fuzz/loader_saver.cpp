@@ -4,11 +4,11 @@
 // Input: the site's code, its name and the file's bytes, separated by '|':
 // "A|Uno|[Siti]\nA=Uno\n[A]\nBaud=9600".
 
-#include "config/code_page.h"
-#include "config/section.h"
-#include "config/site_list.h"
-#include "config/site_loader.h"
-#include "config/site_saver.h"
+#include "core/file/code_page.h"
+#include "core/file/section.h"
+#include "core/site/site_list.h"
+#include "core/site/site_loader.h"
+#include "core/site/site_saver.h"
 #include "fuzz/check.h"
 #include "fuzz/fields.h"
 #include "fuzz/reference_profile.h"

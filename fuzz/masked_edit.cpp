@@ -6,7 +6,7 @@
 
 #include "fuzz/check.h"
 #include "fuzz/fields.h"
-#include "widgets/masked_text.h"
+#include "core/masked_text.h"
 
 #include <algorithm>
 #include <string>

@@ -2,9 +2,9 @@
 //
 // Input: the bytes of modem.dat.
 
-#include "config/modem_catalogue.h"
+#include "core/site/modem_catalogue.h"
 
-#include "config/code_page.h"
+#include "core/file/code_page.h"
 #include "fuzz/check.h"
 
 #include <cstddef>

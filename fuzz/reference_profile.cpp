@@ -1,6 +1,6 @@
 #include "fuzz/reference_profile.h"
 
-#include "config/code_page.h"
+#include "core/file/code_page.h"
 
 #include <algorithm>
 #include <vector>

@@ -3,10 +3,10 @@
 //
 // Input: a stored value, '|', and what stands in a field: "3600|08:30".
 
-#include "config/code_page.h"
-#include "config/conversions.h"
-#include "config/section.h"
-#include "config/site_loader.h"
+#include "core/file/code_page.h"
+#include "core/site/conversions.h"
+#include "core/file/section.h"
+#include "core/site/site_loader.h"
 #include "fuzz/check.h"
 #include "fuzz/fields.h"
 #include "fuzz/text_profile.h"

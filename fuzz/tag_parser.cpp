@@ -3,7 +3,7 @@
 // Input: the tag in UTF-8.
 
 #include "fuzz/check.h"
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "config/ini_text.h"
-#include "config/profile_file.h"
+#include "core/file/ini_text.h"
+#include "core/file/profile_file.h"
 
 #include <optional>
 #include <string>

@@ -25,8 +25,8 @@ function(man_page source directory)
   compress("${root}/share/man/${directory}/${name}")
 endfunction()
 
-man_page(app/corvrec-config.1 man1)
-man_page(app/corvrec-config.it.1 it/man1)
+man_page(src/app/corvrec-config.1 man1)
+man_page(src/app/corvrec-config.it.1 it/man1)
 man_page(tools/lab/corvrec-lab.1 man1)
 
 include("${packaging}/bill_of_materials.cmake")

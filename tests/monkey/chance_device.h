@@ -1,7 +1,7 @@
 #pragma once
 
-#include "comm/event_pump.h"
-#include "comm/serial_port.h"
+#include "core/device/event_pump.h"
+#include "core/device/serial_port.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/odd_texts.h"
 

@@ -1,8 +1,8 @@
 // Hands that know nothing of the program drive all of its windows: the settings file has to survive, and
 // Escape has to lead back to the site list from everywhere.
 #include "app/frmSiti.h"
-#include "editor/frmDettaglio.h"
-#include "resources/texts.h"
+#include "ui/editor/frmDettaglio.h"
+#include "ui/widgets/texts.h"
 #include "tests/monkey/chance_device.h"
 #include "tests/monkey/monkey.h"
 #include "tests/monkey/watched_file.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/profile_file.h"
+#include "core/file/profile_file.h"
 #include "tests/support/reference_profile.h"
 
 #include <QString>

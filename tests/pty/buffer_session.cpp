@@ -1,10 +1,10 @@
 #include "tests/pty/buffer_session.h"
 
-#include "editor/environment.h"
-#include "editor/frmDettaglio.h"
+#include "ui/editor/environment.h"
+#include "ui/editor/frmDettaglio.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/site_window.h"
-#include "widgets/mask_edit.h"
+#include "ui/widgets/mask_edit.h"
 
 #include <QPushButton>
 #include <QTest>

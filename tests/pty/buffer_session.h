@@ -1,9 +1,9 @@
 #pragma once
 
 #include "app/frmSiti.h"
-#include "comm/frmConnessione.h"
-#include "comm/frmSX.h"
-#include "comm/qt_serial_port.h"
+#include "ui/buffer/frmConnessione.h"
+#include "ui/buffer/frmSX.h"
+#include "ui/buffer/qt_serial_port.h"
 #include "tests/support/settings_file.h"
 #include "tests/support/unanswered_boxes.h"
 

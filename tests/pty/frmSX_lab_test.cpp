@@ -1,5 +1,5 @@
 // The buffer window against every device of the laboratory, in time that the test moves.
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/pty/lab_world.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"

@@ -1,7 +1,7 @@
 // The buffer window in real time, as a user has it.
-#include "comm/qt_event_pump.h"
-#include "config/clock.h"
-#include "resources/texts.h"
+#include "ui/buffer/qt_event_pump.h"
+#include "core/clock.h"
+#include "ui/widgets/texts.h"
 #include "tests/pty/buffer_session.h"
 #include "tests/pty/running_lab.h"
 #include "tests/support/message_probe.h"

@@ -1,5 +1,5 @@
 // Devices that do their worst, and users who leave at the worst moment.
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/pty/lab_world.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/heap.h"

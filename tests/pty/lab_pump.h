@@ -1,6 +1,6 @@
 #pragma once
 
-#include "comm/event_pump.h"
+#include "core/device/event_pump.h"
 #include "tests/pty/noting_device.h"
 #include "tests/support/fake_clock.h"
 #include "tools/lab/laboratory.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "comm/frmSX.h"
+#include "ui/buffer/frmSX.h"
 #include "tests/pty/buffer_session.h"
 #include "tests/pty/lab_pump.h"
 #include "tests/support/fake_clock.h"

@@ -1,5 +1,5 @@
-#include "comm/qt_event_pump.h"
-#include "config/clock.h"
+#include "ui/buffer/qt_event_pump.h"
+#include "core/clock.h"
 #include "tests/support/patience.h"
 
 #include <QSignalSpy>

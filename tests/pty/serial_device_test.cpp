@@ -1,10 +1,10 @@
 // The real port and what it asks of the system: which device it opens, who else uses it, how the line is set.
 // Most tests hold the other side of a pseudo-terminal themselves; what they see there are the settings of the
 // editor's side.
-#include "comm/buffer_device.h"
-#include "comm/qt_serial_port.h"
-#include "comm/serial_device.h"
-#include "config/clock.h"
+#include "core/device/buffer_device.h"
+#include "ui/buffer/qt_serial_port.h"
+#include "ui/buffer/serial_device.h"
+#include "core/clock.h"
 #include "tests/pty/running_lab.h"
 #include "tools/lab/pty.h"
 

@@ -1,8 +1,8 @@
 #include "tests/reliability/site_change.h"
 
-#include "config/section.h"
-#include "config/site_list.h"
-#include "config/site_saver.h"
+#include "core/file/section.h"
+#include "core/site/site_list.h"
+#include "core/site/site_saver.h"
 #include "tests/reliability/ini_lines.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/settings_file.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/profile_file.h"
+#include "core/file/profile_file.h"
 #include "tests/support/probed_calls.h"
 
 #include <cstddef>

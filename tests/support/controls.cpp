@@ -1,7 +1,7 @@
 #include "tests/support/controls.h"
 
 #include "tests/support/activation.h"
-#include "widgets/check_list.h"
+#include "ui/widgets/check_list.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/clock.h"
+#include "core/clock.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "comm/serial_port.h"
-#include "config/clock.h"
+#include "core/device/serial_port.h"
+#include "core/clock.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "tests/support/listed_sites.h"
 
 #include "app/frmSiti.h"
-#include "config/site_list.h"
+#include "core/site/site_list.h"
 #include "tests/support/page_text.h"
 #include "tests/support/reference_profile.h"
 

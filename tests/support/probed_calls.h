@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/posix_calls.h"
+#include "core/file/posix_calls.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/site_record.h"
+#include "core/site/site_record.h"
 
 namespace corvrec
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "comm/event_pump.h"
-#include "comm/modComExtension.h"
+#include "core/device/event_pump.h"
+#include "core/device/modComExtension.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/scripted_pump.h"

@@ -1,6 +1,6 @@
 #include "tests/support/site_window.h"
 
-#include "editor/environment.h"
+#include "ui/editor/environment.h"
 #include "tests/support/activation.h"
 
 #include <QTest>

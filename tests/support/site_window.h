@@ -1,10 +1,10 @@
 #pragma once
 
 #include "app/frmSiti.h"
-#include "comm/qt_event_pump.h"
-#include "comm/serial_port.h"
-#include "config/posix_calls.h"
-#include "editor/frmDettaglio.h"
+#include "ui/buffer/qt_event_pump.h"
+#include "core/device/serial_port.h"
+#include "core/file/posix_calls.h"
+#include "ui/editor/frmDettaglio.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/settings_file.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "resources/text_ids.h"
+#include "core/text_ids.h"
 
 #include <string>
 

@@ -1,5 +1,5 @@
-#include "comm/buffer_device.h"
-#include "comm/serial_port.h"
+#include "core/device/buffer_device.h"
+#include "core/device/serial_port.h"
 #include "tests/support/serial_line.h"
 
 #include <cstddef>

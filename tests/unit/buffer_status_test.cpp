@@ -1,4 +1,4 @@
-#include "comm/buffer_status.h"
+#include "core/device/buffer_status.h"
 #include "tests/support/string_table.h"
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "config/clock.h"
+#include "core/clock.h"
 #include "tests/support/fake_clock.h"
 
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "config/code_page.h"
+#include "core/file/code_page.h"
 
 #include <gtest/gtest.h>
 #include <ostream>

@@ -1,4 +1,4 @@
-#include "config/conversions.h"
+#include "core/site/conversions.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "config/ini_text.h"
+#include "core/file/ini_text.h"
 
 #include <array>
 #include <gtest/gtest.h>

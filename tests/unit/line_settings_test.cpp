@@ -1,4 +1,4 @@
-#include "comm/line_settings.h"
+#include "core/device/line_settings.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What reading takes of the heap at most, whatever a file holds. Counted in bytes, so no figure depends on
 // time.
-#include "config/ini_text.h"
-#include "config/modem_catalogue.h"
+#include "core/file/ini_text.h"
+#include "core/site/modem_catalogue.h"
 #include "tests/support/settings_file.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
-#include "comm/buffer_device.h"
-#include "comm/modComExtension.h"
-#include "comm/modem_session.h"
-#include "comm/serial_port.h"
+#include "core/device/buffer_device.h"
+#include "core/device/modComExtension.h"
+#include "core/device/modem_session.h"
+#include "core/device/serial_port.h"
 #include "tests/support/serial_line.h"
 
 #include <algorithm>

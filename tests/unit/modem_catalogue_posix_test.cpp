@@ -1,4 +1,4 @@
-#include "config/modem_catalogue.h"
+#include "core/site/modem_catalogue.h"
 #include "tests/support/settings_file.h"
 
 #include <filesystem>

@@ -1,6 +1,6 @@
-#include "comm/modem_session.h"
-#include "comm/serial_port.h"
-#include "config/code_page.h"
+#include "core/device/modem_session.h"
+#include "core/device/serial_port.h"
+#include "core/file/code_page.h"
 #include "tests/support/serial_line.h"
 
 #include <gmock/gmock.h>

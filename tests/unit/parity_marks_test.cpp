@@ -1,4 +1,4 @@
-#include "comm/parity_marks.h"
+#include "core/device/parity_marks.h"
 
 #include <gtest/gtest.h>
 #include <string>

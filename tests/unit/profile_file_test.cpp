@@ -1,4 +1,4 @@
-#include "config/profile_file.h"
+#include "core/file/profile_file.h"
 #include "tests/support/settings_file.h"
 
 #include <array>

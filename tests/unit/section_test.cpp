@@ -1,4 +1,4 @@
-#include "config/section.h"
+#include "core/file/section.h"
 #include "tests/support/noting_profile_file.h"
 #include "tests/support/settings_file.h"
 

@@ -1,5 +1,5 @@
-#include "config/code_page.h"
-#include "config/site_list.h"
+#include "core/file/code_page.h"
+#include "core/site/site_list.h"
 #include "tests/support/noting_profile_file.h"
 #include "tests/support/settings_file.h"
 

@@ -1,4 +1,4 @@
-#include "config/site_loader.h"
+#include "core/site/site_loader.h"
 #include "tests/support/noting_profile_file.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/settings_file.h"

@@ -1,5 +1,5 @@
-#include "config/site_loader.h"
-#include "config/site_saver.h"
+#include "core/site/site_loader.h"
+#include "core/site/site_saver.h"
 #include "tests/support/noting_profile_file.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/settings_file.h"

@@ -1,11 +1,11 @@
 // Every window by keyboard alone, and as a screen reader sees it.
-#include "config/code_tables.h"
-#include "help/guide.h"
-#include "resources/texts.h"
+#include "core/site/code_tables.h"
+#include "ui/help/guide.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
-#include "widgets/check_list.h"
+#include "ui/widgets/check_list.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>

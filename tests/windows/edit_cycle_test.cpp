@@ -1,14 +1,14 @@
 // A technician's session from the list to the file: what is typed and clicked against the bytes that are
 // left.
-#include "editor/frmFileAvanzate.h"
-#include "editor/frmModem.h"
-#include "editor/frmTrasfAvanzate.h"
-#include "resources/texts.h"
+#include "ui/editor/frmFileAvanzate.h"
+#include "ui/editor/frmModem.h"
+#include "ui/editor/frmTrasfAvanzate.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/site_window.h"
-#include "widgets/check_list.h"
-#include "widgets/mask_edit.h"
+#include "ui/widgets/check_list.h"
+#include "ui/widgets/mask_edit.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,11 +1,11 @@
-#include "editor/file_chooser.h"
-#include "resources/texts.h"
+#include "ui/editor/file_chooser.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/patience.h"
 #include "tests/support/vectors.h"
-#include "widgets/paths.h"
+#include "ui/widgets/paths.h"
 
 #include <QAction>
 #include <QDir>

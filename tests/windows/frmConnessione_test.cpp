@@ -1,5 +1,5 @@
-#include "comm/frmConnessione.h"
-#include "resources/texts.h"
+#include "ui/buffer/frmConnessione.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/patience.h"

@@ -1,7 +1,7 @@
 // The editor's buffer button: what of the site reaches the buffer window.
-#include "comm/frmConnessione.h"
-#include "comm/frmSX.h"
-#include "resources/texts.h"
+#include "ui/buffer/frmConnessione.h"
+#include "ui/buffer/frmSX.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/fake_port.h"

@@ -1,5 +1,5 @@
-#include "editor/frmTrasfAvanzate.h"
-#include "resources/texts.h"
+#include "ui/editor/frmTrasfAvanzate.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"

@@ -1,9 +1,9 @@
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/vectors.h"
-#include "widgets/check_list.h"
-#include "widgets/mask_edit.h"
+#include "ui/widgets/check_list.h"
+#include "ui/widgets/mask_edit.h"
 
 #include <QTest>
 

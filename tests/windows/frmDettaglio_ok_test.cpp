@@ -1,12 +1,12 @@
-#include "editor/site_list_view.h"
-#include "resources/texts.h"
+#include "ui/editor/site_list_view.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/vectors.h"
-#include "widgets/check_list.h"
-#include "widgets/mask_edit.h"
+#include "ui/widgets/check_list.h"
+#include "ui/widgets/mask_edit.h"
 
 #include <QPushButton>
 #include <QTest>

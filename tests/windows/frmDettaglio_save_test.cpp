@@ -1,11 +1,11 @@
-#include "editor/frmFileAvanzate.h"
-#include "editor/frmTrasfAvanzate.h"
-#include "resources/texts.h"
+#include "ui/editor/frmFileAvanzate.h"
+#include "ui/editor/frmTrasfAvanzate.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
-#include "widgets/check_list.h"
-#include "widgets/mask_edit.h"
+#include "ui/widgets/check_list.h"
+#include "ui/widgets/mask_edit.h"
 
 #include <QPushButton>
 #include <QTest>

@@ -1,5 +1,5 @@
-#include "editor/frmFileAvanzate.h"
-#include "resources/texts.h"
+#include "ui/editor/frmFileAvanzate.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"

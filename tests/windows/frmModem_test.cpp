@@ -1,5 +1,5 @@
-#include "editor/frmModem.h"
-#include "resources/texts.h"
+#include "ui/editor/frmModem.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/heap.h"

@@ -1,5 +1,5 @@
 // The clock button of the buffer window.
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"

@@ -1,5 +1,5 @@
 // Leaving the buffer window: by its button, by Escape, by the frame, at the end of the session.
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/message_probe.h"
 

@@ -1,5 +1,5 @@
 // The status button of the buffer window, for a device that is reached by modem.
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/message_probe.h"
 

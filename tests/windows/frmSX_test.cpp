@@ -1,5 +1,5 @@
 // The buffer window before anything is asked: its texts, its fields, its port.
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 

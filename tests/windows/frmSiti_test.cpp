@@ -1,4 +1,4 @@
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"

@@ -1,17 +1,17 @@
 // F1 in every window, and the guide that it opens.
-#include "comm/buffer_device.h"
-#include "help/frmGuida.h"
-#include "help/guide.h"
-#include "help/guide_view.h"
-#include "resources/texts.h"
+#include "core/device/buffer_device.h"
+#include "ui/help/frmGuida.h"
+#include "ui/help/guide.h"
+#include "ui/help/guide_view.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/patience.h"
-#include "widgets/dialogs.h"
-#include "widgets/messages.h"
+#include "ui/widgets/dialogs.h"
+#include "ui/widgets/messages.h"
 
 #include <QAbstractItemView>
 #include <QDir>
@@ -546,7 +546,7 @@ void guide_test::everyTextThatCodeShowsStandsInTheGuide()
     const GuideView view;
     const QString guide = view.toPlainText().simplified();
     int count = 0;
-    ForEachMatch(R"(TextId (\w+)\{(\d+)\};)", Source("resources/text_ids.h"),
+    ForEachMatch(R"(TextId (\w+)\{(\d+)\};)", Source("src/core/text_ids.h"),
                  [&](const QRegularExpressionMatch& id) {
                      if (id.captured(1).endsWith("Help"))
                          return;

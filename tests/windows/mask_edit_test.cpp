@@ -1,5 +1,5 @@
 #include "tests/support/activation.h"
-#include "widgets/mask_edit.h"
+#include "ui/widgets/mask_edit.h"
 
 #include <QApplication>
 #include <QClipboard>

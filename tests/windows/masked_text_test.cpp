@@ -1,4 +1,4 @@
-#include "widgets/masked_text.h"
+#include "core/masked_text.h"
 
 #include <QFile>
 #include <QJsonArray>

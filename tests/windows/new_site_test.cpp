@@ -1,8 +1,8 @@
 // Where a new site starts from, and which names and codes it may have.
-#include "editor/frmFileAvanzate.h"
-#include "editor/frmModem.h"
-#include "editor/frmTrasfAvanzate.h"
-#include "resources/texts.h"
+#include "ui/editor/frmFileAvanzate.h"
+#include "ui/editor/frmModem.h"
+#include "ui/editor/frmTrasfAvanzate.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"

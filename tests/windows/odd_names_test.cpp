@@ -1,10 +1,10 @@
 // Names, codes, paths and numbers as nobody types them, through every field of the editor and its dialogs,
 // against the profile functions told a second time.
-#include "comm/modComExtension.h"
-#include "comm/modem_session.h"
-#include "editor/frmFileAvanzate.h"
-#include "editor/frmModem.h"
-#include "resources/texts.h"
+#include "core/device/modComExtension.h"
+#include "core/device/modem_session.h"
+#include "ui/editor/frmFileAvanzate.h"
+#include "ui/editor/frmModem.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/listed_sites.h"

@@ -1,5 +1,5 @@
 // A disk that refuses every write: the windows tell nothing of it and go on as if it had taken them.
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"

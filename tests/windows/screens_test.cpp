@@ -1,15 +1,15 @@
 // Each window on a screen of a given size: as large as it needs, nothing outside, nothing that cannot be
 // reached. CORVREC_SCREEN gives the size, for example 1024x600, and CORVREC_FONT the size of letters in
 // percent; on a real X server the screen is as it is.
-#include "config/code_tables.h"
-#include "editor/frmFileAvanzate.h"
-#include "editor/frmModem.h"
-#include "editor/frmTrasfAvanzate.h"
-#include "resources/texts.h"
+#include "core/site/code_tables.h"
+#include "ui/editor/frmFileAvanzate.h"
+#include "ui/editor/frmModem.h"
+#include "ui/editor/frmTrasfAvanzate.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
-#include "widgets/dialogs.h"
+#include "ui/widgets/dialogs.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

@@ -1,8 +1,8 @@
 // The program's run from its start to its end, over good, bad and missing files.
 #include "app/start_up.h"
-#include "editor/environment.h"
-#include "editor/frmFileAvanzate.h"
-#include "editor/frmModem.h"
+#include "ui/editor/environment.h"
+#include "ui/editor/frmFileAvanzate.h"
+#include "ui/editor/frmModem.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/patience.h"

@@ -1,4 +1,4 @@
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 
 #include <QCoreApplication>
 #include <QDirIterator>
@@ -110,7 +110,7 @@ void texts_test::noIdIsTooManyOrTooFew()
 
 void texts_test::idsThatCodeNamesHaveATextEach()
 {
-    const QString header = QString::fromUtf8(Bytes(SourceFile("resources/text_ids.h")));
+    const QString header = QString::fromUtf8(Bytes(SourceFile("src/core/text_ids.h")));
     auto names = QRegularExpression(R"(TextId (\w+)\{(\d+)\};)").globalMatch(header);
 
     int count = 0;

@@ -1,14 +1,14 @@
-#include "resources/texts.h"
+#include "ui/widgets/texts.h"
 #include "tests/support/colours.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/activation.h"
-#include "widgets/check_list.h"
-#include "widgets/dialogs.h"
-#include "widgets/line_edits.h"
-#include "widgets/messages.h"
-#include "widgets/paths.h"
-#include "widgets/selections.h"
-#include "widgets/steady_label.h"
+#include "ui/widgets/check_list.h"
+#include "ui/widgets/dialogs.h"
+#include "ui/widgets/line_edits.h"
+#include "ui/widgets/messages.h"
+#include "ui/widgets/paths.h"
+#include "ui/widgets/selections.h"
+#include "ui/widgets/steady_label.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,4 +1,4 @@
-#include "config/clock.h"
+#include "core/clock.h"
 #include "tools/lab/laboratory.h"
 #include "tools/lab/options.h"
 #include "tools/lab/trace.h"

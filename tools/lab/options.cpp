@@ -1,6 +1,6 @@
 #include "tools/lab/options.h"
 
-#include "config/conversions.h"
+#include "core/site/conversions.h"
 
 #include <algorithm>
 #include <array>

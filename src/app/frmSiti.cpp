@@ -1,0 +1,346 @@
+#include "app/frmSiti.h"
+
+#include "core/device/event_pump.h"
+#include "core/site/conversions.h"
+#include "core/file/profile_file.h"
+#include "ui/editor/frmDettaglio.h"
+#include "ui/widgets/texts.h"
+#include "ui_frmSiti.h"
+#include "ui/widgets/dialogs.h"
+#include "ui/widgets/messages.h"
+#include "ui/widgets/qt_text.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QTextDocument>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr std::array kScheduleTexts{text::continuous, text::hourly, text::daily, text::weekly};
+
+// Height of the window at its first showing, in lines of text.
+constexpr int kFewestLines = 22;
+constexpr int kMostLines = 36;
+
+// Size of the line under the list, as a part of the usual size of text.
+constexpr double kSmallFont = 0.85;
+
+// The name of a key as the user's keyboard has it, where a menu shows it.
+QString KeyColumn(Qt::Key key)
+{
+    return u'\t' + QKeySequence(key).toString(QKeySequence::NativeText);
+}
+
+// Where a link leads, so that the user finds the file that is changed.
+QString ShownPath(const std::filesystem::path& file)
+{
+    const QFileInfo info(QString::fromStdU16String(file.u16string()));
+    return QDir::toNativeSeparators(info.exists() ? info.canonicalFilePath() : info.filePath());
+}
+
+SiteRow RowOf(const ListedSite& site)
+{
+    const QString schedule =
+        site.schedule ? Text(kScheduleTexts.at(static_cast<std::size_t>(*site.schedule))) : QString();
+    return {.name = site.name, .code = site.code, .enabled = site.enabled, .schedule = ToStd(schedule)};
+}
+
+// Qt takes "[*]" out of a title; doubled, it is shown as it stands.
+QString TitleText(QString text)
+{
+    return text.replace("[*]", "[*][*]");
+}
+
+} // namespace
+
+frmSiti::frmSiti(Environment environment)
+    : environment_(std::move(environment))
+    , ui_(std::make_unique<Ui::frmSiti>())
+{
+    ui_->setupUi(this);
+    connect(ui_->cmdAggiungi, &QPushButton::clicked, this, &frmSiti::cmdAggiungi_Click);
+    connect(ui_->cmdRimuovi, &QPushButton::clicked, this, &frmSiti::cmdRimuovi_Click);
+    connect(ui_->cmdProperties, &QPushButton::clicked, this, &frmSiti::cmdProperties_Click);
+    connect(ui_->cmdChiudi, &QPushButton::clicked, this, &frmSiti::cmdChiudi_Click);
+    // Not "activated": where the desktop activates on a single click it would open the editor at each
+    // selection.
+    connect(ui_->dgrdGrigliaSiti, &QTableView::doubleClicked, this, &frmSiti::cmdProperties_Click);
+    ui_->dgrdGrigliaSiti->installEventFilter(this);
+    connect(ui_->dgrdGrigliaSiti, &SiteTable::MenuRequested, this, &frmSiti::ShowMenu);
+    LocaliseDialog(*this);
+    ClickAtOnce(*this);
+    ui_->dgrdGrigliaSiti->setAccessibleName(Text(text::siteList));
+    MakeMenu();
+    QFont small = ui_->lblFile->font();
+    small.setPointSizeF(small.pointSizeF() * kSmallFont);
+    ui_->lblFile->setFont(small);
+}
+
+frmSiti::~frmSiti() = default;
+
+bool frmSiti::Load()
+{
+    std::vector<SiteRow> rows;
+    std::ranges::transform(ListSites(environment_.settings), std::back_inserter(rows), RowOf);
+    sites_.SetRows(std::move(rows));
+    ui_->dgrdGrigliaSiti->setModel(&sites_);
+    ui_->dgrdGrigliaSiti->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    ui_->dgrdGrigliaSiti->FitColumns();
+
+    const std::optional<std::string> com = ReadComPort(environment_.settings);
+    if (!com) {
+        ShowMessage(this, Text(text::fileUnreadable) + "\r" + Text(text::comPortUnreadable),
+                    MessageIcon::exclamation, Text(text::application));
+        return false;
+    }
+    setWindowTitle(TitleText(Text(text::application) + " - " + ToQt(*com)));
+    EnableCommands();
+    CentreDialog(*this);
+    ShowFile();
+    return true;
+}
+
+void frmSiti::LoadEditor()
+{
+    editor_ = std::make_unique<frmDettaglio>(environment_, *this, this);
+}
+
+void frmSiti::RefreshGrid()
+{
+    sites_.Refresh();
+    SetCurrentRow(0);
+}
+
+std::string frmSiti::SelectedSite() const
+{
+    const int row = CurrentRow();
+    return row < 0 ? std::string() : sites_.Rows().at(static_cast<std::size_t>(row)).code;
+}
+
+std::string frmSiti::SelectedName() const
+{
+    const int row = CurrentRow();
+    return row < 0 ? std::string() : sites_.Rows().at(static_cast<std::size_t>(row)).name;
+}
+
+std::span<const SiteRow> frmSiti::Sites() const
+{
+    return sites_.Rows();
+}
+
+int frmSiti::ComPort() const
+{
+    return Whole16(LeadingNumber(ToStd(windowTitle().right(1))));
+}
+
+std::int32_t frmSiti::lAbilitate() const
+{
+    return static_cast<std::int32_t>(
+        std::ranges::count_if(sites_.Rows(), [](const SiteRow& row) { return row.enabled != 0; }));
+}
+
+bool frmSiti::bCercaContAbilitata() const
+{
+    const std::string continuous = ToStd(Text(text::continuous));
+    return std::ranges::any_of(sites_.Rows(), [&continuous](const SiteRow& row) {
+        return row.schedule == continuous && row.enabled != 0;
+    });
+}
+
+// As wide as the columns, and as high as the list of a usual recorder.
+QSize frmSiti::sizeHint() const
+{
+    const QSize hint = QWidget::sizeHint();
+    const int line = fontMetrics().lineSpacing();
+    return {hint.width(), std::clamp(hint.height(), line * kFewestLines, line * kMostLines)};
+}
+
+bool frmSiti::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == ui_->dgrdGrigliaSiti && event->type() == QEvent::KeyPress) {
+        // click() does nothing on a button that is disabled.
+        switch (static_cast<QKeyEvent*>(event)->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            ui_->cmdProperties->click();
+            return true;
+        case Qt::Key_Insert:
+            ui_->cmdAggiungi->click();
+            return true;
+        case Qt::Key_Delete:
+            ui_->cmdRimuovi->click();
+            return true;
+        default:
+            break;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// Permissions may have changed while another program was in front.
+void frmSiti::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        ShowFile();
+}
+
+void frmSiti::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    ShowFile();
+}
+
+// The commands of the buttons, which are enabled with them, and the one that has no button.
+void frmSiti::MakeMenu()
+{
+    const auto addButton = [this](QPushButton& button, Qt::Key key) {
+        QAction* const action = menu_.addAction(button.text() + KeyColumn(key));
+        connect(action, &QAction::triggered, &button, &QPushButton::click);
+        connect(&menu_, &QMenu::aboutToShow, action,
+                [action, &button] { action->setEnabled(button.isEnabled()); });
+        return action;
+    };
+    addButton(*ui_->cmdAggiungi, Qt::Key_Insert);
+    duplicate_ = menu_.addAction(Text(text::duplicate));
+    connect(duplicate_, &QAction::triggered, this, &frmSiti::Duplica_Click);
+    addButton(*ui_->cmdRimuovi, Qt::Key_Delete);
+    menu_.addSeparator();
+    menu_.setDefaultAction(addButton(*ui_->cmdProperties, Qt::Key_Return));
+}
+
+void frmSiti::ShowMenu(const QPoint& where)
+{
+    duplicate_->setEnabled(CurrentRow() >= 0);
+    menu_.popup(where);
+}
+
+void frmSiti::cmdAggiungi_Click()
+{
+    StartNewSite();
+    editor_->SetAbilitato(true);
+    EditNewSite();
+}
+
+// A new site with the values of the marked one, but without its name and code.
+void frmSiti::Duplica_Click()
+{
+    StartNewSite();
+    editor_->MostraDati(SelectedSite());
+    editor_->ClearIdentity();
+    EditNewSite();
+}
+
+void frmSiti::StartNewSite()
+{
+    editor_->ShowFirstState();
+    editor_->InitFormDettagli();
+    editor_->SetNuovo(true);
+    editor_->SelectTab(0);
+}
+
+void frmSiti::EditNewSite()
+{
+    editor_->exec();
+    if (editor_->Cancel())
+        return;
+    sites_.Append(editor_->Row());
+    ui_->dgrdGrigliaSiti->FitColumns();
+    EnableCommands();
+    ShowFile();
+    sites_.Refresh();
+    SetCurrentRow(sites_.rowCount() - 1);
+}
+
+void frmSiti::cmdRimuovi_Click()
+{
+    if (CurrentRow() < 0) // clicked while the last site was being removed, before the button was disabled
+        return;
+    const QString question = Text(text::removingSite) + "\r" + Text(text::wantToContinue);
+    if (!AskYesNo(this, question, MessageIcon::exclamation, Text(text::wantToContinue)))
+        return;
+    RemoveSite(environment_.settings, SelectedSite());
+    environment_.settings.Flush();
+    sites_.Remove(CurrentRow());
+    ui_->dgrdGrigliaSiti->FitColumns();
+    environment_.events.Process(std::nullopt);
+    EnableCommands();
+    ShowFile();
+    sites_.Refresh();
+    SetCurrentRow(sites_.rowCount() - 1);
+}
+
+void frmSiti::cmdProperties_Click()
+{
+    if (CurrentRow() < 0) // as above
+        return;
+    editor_->InitFormDettagli();
+    editor_->SetNuovo(false);
+    editor_->SelectTab(0);
+    editor_->EnableIdentity(false);
+    editor_->MostraDati(SelectedSite());
+    editor_->exec();
+    if (!editor_->Cancel()) {
+        sites_.SetRow(CurrentRow(), editor_->Row());
+        ui_->dgrdGrigliaSiti->FitColumns();
+    }
+    editor_->EnableIdentity(true);
+}
+
+void frmSiti::cmdChiudi_Click()
+{
+    if (lAbilitate() >= 2 && bCercaContAbilitata()) {
+        ShowMessage(this, Text(text::continuousNotAlone), MessageIcon::exclamation, Text(text::attention));
+        return;
+    }
+    close();
+}
+
+int frmSiti::CurrentRow() const
+{
+    const QModelIndexList marked = ui_->dgrdGrigliaSiti->selectionModel()->selectedRows();
+    return marked.isEmpty() ? -1 : marked.constFirst().row();
+}
+
+// The grid stands on its only row by itself, so that commands never lack a site to act on.
+void frmSiti::SetCurrentRow(int row)
+{
+    ui_->dgrdGrigliaSiti->MarkRow(row);
+}
+
+void frmSiti::EnableCommands()
+{
+    const bool hasSites = sites_.rowCount() > 0;
+    ui_->cmdProperties->setEnabled(hasSites);
+    ui_->cmdRimuovi->setEnabled(hasSites);
+}
+
+// Nothing reports a write that fails, or a site that the list has no room for at the next start: they are
+// said here, before they surprise anybody.
+void frmSiti::ShowFile()
+{
+    const QString path = ShownPath(environment_.directory / "Corvrec.ini");
+    QString note;
+    if (!environment_.settings.IsWritable())
+        note += " – " + Text(text::readOnly);
+    if (!ListHolds(sites_.Rows()))
+        note += " – " + Text(text::listFull);
+    const QFontMetrics metrics = ui_->lblFile->fontMetrics();
+    const int room = ui_->lblFile->width() - metrics.horizontalAdvance(note);
+    ui_->lblFile->setText(metrics.elidedText(path, Qt::ElideMiddle, room) + note);
+    ui_->lblFile->setAccessibleName(path + note);
+    ui_->lblFile->setAccessibleDescription(path + note); // not the markup of the tool tip
+    ui_->lblFile->setToolTip(Qt::convertFromPlainText(path + note));
+}
+
+} // namespace corvrec

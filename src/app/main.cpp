@@ -1,0 +1,31 @@
+#include "app/start_up.h"
+#include "ui/buffer/qt_event_pump.h"
+#include "ui/buffer/qt_serial_port.h"
+#include "core/clock.h"
+#include "core/file/profile_file.h"
+#include "ui/editor/environment.h"
+
+#include <QApplication>
+
+#include <csignal>
+#include <filesystem>
+#include <memory>
+
+int main(int argc, char* argv[])
+{
+#ifdef SIGXFSZ
+    // A limit on file sizes shall be a failed write, which leaves the file as it was, and not the end of the
+    // program.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
+    QApplication application(argc, argv);
+
+    const std::filesystem::path directory =
+        std::filesystem::path(QCoreApplication::applicationDirPath().toStdU16String()).make_preferred();
+    const std::unique_ptr<corvrec::ProfileFile> settings =
+        corvrec::OpenProfileFile(directory / "Corvrec.ini");
+    corvrec::SystemClock clock;
+    corvrec::QtEventPump events(clock);
+    return corvrec::RunEditor(application, {directory, *settings, clock, events,
+                                            [] { return std::make_unique<corvrec::QtSerialPort>(); }});
+}

@@ -1,0 +1,133 @@
+#include "core/site/site_list.h"
+
+#include "core/file/code_page.h"
+#include "core/site/conversions.h"
+#include "core/file/ini_text.h"
+#include "core/file/profile_file.h"
+#include "core/file/section.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// Bytes that each read for the site list may fill.
+constexpr std::size_t kListSize = 500;
+
+// Shown for a site without a name.
+constexpr const char* kNoName = "0";
+
+// The list's own reading, which unlike the editor's knows numbers without a meaning.
+std::optional<ScheduleKind> ListedKind(std::string_view ricorrenza)
+{
+    const int number = Whole16(LeadingNumber(ricorrenza));
+    if (number >= 1)
+        return ScheduleKind::weekly;
+    switch (number) {
+    case 0:
+        return ScheduleKind::continuous;
+    case -1:
+        return ScheduleKind::hourly;
+    case -2:
+        return ScheduleKind::daily;
+    default:
+        return std::nullopt;
+    }
+}
+
+ListedSite ReadListedSite(ProfileFile& file, const Section& sites, std::string code)
+{
+    const Section section(file, code, kListSize);
+    ListedSite site;
+    if (const auto enabled = section.Read("SitoAbilitato"))
+        site.enabled = LeadingNumber(*enabled);
+    site.name = sites.Read(code).value_or(kNoName);
+    if (const auto ricorrenza = section.Read("Ricorrenza"))
+        site.schedule = ListedKind(*ricorrenza);
+    site.code = std::move(code);
+    return site;
+}
+
+SiteFiles ReadFiles(const Section& section)
+{
+    return {
+        .data = section.Read("Dati").value_or(""),
+        .exchange = section.Read("Dati2").value_or(""),
+        .history = section.Read("Storico").value_or(""),
+    };
+}
+
+// A data file that is another site's exchange file is none: only files of the same kind count.
+bool ShareAFile(const SiteFiles& left, const SiteFiles& right)
+{
+    return left.data == right.data || left.exchange == right.exchange || left.history == right.history;
+}
+
+} // namespace
+
+std::vector<std::string> SplitKeys(std::string_view keys)
+{
+    std::vector<std::string> names;
+    for (std::size_t end = keys.find('\0'); end != std::string_view::npos; end = keys.find('\0')) {
+        names.push_back(Utf8FromCp1252(keys.substr(0, end)));
+        keys.remove_prefix(end + 1);
+    }
+    return names;
+}
+
+std::vector<ListedSite> ListSites(ProfileFile& file)
+{
+    const Section sites(file, "Siti", kListSize);
+    std::vector<ListedSite> listed;
+    for (std::string& code : SplitKeys(file.Keys("Siti", kMissing, kListSize)))
+        listed.push_back(ReadListedSite(file, sites, std::move(code)));
+    return listed;
+}
+
+bool ListHolds(std::span<const SiteRow> sites)
+{
+    std::size_t length = 0;
+    for (const SiteRow& site : sites)
+        length += Cp1252FromUtf8(site.code).size() + 1;
+    return length <= kListSize - 2; // the read ends a list that it cuts with two NULs
+}
+
+// By way of a file with nothing else in it, so that the rules are the file's.
+std::string ListedName(std::string_view name)
+{
+    IniText file;
+    const std::string bytes = Cp1252FromUtf8(WithoutLineBreaks(name));
+    if (const std::optional<Edit> edit = file.Put("Siti", "1", bytes))
+        file.Apply(*edit);
+    const std::string listed = file.Read("Siti", "1", kMissing, kListSize);
+    return listed == kMissing ? kNoName : Utf8FromCp1252(listed);
+}
+
+std::optional<std::string> ReadComPort(ProfileFile& file)
+{
+    return Section(file, "General", kListSize).Read("Com");
+}
+
+void RemoveSite(ProfileFile& file, std::string_view code)
+{
+    Section(file, code).Delete(); // failures are not reported
+    Section(file, "Siti").DeleteKey(code);
+}
+
+std::optional<int> FindCollision(ProfileFile& file, std::span<const SiteRow> sites, const SiteFiles& files,
+                                 std::string_view ownCode)
+{
+    const auto collides = [&](const SiteRow& other) {
+        return ShareAFile(files, ReadFiles(Section(file, other.code))) && other.code != ownCode;
+    };
+    const auto found = std::ranges::find_if(sites, collides);
+    if (found == sites.end())
+        return std::nullopt;
+    return static_cast<int>(found - sites.begin());
+}
+
+} // namespace corvrec

@@ -1,0 +1,303 @@
+#include "ui/buffer/frmSX.h"
+
+#include "core/device/buffer_device.h"
+#include "core/device/buffer_status.h"
+#include "core/device/serial_port.h"
+#include "core/clock.h"
+#include "core/site/conversions.h"
+#include "ui/widgets/texts.h"
+#include "ui_frmSX.h"
+#include "ui/widgets/alive_bar.h"
+#include "ui/widgets/dialogs.h"
+#include "ui/widgets/messages.h"
+#include "ui/widgets/qt_text.h"
+
+#include <QFocusEvent>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QShowEvent>
+
+#include <utility>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr int kDateLength = 8; // "dd/mm/yy"
+
+// The longest that a value label shows.
+constexpr auto kWidestValue = "00/00/0000 00:00:00";
+
+std::string TextInUtf8(TextId id)
+{
+    return ToStd(Text(id));
+}
+
+// Puts two digits into the places of a masked field from start on.
+void Fill(MaskEdit& field, int start, int number)
+{
+    field.setSelection(start, 2);
+    field.setSelText(ToQt(TwoDigits(number)));
+}
+
+class BusyFlag
+{
+public:
+    explicit BusyFlag(bool& flag)
+        : flag_(flag)
+    {
+        flag_ = true;
+    }
+    ~BusyFlag() { flag_ = false; }
+    BusyFlag(const BusyFlag&) = delete;
+    BusyFlag& operator=(const BusyFlag&) = delete;
+
+private:
+    bool& flag_;
+};
+
+} // namespace
+
+frmSX::frmSX(std::unique_ptr<SerialPort> port, Clock& clock, EventPump& events, const LineSettings& line,
+             const ModemSettings& modem, QWidget* parent)
+    : QDialog(parent)
+    , clock_(clock)
+    , ui_(std::make_unique<Ui::frmSX>())
+    , comHardB_(std::move(port))
+    , wait_(*comHardB_, clock, events, cancel_)
+    , connection_(wait_, modem, this)
+    , commPort_(line.commPort)
+{
+    ui_->setupUi(this);
+    comHardB_->Configure(line);
+    connect(ui_->cmdStato, &QPushButton::clicked, this, &frmSX::cmdStato_Click);
+    connect(ui_->cmdImpostaDataOra, &QPushButton::clicked, this, &frmSX::cmdImpostaDataOra_Click);
+    connect(ui_->cmdChiudi, &QPushButton::clicked, this, &frmSX::cmdChiudi_Click);
+    ui_->mskData->installEventFilter(this);
+    // Logging off does not wait for a silent device.
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &frmSX::cmdChiudi_Click);
+    LocaliseDialog(*this);
+    ClickAtOnce(*this);
+    ShowNow();
+
+    // Measured with a value in place, so that a reply does not change the window.
+    ui_->lblUltimoscarico->setText(kWidestValue);
+    ui_->lblData->setText(kWidestValue);
+    CentreDialog(*this);
+    ui_->lblUltimoscarico->clear();
+    ui_->lblData->clear();
+}
+
+frmSX::~frmSX() = default;
+
+void frmSX::EnableClock(bool enabled)
+{
+    ui_->cmdImpostaDataOra->setEnabled(enabled);
+}
+
+void frmSX::ShowNow()
+{
+    const DateTime now = clock_.Now();
+    Fill(*ui_->mskData, 0, now.day);
+    Fill(*ui_->mskData, 3, now.month);
+    Fill(*ui_->mskData, 6, now.year % 100);
+    Fill(*ui_->mskOra, 0, now.hour);
+    Fill(*ui_->mskOra, 3, now.minute);
+}
+
+void frmSX::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        FocusField(*ui_->cmdStato);
+}
+
+// A button that has the focus takes Enter itself. In a field Enter does nothing: QDialog would press a button
+// and set the device's clock to a date and time of which one is still the old one.
+void frmSX::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        QDialog::keyPressEvent(event);
+}
+
+bool frmSX::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == ui_->mskData && event->type() == QEvent::FocusIn &&
+        IsWithinWindow(*static_cast<QFocusEvent*>(event)))
+        ui_->mskData->setSelection(0, kDateLength);
+    return QDialog::eventFilter(watched, event);
+}
+
+void frmSX::cmdStato_Click()
+{
+    if (isBusy_)
+        return;
+    {
+        const BusyFlag busy(isBusy_);
+        EnableButtons(false);
+        BusyPointer pointer({this, &connection_});
+        Link link = PrepareLink();
+        if (link == Link::notOpened && modem_)
+            link = Connect(); // over the closed port: ends at once, as without an answer
+        // Over a port that could not be opened the request stays without a reply, which is told below.
+        if (link != Link::notConnected) {
+            const std::string reply = RequestStatus();
+            if (wantsClose_) {
+                // nobody is left to look at it
+            } else if (reply.empty()) {
+                pointer.Restore();
+                ShowMessage(this, Text(text::statusNotReceived), MessageIcon::exclamation, Text(text::error));
+            } else {
+                ShowStatus(reply);
+            }
+        }
+        comHardB_->ClearInput();
+        comHardB_->ClearOutput();
+        pointer.Restore();
+        EnableButtons(true);
+        FocusField(*ui_->cmdStato);
+    }
+    if (wantsClose_)
+        HangUpAndHide();
+}
+
+void frmSX::cmdImpostaDataOra_Click()
+{
+    if (isBusy_)
+        return;
+    if (!IsDate(ToStd(ui_->mskData->text()))) {
+        ShowMessage(this, Text(text::dateInvalid));
+        FocusField(*ui_->mskData);
+        return;
+    }
+    if (!IsTime(ToStd(ui_->mskOra->text()))) {
+        ShowMessage(this, Text(text::timeInvalid));
+        FocusField(*ui_->mskOra);
+        return;
+    }
+    {
+        const BusyFlag busy(isBusy_);
+        BusyPointer pointer({this, &connection_});
+        const Link link = PrepareLink();
+        const bool isRefused = link == Link::notOpened || (link == Link::ready && !SetDeviceClock());
+        pointer.Restore();
+        if (isRefused && !wantsClose_)
+            ShowMessage(this, Text(text::portNotOpened) + QString::number(commPort_),
+                        MessageIcon::exclamation, Text(text::error));
+    }
+    if (wantsClose_)
+        HangUpAndHide();
+}
+
+void frmSX::cmdChiudi_Click()
+{
+    if (isBusy_) {
+        // Nothing may go while a wait is running: it ends first, and then the window closes.
+        cancel_.raised = true;
+        wantsClose_ = true;
+        return;
+    }
+    HangUpAndHide();
+}
+
+void frmSX::EnableButtons(bool enabled)
+{
+    for (QPushButton* const button : {ui_->cmdStato, ui_->cmdImpostaDataOra, ui_->cmdChiudi})
+        button->setEnabled(enabled);
+}
+
+// Opens the port and, for a remote site, dials; a link that stands is used again. A carrier that is gone is
+// dialled anew.
+frmSX::Link frmSX::PrepareLink()
+{
+    if (comHardB_->IsOpen() && (!modem_ || comHardB_->CDHolding()))
+        return Link::ready;
+    comHardB_->Close();
+    try {
+        comHardB_->Open();
+    } catch (const PortError&) {
+        return Link::notOpened;
+    }
+    return modem_ ? Connect() : Link::ready;
+}
+
+frmSX::Link frmSX::Connect()
+{
+    connection_.SetErrModem(false);
+    connection_.SetAzione(frmConnessione::kConnect);
+    connection_.exec();
+    if (!connection_.ErrModem())
+        return Link::ready;
+    comHardB_->Close();
+    return Link::notConnected;
+}
+
+// The reply as it came; empty without one, and when the port cannot be used.
+std::string frmSX::RequestStatus()
+{
+    const AliveWhile alive(*ui_->barAttivita);
+    try {
+        SXAzzeraLinea(wait_, kLineClearTimeOutMs);
+        if (wantsClose_)
+            return {};
+        return RiceviSXStatus(wait_, modelloSX_, modem_ ? kStatusByModemTimeOutMs : kStatusTimeOutMs);
+    } catch (const PortError&) {
+        return {};
+    }
+}
+
+void frmSX::ShowStatus(const std::string& reply)
+{
+    const std::optional<BufferStatus> status = StatusOf(modelloSX_, reply);
+    if (!status)
+        return;
+    const DateTime now = clock_.Now();
+    const auto show = [&now](QLabel& label, const Field& field) {
+        QString shown = ToQt(ShownText(field, now, TextInUtf8));
+        // Each line of a label would make the window grow, for good.
+        label.setText(shown.replace('\r', ' ').replace('\n', ' '));
+    };
+    show(*ui_->lblMemoria, status->memoria);
+    show(*ui_->lblCondizione, status->condizione);
+    show(*ui_->lblRiempimento, status->riempimento);
+    show(*ui_->lblRipetizioni, status->ripetizioni);
+    show(*ui_->lblUltimoscarico, status->ultimoscarico);
+    show(*ui_->lblUltimiDati, status->ultimiDati);
+    show(*ui_->lblGuasto, status->guasto);
+    show(*ui_->lblModello, status->modello);
+    show(*ui_->lblFirmware, status->firmware);
+    show(*ui_->lblData, status->data);
+    show(*ui_->lblOra, status->ora);
+    show(*ui_->lblSelezione, status->selezione);
+    show(*ui_->lblStampante, status->stampante);
+    show(*ui_->lblModem, status->modem);
+}
+
+// False when the port has gone.
+bool frmSX::SetDeviceClock()
+{
+    try {
+        ImpostaDataOra(*comHardB_, clock_, ToStd(ui_->mskOra->text()), ToStd(ui_->mskData->text()));
+    } catch (const PortError&) {
+        return false;
+    }
+    comHardB_->ClearInput();
+    comHardB_->ClearOutput();
+    return true;
+}
+
+void frmSX::HangUpAndHide()
+{
+    cancel_.raised = false;
+    if (comHardB_->IsOpen() && modem_) {
+        const BusyFlag busy(isBusy_);
+        connection_.SetAzione(frmConnessione::kDisconnect);
+        connection_.exec();
+    }
+    comHardB_->Close();
+    hide();
+}
+
+} // namespace corvrec

@@ -1,0 +1,84 @@
+#pragma once
+
+#include "core/device/event_pump.h"
+#include "ui/buffer/frmConnessione.h"
+#include "core/device/line_settings.h"
+#include "core/device/modComExtension.h"
+#include "core/device/modem_session.h"
+
+#include <QDialog>
+
+#include <memory>
+#include <string>
+
+namespace Ui
+{
+class frmSX;
+}
+
+namespace corvrec
+{
+
+class Clock;
+class SerialPort;
+
+// Status and clock of a site's buffer device. For one use; owns its serial port, which the first button opens
+// and which stays open, with a modem link that was made, until the window is closed.
+class frmSX : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // clock and events must outlive the window.
+    frmSX(std::unique_ptr<SerialPort> port, Clock& clock, EventPump& events, const LineSettings& line,
+          const ModemSettings& modem, QWidget* parent = nullptr);
+    ~frmSX() override;
+
+    // Whether the site is reached by modem.
+    bool Modem() const { return modem_; }
+    void SetModem(bool modem) { modem_ = modem; }
+
+    // Number of the device's model, see model::….
+    int ModelloSX() const { return modelloSX_; }
+    void SetModelloSX(int modelloSX) { modelloSX_ = modelloSX; }
+
+    void EnableClock(bool enabled);
+
+    // Escape and the frame do as the close button.
+    void reject() override { cmdChiudi_Click(); }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void cmdStato_Click();
+    void cmdImpostaDataOra_Click();
+    void cmdChiudi_Click();
+
+    enum class Link { ready, notOpened, notConnected };
+
+    void ShowNow();
+    void EnableButtons(bool enabled);
+    Link PrepareLink();
+    Link Connect();
+    std::string RequestStatus();
+    void ShowStatus(const std::string& reply);
+    bool SetDeviceClock();
+    void HangUpAndHide();
+
+    Clock& clock_;
+    std::unique_ptr<Ui::frmSX> ui_;
+    std::unique_ptr<SerialPort> comHardB_;
+    CancelFlag cancel_;
+    ReplyWait wait_;
+    frmConnessione connection_;
+    int commPort_;
+    bool modem_ = false;
+    int modelloSX_ = 0;
+    bool isBusy_ = false;     // a request runs, and may be waiting
+    bool wantsClose_ = false; // asked to close meanwhile
+};
+
+} // namespace corvrec

@@ -1,0 +1,277 @@
+#include "ui/buffer/qt_serial_port.h"
+
+#include "ui/buffer/serial_device.h"
+#include "ui/widgets/qt_text.h"
+
+#include <QDeadlineTimer>
+#include <QMetaObject>
+#include <QStringList>
+#include <QThread>
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <optional>
+#include <string>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr qint64 kBufferSize = 1024;
+constexpr int kSendBeforeCloseMs = 500;
+constexpr unsigned kPollMs = 5; // between two checks whether all has left
+
+std::optional<QSerialPort::Parity> ParityOf(const QString& letter)
+{
+    if (letter == "N")
+        return QSerialPort::NoParity;
+    if (letter == "E")
+        return QSerialPort::EvenParity;
+    if (letter == "O")
+        return QSerialPort::OddParity;
+    if (letter == "M")
+        return QSerialPort::MarkParity;
+    if (letter == "S")
+        return QSerialPort::SpaceParity;
+    return std::nullopt;
+}
+
+std::optional<QSerialPort::StopBits> StopBitsOf(const QString& text)
+{
+    if (text == "1")
+        return QSerialPort::OneStop;
+    if (text == "1.5")
+        return QSerialPort::OneAndHalfStop;
+    if (text == "2")
+        return QSerialPort::TwoStop;
+    return std::nullopt;
+}
+
+QSerialPort::FlowControl FlowControlOf(int handshaking)
+{
+    switch (handshaking) {
+    case 1:
+        return QSerialPort::SoftwareControl;
+    case 2:
+        return QSerialPort::HardwareControl;
+    default:
+        return QSerialPort::NoFlowControl;
+    }
+}
+
+// The settings text into the port; before opening, so that a device which cannot do all of it opens all the
+// same. False when the text is none.
+bool ApplySettings(QSerialPort& port, const QString& settings)
+{
+    const QStringList parts = settings.split(',');
+    if (parts.size() != 4)
+        return false;
+    bool isSpeed = false;
+    bool isDataBits = false;
+    const int speed = parts[0].toInt(&isSpeed);
+    const auto parity = ParityOf(parts[1]);
+    const int dataBits = parts[2].toInt(&isDataBits);
+    const auto stopBits = StopBitsOf(parts[3]);
+    if (!isSpeed || speed <= 0 || !parity || !isDataBits || dataBits < 5 || dataBits > 8 || !stopBits)
+        return false;
+    return port.setBaudRate(speed) && port.setParity(*parity) &&
+           port.setDataBits(static_cast<QSerialPort::DataBits>(dataBits)) && port.setStopBits(*stopBits);
+}
+
+} // namespace
+
+QtSerialPort::QtSerialPort()
+{
+    port_.setReadBufferSize(kBufferSize);
+    QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
+                     [this](QSerialPort::SerialPortError error) { NoteError(error); });
+}
+
+QtSerialPort::~QtSerialPort()
+{
+    Close();
+}
+
+void QtSerialPort::Configure(const LineSettings& line)
+{
+    line_ = line;
+}
+
+void QtSerialPort::Open()
+{
+    if (IsOpen())
+        throw PortError("the port is open");
+    Close(); // a lost device may not be closed yet
+    const QString device = ResolvedDevice(PortDevice(line_.commPort));
+    if (device.isEmpty() || !ApplySettings(port_, ToQt(line_.settings)))
+        throw PortError("no such port or line");
+    port_.setFlowControl(FlowControlOf(line_.handshaking));
+    port_.setPortName(device);
+    if (IsLocked(device))
+        throw PortError("another program uses the port");
+    if (!port_.open(QIODevice::ReadWrite))
+        throw PortError(ToStd(port_.errorString()));
+    isLost_ = false;
+    isMarked_ = SetUpLine(port_.handle(), port_.parity() != QSerialPort::NoParity);
+    marks_.Reset();
+    port_.setDataTerminalReady(true); // a pseudo-terminal has no such line, and says so
+}
+
+bool QtSerialPort::IsOpen() const
+{
+    return port_.isOpen() && !isLost_;
+}
+
+void QtSerialPort::Close() noexcept
+{
+    received_.clear();
+    CloseDevice();
+}
+
+void QtSerialPort::CloseDevice() noexcept
+{
+    if (!port_.isOpen())
+        return;
+    SendRest();
+    // A device that has stopped us (XOFF, CTS) and never lets us go on would keep the system's closing
+    // waiting, half a minute by default.
+    if (!isLost_)
+        port_.setFlowControl(QSerialPort::NoFlowControl);
+    SendRest();
+    const HangUpOnClose hangUp(port_.handle());
+    port_.close();
+}
+
+// Each wait is for a part; a line that takes nothing ends it.
+void QtSerialPort::SendRest() noexcept
+{
+    while (!isLost_ && port_.bytesToWrite() > 0 && port_.waitForBytesWritten(kSendBeforeCloseMs)) {
+    }
+}
+
+int QtSerialPort::InBufferCount()
+{
+    if (received_.empty())
+        Fill();
+    if (received_.empty())
+        CheckUsable();
+    return static_cast<int>(received_.size());
+}
+
+std::string QtSerialPort::Input()
+{
+    const auto waiting = static_cast<std::size_t>(InBufferCount());
+    const std::size_t count =
+        inputLen_ == 0 ? waiting : std::min(waiting, static_cast<std::size_t>(inputLen_));
+    const auto end = received_.begin() + static_cast<std::ptrdiff_t>(count);
+    std::string taken(received_.begin(), end);
+    received_.erase(received_.begin(), end);
+    return taken;
+}
+
+bool QtSerialPort::CDHolding() const
+{
+    return IsOpen() && port_.pinoutSignals().testFlag(QSerialPort::DataCarrierDetectSignal);
+}
+
+void QtSerialPort::Output(std::string_view bytes)
+{
+    CheckUsable();
+    isSending_ = true;
+    const qint64 written = port_.write(bytes.data(), static_cast<qint64>(bytes.size()));
+    port_.flush(); // otherwise nothing leaves before the next handling of events
+    isSending_ = false;
+    if (written < 0)
+        throw PortError(ToStd(port_.errorString()));
+}
+
+void QtSerialPort::WaitUntilSent(int timeOutMs)
+{
+    CheckUsable();
+    const QDeadlineTimer deadline(timeOutMs);
+    isSending_ = true;
+    while (port_.bytesToWrite() > 0 &&
+           port_.waitForBytesWritten(static_cast<int>(deadline.remainingTime()))) {
+    }
+    isSending_ = false;
+    while (IsOpen() && !HasSent(port_.handle()) && !deadline.hasExpired())
+        QThread::msleep(kPollMs);
+    CheckUsable();
+}
+
+void QtSerialPort::ClearInput()
+{
+    received_.clear();
+    marks_.Reset();
+    if (IsOpen())
+        port_.clear(QSerialPort::Input);
+    if (port_.isOpen())
+        port_.readAll(); // Qt listens no more once its buffer is full, until it is read
+}
+
+void QtSerialPort::ClearOutput()
+{
+    // A pseudo-terminal would throw away what it has taken and its other side has not read yet.
+    if (IsOpen() && (port_.bytesToWrite() > 0 || !HasSent(port_.handle())))
+        port_.clear(QSerialPort::Output);
+}
+
+// After a hang-up the port would report a read error at every pass of the event loop, for ever; so it is
+// closed, though not inside its own signal.
+void QtSerialPort::NoteError(QSerialPort::SerialPortError error)
+{
+    switch (error) {
+    case QSerialPort::ResourceError:
+        if (isSending_) // the other side has sent XOFF: the bytes wait for its XON
+            return;
+        break;
+    case QSerialPort::ReadError:
+    case QSerialPort::DeviceNotFoundError:
+    case QSerialPort::PermissionError:
+    case QSerialPort::NotOpenError:
+        break;
+    default:
+        return;
+    }
+    isLost_ = true;
+    QMetaObject::invokeMethod(
+        &port_,
+        [this] {
+            if (!isLost_ || !port_.isOpen())
+                return; // opened again, or closed
+            Take();
+            CloseDevice();
+        },
+        Qt::QueuedConnection);
+}
+
+void QtSerialPort::CheckUsable() const
+{
+    if (!IsOpen())
+        throw PortError("the port is closed or has gone");
+}
+
+// Takes what Qt holds, or else the kernel, up to the buffer's size; the rest stays where it is, and is an
+// event of its own. Once: a device that sends nothing but NULs shall not keep us here. Of a lost device, what
+// Qt still holds.
+void QtSerialPort::Fill()
+{
+    // What the kernel holds counts too, though no event has been handled since it came.
+    if (port_.bytesAvailable() > 0 || (IsOpen() && port_.waitForReadyRead(0)))
+        Take();
+}
+
+void QtSerialPort::Take()
+{
+    std::array<char, kBufferSize> bytes{};
+    const qint64 count = std::max<qint64>(port_.read(bytes.data(), kBufferSize), 0);
+    std::string characters(bytes.data(), static_cast<std::size_t>(count));
+    if (isMarked_)
+        characters = marks_.Decode(characters);
+    std::ranges::copy_if(characters, std::back_inserter(received_), [](char c) { return c != '\0'; });
+}
+
+} // namespace corvrec

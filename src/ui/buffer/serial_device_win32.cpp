@@ -1,0 +1,53 @@
+#include "ui/buffer/serial_device.h"
+
+#include <windows.h>
+
+namespace corvrec
+{
+
+QString PortDevice(int commPort)
+{
+    return commPort < 1 ? QString() : QString("COM%1").arg(commPort);
+}
+
+QString ResolvedDevice(const QString& name)
+{
+    return name;
+}
+
+// An open port is nobody else's.
+bool IsLocked(const QString& /*device*/)
+{
+    return false;
+}
+
+// The system replaces what is damaged, and does the rest by itself.
+bool SetUpLine(PortHandle port, bool hasParity)
+{
+    DCB settings{};
+    settings.DCBlength = sizeof settings;
+    if (hasParity && GetCommState(port, &settings) != 0) {
+        settings.fParity = TRUE;
+        settings.fErrorChar = TRUE;
+        settings.ErrorChar = '?';
+        SetCommState(port, &settings);
+    }
+    return false;
+}
+
+bool HasSent(PortHandle port)
+{
+    DWORD errors = 0;
+    COMSTAT status{};
+    return ClearCommError(port, &errors, &status) == 0 || status.cbOutQue == 0;
+}
+
+HangUpOnClose::HangUpOnClose(PortHandle port) noexcept
+    : port_(port)
+{
+}
+
+// Closing a port lowers DTR, whatever its settings.
+HangUpOnClose::~HangUpOnClose() = default;
+
+} // namespace corvrec

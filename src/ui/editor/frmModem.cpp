@@ -1,0 +1,186 @@
+#include "ui/editor/frmModem.h"
+
+#include "core/site/conversions.h"
+#include "core/site/site_record.h"
+#include "ui/widgets/texts.h"
+#include "ui_frmModem.h"
+#include "ui/widgets/dialogs.h"
+#include "ui/widgets/messages.h"
+#include "ui/widgets/qt_text.h"
+#include "ui/widgets/selections.h"
+
+#include <QAbstractListModel>
+#include <QShowEvent>
+#include <QSignalBlocker>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// Offered when the catalogue holds no model: any modem of the Hayes family understands it.
+constexpr auto kGenericInitString = "X3S0=0&M5&K0&C1&D2&R1";
+
+// The names of the catalogue as the entries of a list, each made when it is asked for: there may be a
+// million.
+class ModelNames final : public QAbstractListModel
+{
+public:
+    ModelNames(const ModemModels& models, QObject* parent)
+        : QAbstractListModel(parent)
+        , models_(models)
+    {
+    }
+
+    [[nodiscard]] int rowCount(const QModelIndex& parent) const override
+    {
+        return parent.isValid() ? 0
+                                : static_cast<int>(models_.Count()); // a catalogue has less than 2^31 lines
+    }
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override
+    {
+        if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::EditRole))
+            return {};
+        return ToQt(models_.At(static_cast<std::size_t>(index.row())).name);
+    }
+
+private:
+    const ModemModels& models_;
+};
+
+} // namespace
+
+frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
+    : QDialog(parent)
+    , ui_(std::make_unique<Ui::frmModem>())
+    , catalogue_(directory / "modem.dat")
+{
+    ui_->setupUi(this);
+    // Picking the same model again brings its string back: activated, not currentIndexChanged.
+    connect(ui_->cboModem, &QComboBox::activated, this, &frmModem::cboModem_Click);
+    connect(ui_->OK, &QPushButton::clicked, this, &frmModem::OK_Click);
+    connect(ui_->Annulla, &QPushButton::clicked, this, &frmModem::Annulla_Click);
+    LocaliseDialog(*this);
+    ClickAtOnce(*this);
+    TabToChosenOption(*this);
+    FillModels();
+    SelectRow(*ui_->cboModem, 0, *this, &frmModem::cboModem_Click);
+    GuardWheel(*this);
+    CentreDialog(*this);
+    firstState_ = Take();
+}
+
+frmModem::~frmModem() = default;
+
+void frmModem::FillModels()
+{
+    if (IsCatalogueEmpty())
+        FillList(*ui_->cboModem, {Text(text::genericModem)});
+    else
+        ui_->cboModem->setModel(new ModelNames(catalogue_.Models(), this));
+}
+
+bool frmModem::IsCatalogueEmpty() const
+{
+    return catalogue_.Models().Count() == 0;
+}
+
+frmModem::Values frmModem::Take() const
+{
+    return {.model = ui_->cboModem->currentIndex(),
+            .number = ui_->txtTelefono->text(),
+            .attempts = ui_->txtTentImpor->text(),
+            .initString = ui_->txtStringaInit->text(),
+            .resetString = ui_->txtStringaReset->text(),
+            .tone = ui_->optToni->isChecked()};
+}
+
+void frmModem::ShowRecord(const SiteRecord& site)
+{
+    if (site.modemModel)
+        SelectByPrefix(*ui_->cboModem, ToQt(*site.modemModel));
+    if (site.initString)
+        ui_->txtStringaInit->setText(ToQt(*site.initString));
+    if (site.resetString)
+        ui_->txtStringaReset->setText(ToQt(*site.resetString));
+    if (site.dial) {
+        (site.dial->tone ? ui_->optToni : ui_->optImpulsi)->setChecked(true);
+        ui_->txtTelefono->setText(ToQt(site.dial->number));
+    }
+    if (site.importAttempts)
+        ui_->txtTentImpor->setText(ToQt(*site.importAttempts));
+}
+
+void frmModem::FillRecord(SiteRecord& site) const
+{
+    site.modemModel = ToStd(ui_->cboModem->currentText());
+    site.initString = ToStd(ui_->txtStringaInit->text());
+    site.resetString = ToStd(ui_->txtStringaReset->text());
+    site.dial = DialNumber{.tone = ui_->optToni->isChecked(), .number = ToStd(ui_->txtTelefono->text())};
+    site.importAttempts = ToStd(ui_->txtTentImpor->text());
+}
+
+ModemSettings frmModem::Settings() const
+{
+    return {.resetString = ToStd(ui_->txtStringaReset->text()),
+            .initString = ToStd(ui_->txtStringaInit->text()),
+            .number = ToStd(ui_->txtTelefono->text()),
+            .pulse = ui_->optImpulsi->isChecked()};
+}
+
+void frmModem::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    if (!event->spontaneous())
+        FocusField(*ui_->cboModem);
+}
+
+void frmModem::cboModem_Click()
+{
+    const auto row = static_cast<std::size_t>(ui_->cboModem->currentIndex());
+    ui_->txtStringaInit->setText(IsCatalogueEmpty() ? QString(kGenericInitString)
+                                                    : ToQt(catalogue_.Models().At(row).initString));
+}
+
+void frmModem::OK_Click()
+{
+    const auto isEmpty = [](const QLineEdit* field) { return field->text().isEmpty(); };
+    const bool belowOne = LeadingNumber(ToStd(ui_->txtTentImpor->text())) < 1;
+    if (Missing(*ui_->txtTelefono, text::phoneNumberMissing, isEmpty(ui_->txtTelefono)) ||
+        Missing(*ui_->txtTentImpor, text::attemptsMissing, isEmpty(ui_->txtTentImpor)) ||
+        Missing(*ui_->txtTentImpor, text::attemptsBelowOne, belowOne) ||
+        Missing(*ui_->txtStringaInit, text::initStringMissing, isEmpty(ui_->txtStringaInit)) ||
+        Missing(*ui_->txtStringaReset, text::resetStringMissing, isEmpty(ui_->txtStringaReset)))
+        return;
+    hide();
+}
+
+bool frmModem::Missing(QWidget& field, TextId message, bool missing)
+{
+    if (missing) {
+        ShowMessage(this, Text(message));
+        FocusField(field);
+    }
+    return missing;
+}
+
+void frmModem::Show(const Values& values)
+{
+    // The selection first: it brings the catalogue's string, which the recorded one then replaces.
+    SelectRow(*ui_->cboModem, values.model, *this, &frmModem::cboModem_Click);
+    ui_->txtTelefono->setText(values.number);
+    ui_->txtTentImpor->setText(values.attempts);
+    ui_->txtStringaInit->setText(values.initString);
+    ui_->txtStringaReset->setText(values.resetString);
+    (values.tone ? ui_->optToni : ui_->optImpulsi)->setChecked(true);
+}
+
+void frmModem::Annulla_Click()
+{
+    Show(undo_);
+    hide();
+}
+
+} // namespace corvrec

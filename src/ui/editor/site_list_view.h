@@ -1,0 +1,28 @@
+#pragma once
+
+#include "core/site/site_list.h"
+
+#include <span>
+#include <string>
+
+namespace corvrec
+{
+
+// What the editor asks of the site list, in UTF-8.
+class SiteListView
+{
+public:
+    virtual ~SiteListView() = default;
+
+    // Code and name in the list's current row; empty when there is none.
+    virtual std::string SelectedSite() const = 0;
+    virtual std::string SelectedName() const = 0;
+
+    virtual std::span<const SiteRow> Sites() const = 0;
+
+    // Number of the serial port for the editor's own device windows: the value of the last character of
+    // "Com", so only ports of one digit exist; 0 when it is no digit.
+    virtual int ComPort() const = 0;
+};
+
+} // namespace corvrec
