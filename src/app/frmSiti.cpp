@@ -1,14 +1,14 @@
 #include "app/frmSiti.h"
 
 #include "core/device/event_pump.h"
-#include "core/site/conversions.h"
 #include "core/file/profile_file.h"
+#include "core/site/conversions.h"
 #include "ui/editor/frmDettaglio.h"
-#include "ui/widgets/texts.h"
-#include "ui_frmSiti.h"
 #include "ui/widgets/dialogs.h"
 #include "ui/widgets/messages.h"
 #include "ui/widgets/qt_text.h"
+#include "ui/widgets/texts.h"
+#include "ui_frmSiti.h"
 
 #include <QDir>
 #include <QFileInfo>

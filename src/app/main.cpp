@@ -1,8 +1,8 @@
 #include "app/start_up.h"
-#include "ui/buffer/qt_event_pump.h"
-#include "ui/buffer/qt_serial_port.h"
 #include "core/clock.h"
 #include "core/file/profile_file.h"
+#include "ui/buffer/qt_event_pump.h"
+#include "ui/buffer/qt_serial_port.h"
 #include "ui/editor/environment.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "app/site_grid.h"
 
-#include "ui/widgets/texts.h"
 #include "ui/widgets/qt_text.h"
+#include "ui/widgets/texts.h"
 
 #include <array>
 

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "core/device/buffer_device.h"
-#include "ui/buffer/frmConnessione.h"
-#include "ui/buffer/frmSX.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/scripted_pump.h"
 #include "tests/support/site_window.h"
 #include "tests/support/unanswered_boxes.h"
+#include "ui/buffer/frmConnessione.h"
+#include "ui/buffer/frmSX.h"
 #include "ui/widgets/mask_edit.h"
 
 #include <QPushButton>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/device/serial_port.h"
 #include "core/clock.h"
+#include "core/device/serial_port.h"
 
 #include <cstdint>
 #include <optional>

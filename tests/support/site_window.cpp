@@ -1,7 +1,7 @@
 #include "tests/support/site_window.h"
 
-#include "ui/editor/environment.h"
 #include "tests/support/activation.h"
+#include "ui/editor/environment.h"
 
 #include <QTest>
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "app/frmSiti.h"
-#include "ui/buffer/qt_event_pump.h"
 #include "core/device/serial_port.h"
 #include "core/file/posix_calls.h"
-#include "ui/editor/frmDettaglio.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/settings_file.h"
+#include "ui/buffer/qt_event_pump.h"
+#include "ui/editor/frmDettaglio.h"
 
 #include <QByteArray>
 #include <QString>

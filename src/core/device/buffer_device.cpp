@@ -1,8 +1,8 @@
 #include "core/device/buffer_device.h"
 
+#include "core/clock.h"
 #include "core/device/modComExtension.h"
 #include "core/device/serial_port.h"
-#include "core/clock.h"
 #include "core/site/code_tables.h"
 #include "core/site/conversions.h"
 

@@ -1,8 +1,8 @@
 #include "core/device/modComExtension.h"
 
+#include "core/clock.h"
 #include "core/device/event_pump.h"
 #include "core/device/serial_port.h"
-#include "core/clock.h"
 
 #include <algorithm>
 #include <cassert>

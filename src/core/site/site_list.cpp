@@ -1,10 +1,10 @@
 #include "core/site/site_list.h"
 
 #include "core/file/code_page.h"
-#include "core/site/conversions.h"
 #include "core/file/ini_text.h"
 #include "core/file/profile_file.h"
 #include "core/file/section.h"
+#include "core/site/conversions.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,8 +1,8 @@
 #include "core/site/site_saver.h"
 
+#include "core/file/section.h"
 #include "core/site/code_tables.h"
 #include "core/site/conversions.h"
-#include "core/file/section.h"
 
 #include <cstddef>
 #include <string>

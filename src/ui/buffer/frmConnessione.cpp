@@ -3,10 +3,10 @@
 #include "core/device/event_pump.h"
 #include "core/device/modComExtension.h"
 #include "core/device/serial_port.h"
-#include "ui/widgets/texts.h"
-#include "ui_frmConnessione.h"
 #include "ui/widgets/dialogs.h"
 #include "ui/widgets/messages.h"
+#include "ui/widgets/texts.h"
+#include "ui_frmConnessione.h"
 
 #include <QShowEvent>
 

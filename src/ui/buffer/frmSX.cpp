@@ -1,16 +1,16 @@
 #include "ui/buffer/frmSX.h"
 
+#include "core/clock.h"
 #include "core/device/buffer_device.h"
 #include "core/device/buffer_status.h"
 #include "core/device/serial_port.h"
-#include "core/clock.h"
 #include "core/site/conversions.h"
-#include "ui/widgets/texts.h"
-#include "ui_frmSX.h"
 #include "ui/widgets/alive_bar.h"
 #include "ui/widgets/dialogs.h"
 #include "ui/widgets/messages.h"
 #include "ui/widgets/qt_text.h"
+#include "ui/widgets/texts.h"
+#include "ui_frmSX.h"
 
 #include <QFocusEvent>
 #include <QGuiApplication>

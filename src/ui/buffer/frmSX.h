@@ -1,10 +1,10 @@
 #pragma once
 
 #include "core/device/event_pump.h"
-#include "ui/buffer/frmConnessione.h"
 #include "core/device/line_settings.h"
 #include "core/device/modComExtension.h"
 #include "core/device/modem_session.h"
+#include "ui/buffer/frmConnessione.h"
 
 #include <QDialog>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/site/site_record.h"
-#include "ui/editor/environment.h"
 #include "core/text_ids.h"
+#include "ui/editor/environment.h"
 
 #include <QDialog>
 

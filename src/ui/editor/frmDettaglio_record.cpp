@@ -6,10 +6,10 @@
 #include "ui/editor/frmFileAvanzate.h"
 #include "ui/editor/frmModem.h"
 #include "ui/editor/frmTrasfAvanzate.h"
-#include "ui_frmDettaglio.h"
 #include "ui/widgets/paths.h"
 #include "ui/widgets/qt_text.h"
 #include "ui/widgets/selections.h"
+#include "ui_frmDettaglio.h"
 
 namespace corvrec
 {

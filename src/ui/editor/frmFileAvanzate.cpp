@@ -1,10 +1,10 @@
 #include "ui/editor/frmFileAvanzate.h"
 
-#include "ui/widgets/texts.h"
-#include "ui_frmFileAvanzate.h"
 #include "ui/widgets/dialogs.h"
 #include "ui/widgets/messages.h"
 #include "ui/widgets/qt_text.h"
+#include "ui/widgets/texts.h"
+#include "ui_frmFileAvanzate.h"
 
 #include <QShowEvent>
 

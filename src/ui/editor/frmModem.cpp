@@ -2,12 +2,12 @@
 
 #include "core/site/conversions.h"
 #include "core/site/site_record.h"
-#include "ui/widgets/texts.h"
-#include "ui_frmModem.h"
 #include "ui/widgets/dialogs.h"
 #include "ui/widgets/messages.h"
 #include "ui/widgets/qt_text.h"
 #include "ui/widgets/selections.h"
+#include "ui/widgets/texts.h"
+#include "ui_frmModem.h"
 
 #include <QAbstractListModel>
 #include <QShowEvent>

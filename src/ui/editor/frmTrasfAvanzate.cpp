@@ -1,9 +1,9 @@
 #include "ui/editor/frmTrasfAvanzate.h"
 
 #include "core/site/site_record.h"
+#include "ui/widgets/dialogs.h"
 #include "ui/widgets/texts.h"
 #include "ui_frmTrasfAvanzate.h"
-#include "ui/widgets/dialogs.h"
 
 #include <QEvent>
 #include <QShowEvent>

@@ -1,8 +1,8 @@
 #include "ui/help/frmGuida.h"
 
+#include "ui/widgets/dialogs.h"
 #include "ui/widgets/texts.h"
 #include "ui_frmGuida.h"
-#include "ui/widgets/dialogs.h"
 
 #include <QScreen>
 #include <QShortcut>

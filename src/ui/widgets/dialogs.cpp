@@ -1,7 +1,7 @@
 #include "ui/widgets/dialogs.h"
 
-#include "ui/widgets/texts.h"
 #include "ui/widgets/scrolled_contents.h"
+#include "ui/widgets/texts.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/widgets/line_edits.h"
 #include "core/masked_text.h"
+#include "ui/widgets/line_edits.h"
 
 #include <QPoint>
 

@@ -1,7 +1,7 @@
 #include "ui/widgets/messages.h"
 
-#include "ui/widgets/texts.h"
 #include "ui/widgets/dialogs.h"
+#include "ui/widgets/texts.h"
 
 #include <QLabel>
 #include <QMessageBox>

@@ -1,7 +1,7 @@
 #include "ui/widgets/selections.h"
 
-#include "ui/widgets/texts.h"
 #include "ui/widgets/qt_text.h"
+#include "ui/widgets/texts.h"
 
 #include <QEvent>
 #include <QSignalBlocker>

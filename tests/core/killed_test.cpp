@@ -1,0 +1,252 @@
+#include "tests/core/ini_lines.h"
+#include "tests/core/site_change.h"
+#include "tests/support/settings_file.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// A kill inside one pwrite tears it at a multiple of this and nowhere else.
+constexpr std::size_t kPageSize = 4096;
+
+// Where the process ends: before the call of this number, or having made no more of that pwrite than its
+// first bytes.
+struct Stop {
+    std::size_t call = 0;
+    std::size_t bytes = 0; // 0: before the call
+    std::size_t begin = 0; // of the pwrite, in the file
+};
+
+bool IsAppending(const ProbedCalls::Piece& piece, const Rehearsal& rehearsal)
+{
+    const std::size_t step = rehearsal.StepAt(piece.call);
+    return piece.begin == rehearsal.steps[step].before.size();
+}
+
+std::vector<std::size_t> PageBordersIn(const ProbedCalls::Piece& piece)
+{
+    std::vector<std::size_t> cuts;
+    for (std::size_t border = (piece.begin / kPageSize + 1) * kPageSize; border < piece.End();
+         border += kPageSize)
+        cuts.push_back(border - piece.begin);
+    return cuts;
+}
+
+// Before each call and behind the last one.
+std::vector<Stop> CleanStops(const Rehearsal& rehearsal)
+{
+    std::vector<Stop> stops;
+    for (std::size_t call = 0; call <= rehearsal.made.size(); ++call)
+        stops.push_back({.call = call});
+    return stops;
+}
+
+// Inside each pwrite that appends, at any place.
+std::vector<Stop> AppendingStops(const Rehearsal& rehearsal)
+{
+    std::vector<Stop> stops;
+    for (const ProbedCalls::Piece& piece : rehearsal.pieces) {
+        if (!IsAppending(piece, rehearsal))
+            continue;
+        std::set<std::size_t> cuts = {1, piece.count / 4, piece.count / 2, piece.count - 1};
+        cuts.erase(0);
+        for (const std::size_t border : PageBordersIn(piece))
+            cuts.insert(border);
+        for (const std::size_t bytes : cuts)
+            stops.push_back({.call = piece.call, .bytes = bytes});
+    }
+    return stops;
+}
+
+// Inside each pwrite that moves what stands behind it over a page border: the known limit.
+std::vector<Stop> TearingStops(const Rehearsal& rehearsal)
+{
+    std::vector<Stop> stops;
+    for (const ProbedCalls::Piece& piece : rehearsal.pieces) {
+        if (IsAppending(piece, rehearsal))
+            continue;
+        for (const std::size_t bytes : PageBordersIn(piece))
+            stops.push_back({.call = piece.call, .bytes = bytes, .begin = piece.begin});
+    }
+    return stops;
+}
+
+// One file, over which the same change is made again and again, each time by a process of its own.
+class KilledChange
+{
+public:
+    explicit KilledChange(const Scenario& scenario)
+        : scenario_(scenario)
+        , before_(scenario.Before())
+        , settings_(before_)
+        , profile_(OpenProfileFile(settings_.Path(), calls_))
+    {
+        profile_->Read("General", "Com", "", 100); // as the site list has done
+        calls_.ForgetMade();
+    }
+
+    // The file as the process leaves it.
+    std::string LeftAt(const Stop& stop)
+    {
+        settings_.Rewrite(before_);
+        const pid_t child = ::fork();
+        if (child == 0)
+            ChangeAndEnd(stop);
+        int status = 0;
+        EXPECT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFEXITED(status)) << status;
+        hasEnded_ = WIFEXITED(status) && WEXITSTATUS(status) == ProbedCalls::endedStatus;
+        return BytesOf(settings_.Path());
+    }
+
+    [[nodiscard]] bool HasEndedThere() const { return hasEnded_; }
+
+private:
+    // Without the end of a program: nothing is written, closed or looked for any more.
+    [[noreturn]] void ChangeAndEnd(const Stop& stop)
+    {
+        if (stop.bytes > 0)
+            calls_.ShortenAt(stop.call, stop.bytes);
+        calls_.EndAt(stop.bytes > 0 ? stop.call + 1 : stop.call);
+        scenario_.change.run(*profile_, scenario_.code);
+        ::_exit(0);
+    }
+
+    Scenario scenario_;
+    std::string before_;
+    SettingsFile settings_;
+    ProbedCalls calls_;
+    std::unique_ptr<ProfileFile> profile_;
+    bool hasEnded_ = false;
+};
+
+std::vector<Scenario> Scenarios()
+{
+    struct File {
+        int sites;
+        FileForm form;
+        std::vector<int> changed;
+    };
+    std::vector<Scenario> all;
+    for (const File& file : {File{1, FileForm::crLf, {0}},
+                             {1, FileForm::odd, {0}},
+                             {40, FileForm::crLf, {20}},
+                             {40, FileForm::odd, {0, 20, 39}},
+                             {40, FileForm::utf16, {20}},
+                             {250, FileForm::lf, {125}}}) {
+        const auto some = ScenariosOver(file.sites, file.form, file.changed);
+        all.insert(all.end(), some.begin(), some.end());
+    }
+    return all;
+}
+
+class KilledBetweenCalls : public testing::TestWithParam<Scenario>
+{
+protected:
+    KilledBetweenCalls()
+        : rehearsal(GetParam())
+        , change(GetParam())
+    {
+    }
+
+    Rehearsal rehearsal;
+    KilledChange change;
+};
+
+TEST_P(KilledBetweenCalls, LeavesEachKeyOldNewOrAbsentAndAllElseAsItWas)
+{
+    const SiteView before = ViewOf(GetParam().Before(), GetParam().code);
+    std::string seen; // most calls leave what the one in front has left
+    SiteView view;
+    for (const Stop& stop : TakenOf(CleanStops(rehearsal))) {
+        SCOPED_TRACE("call " + std::to_string(stop.call));
+        const std::size_t step = rehearsal.StepAt(stop.call);
+
+        const std::string left = change.LeftAt(stop);
+
+        EXPECT_EQ(change.HasEndedThere(), stop.call < rehearsal.made.size());
+        if (left != seen)
+            view = ViewOf(left, GetParam().code);
+        seen = left;
+        EXPECT_TRUE(KeepsForeign(before, view));
+        const auto next = std::min(step + 1, rehearsal.steps.size());
+        EXPECT_TRUE(view.own == rehearsal.own[step] || view.own == rehearsal.own[next])
+            << testing::PrintToString(view.own);
+        if (HasFailure())
+            break;
+    }
+}
+
+TEST_P(KilledBetweenCalls, InsideOneWriteThatAppendsLeavesTheOldBytesAndABeginOfTheNewOnesBehindThem)
+{
+    for (const Stop& stop : TakenOf(AppendingStops(rehearsal))) {
+        SCOPED_TRACE("call " + std::to_string(stop.call) + ", bytes " + std::to_string(stop.bytes));
+        const Step& step = rehearsal.steps[rehearsal.StepAt(stop.call)];
+
+        const std::string left = change.LeftAt(stop);
+
+        ASSERT_TRUE(change.HasEndedThere());
+        ASSERT_TRUE(left == step.before + step.after.substr(step.before.size(), stop.bytes));
+    }
+}
+
+// The kernel may copy a part of one pwrite only, up to a page border. Where the file grows, what stood in the
+// new bytes' way is gone; where it shrinks, blanks take the place of what goes until the file is cut off.
+TEST_P(KilledBetweenCalls, InsideOneWriteOverAPageBorderLeavesNewBytesInFrontOfItAndOldOnesBehind)
+{
+    constexpr std::string_view blanks(" \r\n\0", 4);
+    for (const Stop& stop : TakenOf(TearingStops(rehearsal))) {
+        SCOPED_TRACE("call " + std::to_string(stop.call) + ", bytes " + std::to_string(stop.bytes));
+        const Step& step = rehearsal.steps[rehearsal.StepAt(stop.call)];
+        const std::size_t border = stop.begin + stop.bytes;
+        const std::size_t newEnd = std::min(border, step.after.size());
+        const std::size_t oldBegin = std::min(border, step.before.size());
+
+        const std::string left = change.LeftAt(stop);
+
+        ASSERT_EQ(left.size(), std::max(border, step.before.size()));
+        ASSERT_TRUE(left.substr(0, newEnd) == step.after.substr(0, newEnd));
+        ASSERT_EQ(left.substr(newEnd, border - newEnd).find_first_not_of(blanks), std::string::npos);
+        ASSERT_TRUE(left.substr(border) == step.before.substr(oldBegin));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(All, KilledBetweenCalls, testing::ValuesIn(Scenarios()),
+                         [](const auto& test) { return test.param.Name(); });
+
+TEST(KilledBetweenCallsInAll, AtLeast2500Times)
+{
+    std::size_t clean = 0;
+    std::size_t appending = 0;
+    std::size_t tearing = 0;
+    for (const Scenario& scenario : Scenarios()) {
+        const Rehearsal rehearsal(scenario);
+        clean += CleanStops(rehearsal).size();
+        appending += AppendingStops(rehearsal).size();
+        tearing += TearingStops(rehearsal).size();
+    }
+    std::cout << "each " << kStride << "-th of " << clean << " stops, " << appending
+              << " inside a write that appends, " << tearing << " inside a write over a page border\n";
+    EXPECT_GE(clean, 2500U);
+    EXPECT_GT(appending, 0U);
+    EXPECT_GT(tearing, 0U);
+}
+
+} // namespace
+
+} // namespace corvrec

@@ -1,0 +1,364 @@
+#include "tests/core/site_change.h"
+
+#include "core/file/section.h"
+#include "core/site/site_list.h"
+#include "core/site/site_saver.h"
+#include "tests/core/ini_lines.h"
+#include "tests/support/sample_site.h"
+#include "tests/support/settings_file.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <utility>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr DateTime kToday{.year = 2026, .month = 3, .day = 3};
+constexpr std::string_view kNewCode = "NUOVO";
+
+struct Pair {
+    std::string_view key;
+    std::string_view value;
+};
+
+// As SaveSite writes SampleSite on kToday.
+constexpr std::array<Pair, 34> kSiteKeys{{
+    {"SitoAbilitato", "1"},
+    {"STimeRead", "20"},
+    {"STimeWrite", "20"},
+    {"MTimeRead", "60"},
+    {"MTimeWrite", "60"},
+    {"FlagCRLF", "0"},
+    {"Dispositivo", "STX30"},
+    {"MODEM", "1"},
+    {"Handshake", "XON"},
+    {"Xon", " 17"},
+    {"Xoff", " 19"},
+    {"Baud", "9600"},
+    {"BitDati", "8"},
+    {"Parita", "E"},
+    {"Stop", "1"},
+    {"Ricorrenza", "-2"},
+    {"Ogni", " 172800"},
+    {"Ora", "08:30 03/03/2026"},
+    {"AggData", "1"},
+    {"AggOra", "0"},
+    {"EliminaNull", "1"},
+    {"CorreggiCR", "0"},
+    {"Dati", R"(C:\Dati\Ufficio.txt)"},
+    {"Dati2", R"(C:\Dati\Scambio.txt)"},
+    {"Storico", R"(C:\Dati\Storico.txt)"},
+    {"Modello", "Generico"},
+    {"StringaModem", "ATX3S0=0"},
+    {"StringaReset", "AT&F"},
+    {"NumeroTel", "ATDT0123"},
+    {"Importazione", "3"},
+    {"FileTimeout", "600"},
+    {"SpazioTimeout", "20"},
+    {"TimeoutFineImp", "15"},
+    {"CharToDel", "00"},
+}};
+
+std::string SiteName(int site)
+{
+    return "Ufficio " + std::to_string(site);
+}
+
+std::string PlainFile(int sites, std::string_view end)
+{
+    std::string bytes;
+    const auto line = [&](const std::string& text) { bytes.append(text).append(end); };
+    line("; settings of the recorder");
+    line("[General]");
+    line("Com=COM1");
+    line("Log=Corvrec.log");
+    line("");
+    line("[Siti]");
+    for (int site = 0; site < sites; ++site)
+        line(SiteCode(site) + "=" + SiteName(site));
+    line("[Recorder]");
+    line("Version=3");
+    for (int site = 0; site < sites; ++site) {
+        line("[" + SiteCode(site) + "]");
+        for (const Pair& pair : kSiteKeys)
+            line(std::string(pair.key) + "=" + std::string(pair.value));
+    }
+    return bytes;
+}
+
+// Nothing stands where SaveSite would put it.
+std::string OddFile(int sites)
+{
+    constexpr std::array<std::string_view, 3> ends = {"\r\n", "\n", "\r"};
+    std::string bytes;
+    int lines = 0;
+    const auto line = [&](const std::string& text) {
+        bytes.append(text).append(ends.at(static_cast<std::size_t>(lines++ % 7) % ends.size()));
+    };
+    line("lines before the first header=belong to nobody");
+    line("");
+    line(" [ Recorder ] behind it=too");
+    line("\tVersion = \"3\" ");
+    line("bare");
+    for (int site = 0; site < sites; ++site) {
+        line("  [" + SiteCode(site) + "]   ; site " + std::to_string(site));
+        for (const Pair& pair : kSiteKeys)
+            line("  " + std::string(pair.key) + " =" + std::string(pair.value));
+        line("; of site " + std::to_string(site));
+        line(" \t ");
+        line("bare line of site " + std::to_string(site));
+        line("Own = of the recorder");
+        line(";Baud=a comment");
+    }
+    line("[SITI]");
+    for (int site = sites - 1; site >= 0; --site)
+        line(" " + SiteCode(site) + " =  " + SiteName(site));
+    line("");
+    line("[Recorder");
+    line("Version=of a second section of that name");
+    line("[General]");
+    line("Com=COM1");
+    return bytes + "Other=the last line has no end";
+}
+
+std::string Widened(std::string_view text)
+{
+    std::string bytes = "\xFF\xFE";
+    for (const char c : text)
+        bytes.append({c, '\0'});
+    return bytes;
+}
+
+// As the site editor does it; a new site has nothing to be deleted.
+void Save(ProfileFile& file, std::string_view code, std::string_view name, const SiteRecord& site)
+{
+    if (code != kNewCode)
+        Section(file, code).Delete(); // its result is not reported by the editor either
+    SaveSite(file, code, name, site, kToday);
+    file.Flush();
+}
+
+// Every value is another one.
+SiteRecord OtherSite()
+{
+    return {
+        .device = device::stratobox11,
+        .remote = false,
+        .handshake = 2,
+        .xon = FlowCharacter{.control = false, .text = "x"},
+        .xoff = FlowCharacter{.control = false, .text = "y"},
+        .baud = "1200",
+        .dataBits = "7",
+        .parity = 2,
+        .stopBits = "2",
+        .enabled = false,
+        .schedule = ScheduleKind::weekly,
+        .weekdays = weekday::saturday | weekday::sunday,
+        .interval = "1",
+        .startTime = "23:59",
+        .marked = true,
+        .addDate = false,
+        .addTime = true,
+        .dropNulls = false,
+        .fixCrLf = true,
+        .dataFile = R"(D:\Altri\Dati\Chiamate.txt)",
+        .exchangeFile = R"(D:\Altri\Dati\Cambio.txt)",
+        .historyFile = R"(D:\Altri\Dati\Archivio.txt)",
+        .logFile = R"(D:\Altri\Log\Recorder.log)",
+        .modemModel = "Veloce 56",
+        .initString = "AT&F1E0V1",
+        .resetString = "ATZ",
+        .dial = DialNumber{.tone = false, .number = "0039 02 555"},
+        .importAttempts = "10",
+        .fileAlert = Alert{.on = false, .limit = std::nullopt},
+        .diskAlert = Alert{.on = true, .limit = "1000"},
+    };
+}
+
+SiteRecord SiteWithTexts(const std::string& text)
+{
+    SiteRecord site = SampleSite();
+    site.dataFile = text;
+    site.historyFile = text;
+    site.logFile = text;
+    site.initString = text;
+    return site;
+}
+
+} // namespace
+
+std::string SiteCode(int site)
+{
+    const std::string number = std::to_string(site);
+    return "S" + std::string(3 - number.size(), '0') + number;
+}
+
+std::string SampleFile(int sites, FileForm form)
+{
+    switch (form) {
+    case FileForm::crLf:
+        return PlainFile(sites, "\r\n");
+    case FileForm::lf:
+        return PlainFile(sites, "\n");
+    case FileForm::odd:
+        return OddFile(sites);
+    case FileForm::utf16:
+        break;
+    }
+    return Widened(OddFile(sites));
+}
+
+std::vector<SiteChange> SiteChanges()
+{
+    return {
+        {"newSite", [](ProfileFile& file, std::string_view) { Save(file, kNewCode, "Nuovo", SampleSite()); }},
+        {"everyValue",
+         [](ProfileFile& file, std::string_view code) { Save(file, code, "Altro nome", OtherSite()); }},
+        {"nameAlone",
+         [](ProfileFile& file, std::string_view code) { Save(file, code, "Sede", SampleSite()); }},
+        {"longerTexts",
+         [](ProfileFile& file, std::string_view code) {
+             Save(file, code, std::string(60, 'n'), SiteWithTexts(std::string(300, 'x')));
+         }},
+        {"shorterTexts",
+         [](ProfileFile& file, std::string_view code) { Save(file, code, "u", SiteWithTexts("x")); }},
+        {"removal",
+         [](ProfileFile& file, std::string_view code) {
+             RemoveSite(file, code);
+             file.Flush();
+         }},
+    };
+}
+
+std::string Scenario::Name() const
+{
+    constexpr std::array<std::string_view, 4> forms = {"CrLf", "Lf", "Odd", "Utf16"};
+    return std::string(change.name) + "Of" + code + "Among" + std::to_string(sites) +
+           std::string(forms.at(static_cast<std::size_t>(form)));
+}
+
+void PrintTo(const Scenario& scenario, std::ostream* out)
+{
+    *out << scenario.Name();
+}
+
+std::vector<Scenario> ScenariosOver(int sites, FileForm form, const std::vector<int>& changed)
+{
+    std::vector<Scenario> scenarios;
+    for (const SiteChange& change : SiteChanges()) {
+        if (change.name == "newSite") {
+            scenarios.push_back(
+                {.sites = sites, .form = form, .change = change, .code = std::string(kNewCode)});
+            continue;
+        }
+        for (const int site : changed)
+            scenarios.push_back({.sites = sites, .form = form, .change = change, .code = SiteCode(site)});
+    }
+    return scenarios;
+}
+
+template <typename Operation>
+bool SteppedFile::Take(Step step, Operation operation)
+{
+    step.before = steps_.empty() ? BytesOf(path_) : steps_.back().after;
+    step.firstCall = calls_.Made().size();
+    step.isDone = operation();
+    step.endCall = calls_.Made().size();
+    step.after = BytesOf(path_);
+    steps_.push_back(std::move(step));
+    return steps_.back().isDone;
+}
+
+std::string SteppedFile::Read(std::string_view section, std::string_view key, std::string_view fallback,
+                              std::size_t size)
+{
+    return file_.Read(section, key, fallback, size);
+}
+
+std::string SteppedFile::Keys(std::string_view section, std::string_view fallback, std::size_t size)
+{
+    return file_.Keys(section, fallback, size);
+}
+
+bool SteppedFile::Write(std::string_view section, std::string_view key, std::string_view value)
+{
+    Step step;
+    step.section = section;
+    step.key = key;
+    step.value = value;
+    return Take(std::move(step), [&] { return file_.Write(section, key, value); });
+}
+
+bool SteppedFile::DeleteKey(std::string_view section, std::string_view key)
+{
+    Step step;
+    step.section = section;
+    step.key = key;
+    step.value = "-";
+    return Take(std::move(step), [&] { return file_.DeleteKey(section, key); });
+}
+
+bool SteppedFile::DeleteSection(std::string_view section)
+{
+    Step step;
+    step.section = section;
+    return Take(std::move(step), [&] { return file_.DeleteSection(section); });
+}
+
+void Apply(const Step& step, std::string_view code, std::map<std::string, std::string>& own)
+{
+    if (step.key.empty()) {
+        std::erase_if(own,
+                      [](const auto& entry) { return entry.first == "[]" || !entry.first.starts_with('['); });
+        return;
+    }
+    const std::string key =
+        step.section == code ? InLowerCase(step.key) : "[" + InLowerCase(step.section) + "]";
+    if (step.value == "-")
+        own.erase(key);
+    else
+        own[key] = step.value;
+}
+
+Rehearsal::Rehearsal(const Scenario& scenario)
+{
+    const SettingsFile settings(scenario.Before());
+    ProbedCalls calls;
+    const auto profile = OpenProfileFile(settings.Path(), calls);
+    SteppedFile file(*profile, calls, settings.Path());
+
+    scenario.change.run(file, scenario.code);
+
+    made = calls.Made();
+    pieces = calls.Pieces();
+    steps = file.Steps();
+    own.push_back(ViewOf(scenario.Before(), scenario.code).own);
+    for (const Step& step : steps) {
+        own.push_back(own.back());
+        Apply(step, scenario.code, own.back());
+    }
+}
+
+std::size_t Rehearsal::StepAt(std::size_t call) const
+{
+    const auto step = std::ranges::find_if(steps, [&](const Step& candidate) {
+        return call >= candidate.firstCall && call < candidate.endCall;
+    });
+    return static_cast<std::size_t>(step - steps.begin());
+}
+
+std::string BytesOf(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    std::string bytes(static_cast<std::size_t>(std::max<std::streamoff>(file.tellg(), 0)), '\0');
+    file.seekg(0);
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    return bytes;
+}
+
+} // namespace corvrec

@@ -1,0 +1,123 @@
+// A site that is loaded and saved again and again comes to rest, whatever the file held, and nothing of the
+// file but the site is lost.
+//
+// Input: the site's code, its name and the file's bytes, separated by '|':
+// "A|Uno|[Siti]\nA=Uno\n[A]\nBaud=9600".
+
+#include "core/file/code_page.h"
+#include "core/file/section.h"
+#include "core/site/site_list.h"
+#include "core/site/site_loader.h"
+#include "core/site/site_saver.h"
+#include "tests/fuzz/check.h"
+#include "tests/fuzz/fields.h"
+#include "tests/fuzz/reference_profile.h"
+#include "tests/fuzz/text_profile.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace corvrec::fuzz
+{
+
+namespace
+{
+
+constexpr DateTime kToday{.year = 2026, .month = 11, .day = 21};
+
+// What the editor shows for a new site: rows, and a letter for each flow-control character.
+SiteRecord NewSite()
+{
+    SiteRecord site;
+    site.device = device::pabx;
+    site.handshake = 0;
+    site.parity = 0;
+    site.xon = FlowCharacter{.control = true, .text = "Q"};
+    site.xoff = FlowCharacter{.control = true, .text = "S"};
+    site.schedule = ScheduleKind::continuous;
+    return site;
+}
+
+// A code whose section and key are found again: without what ends or opens a name. In the code page.
+std::string Findable(std::string_view field)
+{
+    std::string code(field);
+    std::ranges::replace_if(
+        code, [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == ']' || c == '='; }, '_');
+    if (code.empty() || code.front() == '[' || code.front() == ';')
+        code.insert(0, "_");
+    return code;
+}
+
+bool HasAll(const std::vector<std::u16string>& lines, const std::vector<std::u16string>& wanted)
+{
+    auto next = wanted.begin();
+    for (const std::u16string& line : lines) {
+        if (next != wanted.end() && line == *next)
+            ++next;
+    }
+    return next == wanted.end();
+}
+
+// One confirmed edit that changes nothing.
+SiteRecord Edit(TextProfile& file, std::string_view code, std::string_view name)
+{
+    SiteRecord site = NewSite();
+    const std::string before = file.Bytes();
+    LoadSite(file, code, site); // whether the alerts were there is not the question here
+    Check(file.Bytes() == before, "loading writes nothing");
+    Section(file, code).Delete(); // as all writes, in vain when the file is half a character too long
+    SaveSite(file, code, name, site, kToday);
+    return site;
+}
+
+// Each save takes off a pair of quotes, and lets a later section of the same name come to light. All else
+// needs three: a character saved as itself comes back as a number, an empty weekly schedule as a continuous
+// one, whose start time comes back as 12:00.
+std::size_t MostEdits(std::string_view bytes)
+{
+    const auto strewn =
+        std::ranges::count_if(bytes, [](char c) { return c == '"' || c == '\'' || c == '['; });
+    return static_cast<std::size_t>(strewn) + 4;
+}
+
+void CheckSite(std::string_view codeField, std::string_view nameField, std::string_view bytes)
+{
+    const std::string stored = Findable(codeField);
+    const std::string code = Utf8FromCp1252(stored);
+    const std::string name = Utf8FromCp1252(nameField);
+    TextProfile file(bytes);
+
+    const std::size_t mostEdits = MostEdits(bytes);
+    std::string before;
+    SiteRecord site;
+    std::size_t edits = 0;
+    do {
+        Check(edits++ < mostEdits, "a site that is loaded and saved comes to rest");
+        before = file.Bytes();
+        site = Edit(file, code, name);
+        Check(HasAll(LinesAsideReference(file.Bytes(), stored), LinesAsideReference(before, stored)),
+              "what is not the site's stays");
+    } while (file.Bytes() != before);
+
+    SiteRecord again = NewSite();
+    LoadSite(file, code, again);
+    Check(again == site, "what is saved is what is loaded");
+    ListSites(file); // any list is right: it has no way to fail but a crash
+    Check(file.Bytes() == before, "listing writes nothing");
+}
+
+} // namespace
+
+} // namespace corvrec::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    corvrec::fuzz::Fields fields(data, size);
+    const std::string_view code = fields.Text();
+    const std::string_view name = fields.Text();
+    corvrec::fuzz::CheckSite(code, name, fields.Rest());
+    return 0;
+}

@@ -1,0 +1,225 @@
+// The settings file, whatever it holds and whatever is done to it, against a simple model: the same results
+// and the same bytes after each operation.
+//
+// Input: the file's bytes, then operations, all of them separated by '|'. An operation is a letter and its
+// parameters, the first one directly behind the letter: "[Siti]\nA=1|rSiti|A|missing|100|wSiti|B|two".
+
+#include "tests/fuzz/check.h"
+#include "tests/fuzz/fields.h"
+#include "tests/fuzz/memory_calls.h"
+#include "tests/fuzz/reference_profile.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace corvrec::fuzz
+{
+
+namespace
+{
+
+constexpr std::size_t kUsualSize = 100;
+
+class World
+{
+public:
+    explicit World(std::string_view bytes)
+        : files_{Opened(), Opened()}
+    {
+        if (!bytes.empty())
+            calls_.Rewrite(bytes);
+    }
+
+    void Do(std::string_view operation, Fields& fields)
+    {
+        if (operation.empty())
+            return;
+        const std::string_view first = operation.substr(1);
+        if (!Ask(operation.front(), first, fields) && !Change(operation.front(), first, fields))
+            Interfere(operation.front(), first, fields);
+        Check(!calls_.IsOpen(), "no descriptor stays open between the operations");
+    }
+
+private:
+    std::unique_ptr<ProfileFile> Opened() { return OpenProfileFile("/nowhere/Corvrec.ini", calls_); }
+
+    ProfileFile& File() { return *files_.at(current_); }
+
+    [[nodiscard]] bool IsReadable() const
+    {
+        const auto kind = calls_.FileKind();
+        return kind == MemoryCalls::Kind::regular || kind == MemoryCalls::Kind::unwritable;
+    }
+
+    [[nodiscard]] bool IsWritable() const
+    {
+        const auto kind = calls_.FileKind();
+        return kind == MemoryCalls::Kind::regular || kind == MemoryCalls::Kind::missing;
+    }
+
+    // What reads: nothing in the file changes.
+    bool Ask(char operation, std::string_view first, Fields& fields)
+    {
+        const std::size_t changes = calls_.Changes();
+        switch (operation) {
+        case 'r': {
+            const std::string_view key = fields.Text();
+            const std::string_view fallback = fields.Text();
+            const std::size_t size = fields.Number(kUsualSize);
+            Check(File().Read(first, key, fallback, size) ==
+                      (IsReadable() ? ReadReference(calls_.Bytes(), first, key, fallback, size)
+                                    : FallbackReference(fallback, size)),
+                  "a value reads as in the model");
+            break;
+        }
+        case 'k': {
+            const std::string_view fallback = fields.Text();
+            const std::size_t size = fields.Number(kUsualSize);
+            Check(File().Keys(first, fallback, size) ==
+                      (IsReadable() ? KeysReference(calls_.Bytes(), first, fallback, size)
+                                    : FallbackReference(fallback, size)),
+                  "keys are listed as in the model");
+            break;
+        }
+        case 'f':
+            File().Flush();
+            break;
+        default:
+            return false;
+        }
+        Check(calls_.Changes() == changes, "asking changes nothing");
+        return true;
+    }
+
+    bool Change(char operation, std::string_view first, Fields& fields)
+    {
+        switch (operation) {
+        case 'w': {
+            const std::string_view key = fields.Text();
+            const std::string_view value = fields.Text();
+            CheckChange(WriteReference(Content(), first, key, value),
+                        [&] { return File().Write(first, key, value); });
+            return true;
+        }
+        case 'W': { // a long value
+            const std::string_view key = fields.Text();
+            const std::string value = Repeated(fields);
+            CheckChange(WriteReference(Content(), first, key, value),
+                        [&] { return File().Write(first, key, value); });
+            return true;
+        }
+        case 'd': {
+            const std::string_view key = fields.Text();
+            CheckChange(DeleteKeyReference(Content(), first, key),
+                        [&] { return File().DeleteKey(first, key); });
+            return true;
+        }
+        case 'D':
+            CheckChange(DeleteSectionReference(Content(), first),
+                        [&] { return File().DeleteSection(first); });
+            return true;
+        default:
+            return false;
+        }
+    }
+
+    // What another program or the system does.
+    void Interfere(char operation, std::string_view first, Fields& fields)
+    {
+        const std::size_t number = Fields::NumberOf(first, 0);
+        switch (operation) {
+        case 'o': // the file's other user
+            current_ = 1 - current_;
+            break;
+        case 'O': // one who has seen nothing yet
+            files_.at(current_) = Opened();
+            break;
+        case 'x':
+            calls_.Rewrite(first);
+            break;
+        case 'X':
+            calls_.Rewrite(calls_.Bytes() + std::string(first) + Repeated(fields));
+            break;
+        case 'n':
+            calls_.Replace(first);
+            break;
+        case 'b':
+            calls_.RewriteAndSetBack(first);
+            break;
+        case 'c':
+            calls_.SetKind(static_cast<MemoryCalls::Kind>(number % 5)); // its five enumerators
+            break;
+        case 't':
+            calls_.Wait(static_cast<std::int64_t>(number % 10'000));
+            break;
+        case 'l':
+            largestSize_ = number;
+            calls_.SetLargestSize(number);
+            break;
+        case 's':
+            calls_.SetMood({.interrupts = (number & 1U) != 0,
+                            .movesLittle = (number & 2U) != 0,
+                            .cannotReserve = (number & 4U) != 0,
+                            .hasForeignTimes = (number & 8U) != 0,
+                            .countsTwoSeconds = (number & 16U) != 0});
+            break;
+        default:
+            break;
+        }
+    }
+
+    // A text as often as the next field says, as long as that is not too slow to be worth it.
+    static std::string Repeated(Fields& fields)
+    {
+        constexpr std::size_t longest = 5000; // more than a page
+        const std::string_view text = fields.Text();
+        const std::size_t count = fields.Number(1);
+        std::string repeated;
+        for (std::size_t i = 0; i < count && repeated.size() + text.size() <= longest && !text.empty(); ++i)
+            repeated += text;
+        return repeated;
+    }
+
+    // A missing file is an empty one.
+    [[nodiscard]] std::string_view Content() const
+    {
+        return calls_.FileKind() == MemoryCalls::Kind::missing ? std::string_view() : calls_.Bytes();
+    }
+
+    template <typename Make>
+    void CheckChange(const std::optional<std::string>& after, Make make)
+    {
+        const std::string before(Content());
+        const std::size_t changes = calls_.Changes();
+        const bool wasThere = calls_.FileKind() == MemoryCalls::Kind::regular;
+        const bool fits = after && (after->size() <= before.size() || after->size() <= largestSize_);
+        const bool isDone = make();
+        Check(isDone == (IsWritable() && fits), "a change succeeds as in the model");
+        Check(Content() == (isDone ? *after : before), "the file holds what the model says");
+        Check(!isDone || !wasThere || *after != before || calls_.Changes() == changes,
+              "what stands there already is not written");
+    }
+
+    MemoryCalls calls_;
+    std::array<std::unique_ptr<ProfileFile>, 2> files_;
+    std::size_t current_ = 0;
+    std::size_t largestSize_ = std::numeric_limits<std::size_t>::max();
+};
+
+} // namespace
+
+} // namespace corvrec::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    corvrec::fuzz::Fields fields(data, size);
+    corvrec::fuzz::World world(fields.Text());
+    while (!fields.AtEnd())
+        world.Do(fields.Text(), fields);
+    return 0;
+}

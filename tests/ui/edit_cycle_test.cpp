@@ -1,0 +1,327 @@
+// A technician's session from the list to the file: what is typed and clicked against the bytes that are
+// left.
+#include "tests/support/message_probe.h"
+#include "tests/support/modal_visit.h"
+#include "tests/support/registered_test.h"
+#include "tests/support/site_window.h"
+#include "ui/editor/frmFileAvanzate.h"
+#include "ui/editor/frmModem.h"
+#include "ui/editor/frmTrasfAvanzate.h"
+#include "ui/widgets/check_list.h"
+#include "ui/widgets/mask_edit.h"
+#include "ui/widgets/texts.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTest>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr std::string_view kBefore = "; Registratore di Bologna\r\n"
+                                     "[General]\r\n"
+                                     "Com=COM2\r\n"
+                                     "Log=Vecchio.log\r\n"
+                                     "\r\n"
+                                     "[Siti]\r\n"
+                                     "; codice=nome\r\n"
+                                     "UNO=Sede di Forl\xEC\r\n"
+                                     "DUE=Magazzino\r\n"
+                                     "\r\n"
+                                     "[UNO]\r\n"
+                                     "SitoAbilitato=1\r\n"
+                                     "STimeRead=5\r\n"
+                                     "; nota da conservare\r\n"
+                                     "Dispositivo=STX30\r\n"
+                                     "MODEM=0\r\n"
+                                     "Baud=4800\r\n"
+                                     "Ricorrenza=-2\r\n"
+                                     "Ogni= 172800\r\n"
+                                     "Ora=08.30 01/02/2020p\r\n"
+                                     "Dati=c:\\dati\\uno.txt\r\n"
+                                     "Dati2=c:\\scambio\\uno.txt\r\n"
+                                     "Storico=c:\\storico\\uno.txt\r\n"
+                                     "Estranea=resta finche' il sito non viene salvato\r\n"
+                                     "[DUE]\r\n"
+                                     "SitoAbilitato=0\r\n"
+                                     "Ricorrenza=0\r\n"
+                                     "[Altro programma]\r\n"
+                                     "Chiave = valore \r\n";
+
+constexpr std::string_view kCatalogue = "Modello A=X3S0=0\r\nModello B=X4&K3=1\r\n";
+
+// Compared line by line, so that a failure names the line; the line ends are part of the lines.
+QList<QByteArray> Lines(const QByteArray& bytes)
+{
+    return bytes.split('\n');
+}
+
+template <class Control>
+Control& Part(QWidget& window, const char* name)
+{
+    return SiteWindow::Part<Control>(window, name);
+}
+
+void Click(QWidget& window, const char* button)
+{
+    QTest::mouseClick(&Part<QPushButton>(window, button), Qt::LeftButton);
+}
+
+void Type(QWidget& window, const char* field, const QString& text)
+{
+    auto& edit = Part<QLineEdit>(window, field);
+    QTest::mouseClick(&edit, Qt::LeftButton);
+    QTest::keyClick(&edit, Qt::Key_Home);
+    QTest::keyClick(&edit, Qt::Key_End, Qt::ShiftModifier);
+    for (const QChar letter : text) {
+        // Letters beyond ASCII come with a key of their own.
+        if (letter.unicode() < 0x80)
+            QTest::keyClick(&edit, letter.toLatin1());
+        else
+            QTest::sendKeyEvent(QTest::Click, &edit, Qt::Key_Agrave, QString(letter), Qt::NoModifier);
+    }
+}
+
+// Chooses an entry with the arrow keys, as from the keyboard.
+void Choose(QWidget& window, const char* list, const QString& entry)
+{
+    auto& combo = Part<QComboBox>(window, list);
+    combo.setFocus();
+    QTest::keyClick(&combo, Qt::Key_Home);
+    for (int i = 0; i < combo.count() && combo.currentText() != entry; ++i)
+        QTest::keyClick(&combo, Qt::Key_Down);
+    QCOMPARE(combo.currentText(), entry);
+}
+
+void FillModem(frmModem& form)
+{
+    Choose(form, "cboModem", "Modello B");
+    Type(form, "txtTelefono", "0544123456");
+    Type(form, "txtTentImpor", "3");
+    QTest::mouseClick(&Part<QRadioButton>(form, "optImpulsi"), Qt::LeftButton, {},
+                      QPoint(8, Part<QRadioButton>(form, "optImpulsi").height() / 2));
+    Click(form, "OK");
+}
+
+void FillWeeklyRemoteSite(frmDettaglio& form)
+{
+    Type(form, "txtNomeSito", "Ravenna, sede à ");
+    Type(form, "txtCodice", " ra1");
+    Choose(form, "cboTipoConn", "Stratobox Buffer");
+    QTest::mouseClick(&Part<QRadioButton>(form, "optRemoto"), Qt::LeftButton, {},
+                      QPoint(8, Part<QRadioButton>(form, "optRemoto").height() / 2));
+    Choose(form, "cboVelocita", "115200");
+    {
+        const ModalVisit<frmModem> modem(FillModem);
+        Click(form, "btnModem");
+    }
+    QTest::keyClick(&form, Qt::Key_Tab, Qt::ControlModifier);
+    Choose(form, "cboRicorrenza", "Settimanale");
+    Type(form, "mskValore", "2");
+    Type(form, "mskOrario", "2145");
+    auto& days = Part<CheckList>(form, "lstGiorni");
+    for (const int row : {5, 6})
+        QTest::mouseClick(days.viewport(), Qt::LeftButton, {}, days.visualItemRect(days.item(row)).center());
+    {
+        const ModalVisit<frmTrasfAvanzate> transformations([](frmTrasfAvanzate& dialog) {
+            for (const char* const box : {"chkData", "chkNull"})
+                QTest::keyClick(&Part<QCheckBox>(dialog, box), Qt::Key_Space);
+            Click(dialog, "OK");
+        });
+        Click(form, "cmdTAvanzate");
+    }
+    QTest::keyClick(&form, Qt::Key_Tab, Qt::ControlModifier);
+    Type(form, "txtDati", "d:\\ra\\dati.txt");
+    Type(form, "txtDati2", "d:\\ra\\scambio.txt");
+    Type(form, "txtStorico", "d:\\ra\\storico.txt");
+    Type(form, "txtLog", "Comune.log");
+    {
+        const ModalVisit<frmFileAvanzate> alerts([](frmFileAvanzate& dialog) {
+            QTest::keyClick(&Part<QCheckBox>(dialog, "chkFile"), Qt::Key_Space);
+            Type(dialog, "txtFile", "900");
+            Click(dialog, "OK");
+        });
+        Click(form, "cmdFileAvanzate");
+    }
+    QTest::keyClick(&Part<QLineEdit>(form, "txtLog"), Qt::Key_Return);
+}
+
+} // namespace
+
+class edit_cycle_test : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
+
+    static void addedSiteIsWrittenWhole();
+    static void editedSiteIsWrittenAnew();
+    static void lookingAtASiteWritesNothing();
+    static void addingEditingAndRemovingLeaveTheRestOfTheFile();
+    static void changeByAnotherProgramMeanwhileIsKept();
+};
+
+constexpr std::string_view kRavenna = "[RA1]\r\n"
+                                      "SitoAbilitato=1\r\n"
+                                      "STimeRead=20\r\n"
+                                      "STimeWrite=20\r\n"
+                                      "MTimeRead=60\r\n"
+                                      "MTimeWrite=60\r\n"
+                                      "FlagCRLF=0\r\n"
+                                      "Dispositivo=STX40\r\n"
+                                      "MODEM=1\r\n"
+                                      "Handshake=HDW\r\n"
+                                      "Xon= 17\r\n"
+                                      "Xoff= 19\r\n"
+                                      "Baud=115200\r\n"
+                                      "BitDati=8\r\n"
+                                      "Parita=N\r\n"
+                                      "Stop=1\r\n"
+                                      "Ricorrenza= 65\r\n"
+                                      "Ogni= 1209600\r\n"
+                                      "Ora=21:45 21/11/2026\r\n"
+                                      "AggData=1\r\n"
+                                      "AggOra=0\r\n"
+                                      "EliminaNull=0\r\n"
+                                      "CorreggiCR=0\r\n"
+                                      "Dati=d:\\ra\\dati.txt\r\n"
+                                      "Dati2=d:\\ra\\scambio.txt\r\n"
+                                      "Storico=d:\\ra\\storico.txt\r\n"
+                                      "Modello=Modello B\r\n"
+                                      "StringaModem=ATX4&K3=1\r\n"
+                                      "StringaReset=AT&F\r\n"
+                                      "NumeroTel=ATDP0544123456\r\n"
+                                      "Importazione=3\r\n"
+                                      "FileTimeout=900\r\n"
+                                      "SpazioTimeout=0\r\n"
+                                      "TimeoutFineImp=15\r\n"
+                                      "CharToDel=00\r\n";
+
+void edit_cycle_test::addedSiteIsWrittenWhole()
+{
+    SiteWindow window(SettingsWith({}), kCatalogue);
+    const ModalVisit<frmDettaglio> editor(FillWeeklyRemoteSite);
+
+    Click(window.List(), "cmdAggiungi");
+
+    QCOMPARE(Lines(window.File()),
+             Lines("[Siti]\r\nRA1=Ravenna, sede \xE0\r\n[General]\r\nCom=COM2\r\nLog=Comune.log\r\n" +
+                   QByteArray(kRavenna.data(), static_cast<qsizetype>(kRavenna.size()))));
+}
+
+void edit_cycle_test::editedSiteIsWrittenAnew()
+{
+    SiteWindow window(kBefore, kCatalogue);
+    const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
+        Choose(form, "cboVelocita", "9600");
+        Type(form, "mskValore", "3");
+        QTest::keyClick(&Part<QLineEdit>(form, "txtDati"), Qt::Key_Return);
+    });
+
+    Click(window.List(), "cmdProperties");
+
+    QCOMPARE(Lines(window.File()),
+             Lines("; Registratore di Bologna\r\n[General]\r\nCom=COM2\r\nLog=Vecchio.log\r\n\r\n"
+                   "[Siti]\r\n; codice=nome\r\nUNO=Sede di Forl\xEC\r\nDUE=Magazzino\r\n\r\n"
+                   "; nota da conservare\r\n"
+                   "[DUE]\r\nSitoAbilitato=0\r\nRicorrenza=0\r\n"
+                   "[Altro programma]\r\nChiave = valore \r\n"
+                   "[UNO]\r\nSitoAbilitato=1\r\nSTimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\n"
+                   "MTimeWrite=60\r\nFlagCRLF=0\r\nDispositivo=STX30\r\nMODEM=0\r\nHandshake=HDW\r\n"
+                   "Xon= 17\r\nXoff= 19\r\nBaud=9600\r\nBitDati=8\r\nParita=N\r\nStop=1\r\n"
+                   "Ricorrenza=-2\r\nOgni= 259200\r\nOra=08:30 21/11/2026p\r\n"
+                   "AggData=0\r\nAggOra=0\r\nEliminaNull=0\r\nCorreggiCR=0\r\n"
+                   "Dati=c:\\Dati\\Uno.txt\r\nDati2=c:\\Scambio\\Uno.txt\r\nStorico=c:\\Storico\\Uno.txt\r\n"
+                   "Modello=Modello A\r\nStringaModem=ATX3S0=0\r\nStringaReset=AT&F\r\n"
+                   "NumeroTel=ATDT\r\nImportazione=\r\nFileTimeout=0\r\nSpazioTimeout=0\r\n"
+                   "TimeoutFineImp=15\r\nCharToDel=00\r\n"));
+}
+
+void edit_cycle_test::lookingAtASiteWritesNothing()
+{
+    SiteWindow window(kBefore, kCatalogue);
+    const QByteArray before = window.File();
+    {
+        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
+            Type(form, "txtDati", "x");
+            Click(form, "Annulla");
+        });
+        Click(window.List(), "cmdProperties");
+    }
+    {
+        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { form.close(); });
+        Click(window.List(), "cmdProperties");
+    }
+
+    window.List().close();
+
+    QCOMPARE(window.File(), before);
+}
+
+void edit_cycle_test::addingEditingAndRemovingLeaveTheRestOfTheFile()
+{
+    SiteWindow window(kBefore, kCatalogue);
+    {
+        const ModalVisit<frmDettaglio> editor(FillWeeklyRemoteSite);
+        Click(window.List(), "cmdAggiungi");
+    }
+    {
+        // The first site goes.
+        Part<QTableView>(window.List(), "dgrdGrigliaSiti").selectRow(0);
+        MessageProbe question(QString("Sì"));
+        Click(window.List(), "cmdRimuovi");
+    }
+    {
+        // The new one is opened and confirmed as it is: the same bytes at the same place.
+        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { Click(form, "OK"); });
+        Click(window.List(), "cmdProperties");
+    }
+    Click(window.List(), "cmdChiudi");
+
+    QVERIFY(!window.List().isVisible());
+    QByteArray ravenna(kRavenna.data(), static_cast<qsizetype>(kRavenna.size()));
+    // Shown paths have their letters behind each separator in upper case, and a loaded "0" is an alert of 0
+    // MByte.
+    ravenna.replace("d:\\ra\\dati", "d:\\Ra\\Dati")
+        .replace("d:\\ra\\sc", "d:\\Ra\\Sc")
+        .replace("d:\\ra\\st", "d:\\Ra\\St");
+    QCOMPARE(Lines(window.File()),
+             Lines("; Registratore di Bologna\r\n[General]\r\nCom=COM2\r\nLog=Comune.log\r\n\r\n"
+                   "[Siti]\r\n; codice=nome\r\nDUE=Magazzino\r\nRA1=Ravenna, sede \xE0\r\n\r\n"
+                   "; nota da conservare\r\n"
+                   "[DUE]\r\nSitoAbilitato=0\r\nRicorrenza=0\r\n"
+                   "[Altro programma]\r\nChiave = valore \r\n" +
+                   ravenna));
+}
+
+void edit_cycle_test::changeByAnotherProgramMeanwhileIsKept()
+{
+    SiteWindow window(SettingsWith({"A", "B"}));
+    const ModalVisit<frmDettaglio> editor([&window](frmDettaglio& form) {
+        // While the editor is open, the other site and a foreign section change.
+        std::string bytes = window.Settings().Bytes();
+        bytes.replace(bytes.find("[B]\r\nSitoAbilitato=1"), 20, "[B]\r\nSitoAbilitato=0");
+        window.Settings().Rewrite(bytes + "[Servizio]\r\nAvviato=1\r\n");
+        Click(form, "OK");
+    });
+
+    Click(window.List(), "cmdProperties");
+
+    QCOMPARE(window.Settings().Line("B", "SitoAbilitato"), "SitoAbilitato=0");
+    QCOMPARE(window.Settings().Line("Servizio", "Avviato"), "Avviato=1");
+    QCOMPARE(window.Settings().Line("A", "CharToDel"), "CharToDel=00");
+}
+
+} // namespace corvrec
+
+static const corvrec::RegisteredTest<corvrec::edit_cycle_test> registered;
+#include "edit_cycle_test.moc"

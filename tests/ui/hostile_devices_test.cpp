@@ -1,0 +1,310 @@
+// Devices that do their worst, and users who leave at the worst moment.
+#include "tests/support/buffer_window.h"
+#include "tests/support/heap.h"
+#include "tests/support/lab_world.h"
+#include "tests/support/message_log.h"
+#include "tests/support/registered_test.h"
+#include "tests/support/site_window.h"
+#include "ui/widgets/texts.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTest>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+Q_DECLARE_METATYPE(corvrec::lab::DeviceOptions)
+Q_DECLARE_METATYPE(std::function<bool(corvrec::LabWorld&)>)
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr std::array kModels{lab::Model::stratobox11, lab::Model::stratobox20, lab::Model::stratobox30,
+                             lab::Model::stratoboxBuffer};
+constexpr std::array<const char*, 4> kModelNames{"1.1", "2.0", "3.0", "Buffer"};
+
+// The waits of a status, of a call and of a hang-up: each may last its time-out, by a step of the tick more,
+// and begins with one pass that must not rest.
+constexpr std::array kDirectWaitsMs{30000, 30000, 30000};
+constexpr std::array kModemWaitsMs{3000, 3000, 120000, 30000, 10000, 10000, 3000, 3000, 120000, 10000, 6000};
+
+template <std::size_t Count>
+std::int64_t Longest(const std::array<int, Count>& waitsMs)
+{
+    std::int64_t sum = 0;
+    for (const int each : waitsMs)
+        sum += each + 2 * kTickStepMs;
+    return sum;
+}
+
+std::int64_t LongestVisitMs(const lab::DeviceOptions& device)
+{
+    constexpr std::int64_t kClockCommandMs = 200;
+    return kClockCommandMs + (device.modem ? Longest(kModemWaitsMs) : Longest(kDirectWaitsMs));
+}
+
+// Of the event loop: one for each byte and for each rest, and a few for each wait and each window.
+std::size_t MostPasses(const LabPump& pump, std::int64_t passedMs)
+{
+    constexpr std::size_t kOthers = 60;
+    return 2 * pump.Sent() + static_cast<std::size_t>(passedMs / LabPump::kLongestRestMs) + kOthers;
+}
+
+// A user asks for the status and sets the clock, as far as the window lets him, and goes.
+void UseAndLeave(frmSX& window)
+{
+    for (const char* const button : {"cmdStato", "cmdImpostaDataOra"}) {
+        if (window.isVisible())
+            Click(window, button);
+    }
+    if (window.isVisible()) {
+        QCOMPARE(EnabledButtons(window), (QStringList{"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}));
+        QCOMPARE(BusyWindows(window), QStringList());
+    }
+}
+
+// What must be true of every visit, whatever happens in it.
+void Visit(LabWorld& world, const lab::DeviceOptions& device)
+{
+    MessageLog boxes;
+    const std::int64_t start = world.clock.TickMs();
+    world.editor.Visit(UseAndLeave);
+    const std::int64_t passedMs = world.clock.TickMs() - start;
+    QVERIFY2(passedMs <= LongestVisitMs(device), qPrintable(QString::number(passedMs)));
+    QVERIFY2(world.pump.Passes() <= MostPasses(world.pump, passedMs),
+             qPrintable(QString("%1 passes, %2 bytes").arg(world.pump.Passes()).arg(world.pump.Sent())));
+    QVERIFY(!world.pump.IsHeld());
+}
+
+// Whether there was anything to act on.
+using Act = std::function<bool(LabWorld&)>;
+
+frmSX* OpenWindow()
+{
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (auto* const buffer = qobject_cast<frmSX*>(window); buffer != nullptr && buffer->isVisible())
+            return buffer;
+    }
+    return nullptr;
+}
+
+bool PullTheCable(LabWorld& world)
+{
+    world.pump.Unplug();
+    return true;
+}
+
+bool CancelTheCall(LabWorld& /*world*/)
+{
+    frmConnessione& dialog = ModemDialog(*OpenWindow());
+    if (!dialog.isVisible())
+        return false;
+    Click(dialog, "cmdAnnulla");
+    return true;
+}
+
+bool PressEscape(LabWorld& /*world*/)
+{
+    frmConnessione& dialog = ModemDialog(*OpenWindow());
+    QTest::keyClick(dialog.isVisible() ? static_cast<QWidget*>(&dialog) : OpenWindow(), Qt::Key_Escape);
+    return true;
+}
+
+// At the end of a session the window goes even behind the modem dialog.
+bool LogOff(LabWorld& /*world*/)
+{
+    BufferWindow::LogOff();
+    return true;
+}
+
+lab::DeviceOptions ByModem(lab::DeviceOptions device)
+{
+    device.modem = lab::ModemBehaviour{.echo = true, .dialDelayMs = 20};
+    return device;
+}
+
+} // namespace
+
+class hostile_devices_test : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
+
+    static void anythingAtEveryStep_data();
+    static void anythingAtEveryStep();
+    static void everyFault_data();
+    static void everyFault();
+    static void repliesCutAtEveryLength_data();
+    static void repliesCutAtEveryLength();
+    static void endlessOutputFillsNoMemory_data();
+    static void endlessOutputFillsNoMemory();
+};
+
+void hostile_devices_test::anythingAtEveryStep_data()
+{
+    QTest::addColumn<lab::DeviceOptions>("device");
+    QTest::addColumn<Act>("act");
+    const std::vector<std::pair<const char*, lab::DeviceOptions>> devices{
+        {"1.1", LabDevice(lab::Model::stratobox11)},
+        {"Buffer", LabDevice(lab::Model::stratoboxBuffer)},
+        {"1.1 by modem", ByModem(LabDevice(lab::Model::stratobox11))},
+        {"3.0 by modem", ByModem(LabDevice())},
+    };
+    const std::vector<std::pair<const char*, Act>> acts{
+        {"unplugged", PullTheCable}, {"left", PressEscape}, {"logged off", LogOff}};
+    for (const auto& [deviceName, device] : devices) {
+        for (const auto& [actName, act] : acts)
+            QTest::addRow("%s, %s", deviceName, actName) << device << act;
+        if (device.modem) // only a call can be cancelled
+            QTest::addRow("%s, cancelled", deviceName) << device << Act(CancelTheCall);
+    }
+}
+
+void hostile_devices_test::anythingAtEveryStep()
+{
+    QFETCH(lab::DeviceOptions, device);
+    QFETCH(Act, act);
+
+    bool happened = true;
+    std::size_t acts = 0;
+    for (std::size_t pass = 0; happened && !QTest::currentTestFailed(); ++pass) {
+        happened = false;
+        LabWorld world(device);
+        world.pump.AtPass(pass, [&] {
+            happened = true;
+            acts += act(world) ? 1 : 0;
+        });
+        Visit(world, device);
+    }
+    QVERIFY(acts > 0);
+}
+
+void hostile_devices_test::everyFault_data()
+{
+    QTest::addColumn<lab::DeviceOptions>("device");
+    using lab::Faults;
+    const std::vector<std::pair<const char*, Faults>> faults{
+        {"silence", {.silence = true}},
+        {"garbage", {.garbage = true}},
+        {"echo", {.echo = true}},
+        {"NULs", {.nuls = true}},
+        {"endless", {.endless = true}},
+        {"slow", {.pauseMs = 900}},
+        {"garbage with NULs and echo", {.garbage = true, .echo = true, .nuls = true}},
+        {"endless after a break", {.endless = true, .dropAfter = 3000}},
+    };
+    for (std::size_t model = 0; model < kModels.size(); ++model) {
+        for (const auto& [name, fault] : faults) {
+            lab::DeviceOptions device = LabDevice(kModels.at(model));
+            device.faults = fault;
+            QTest::addRow("%s, %s", kModelNames.at(model), name) << device;
+            QTest::addRow("%s by modem, %s", kModelNames.at(model), name) << ByModem(device);
+        }
+    }
+}
+
+void hostile_devices_test::everyFault()
+{
+    QFETCH(lab::DeviceOptions, device);
+    LabWorld world(device);
+
+    Visit(world, device);
+}
+
+void hostile_devices_test::repliesCutAtEveryLength_data()
+{
+    QTest::addColumn<int>("model");
+    QTest::addColumn<bool>("burst");
+    QTest::addColumn<int>("pauseMs");
+    for (int model = 0; model < static_cast<int>(kModels.size()); ++model) {
+        const char* const name = kModelNames.at(static_cast<std::size_t>(model));
+        QTest::addRow("%s in one burst", name) << model << true << 0;
+        QTest::addRow("%s byte by byte", name) << model << false << 40;
+    }
+}
+
+// The total memory of the status that is shown is the part of it that came.
+void hostile_devices_test::repliesCutAtEveryLength()
+{
+    QFETCH(int, model);
+    QFETCH(bool, burst);
+    QFETCH(int, pauseMs);
+    constexpr std::size_t kLongestReply = 42;
+    const bool isCounted = model == 0;
+    const std::string head = isCounted ? "\x02"
+                                         "011234567"
+                                       : "\x02"
+                                         "1234567";
+    const std::size_t memory = isCounted ? 3 : 1; // where it begins
+
+    for (std::size_t length = 1; length <= kLongestReply && !QTest::currentTestFailed(); ++length) {
+        lab::DeviceOptions device = LabDevice(kModels.at(static_cast<std::size_t>(model)));
+        device.fields = {{"memory", "1234567"}};
+        device.faults.burst = burst;
+        device.faults.pauseMs = pauseMs;
+        device.faults.partial = length;
+        // Behind what came stands what answers the line clear: a 1.1's last two bytes, else the same byte.
+        const std::string came = head.substr(0, length) + (isCounted && !burst ? std::string("\x01"
+                                                                                             "0")
+                                                                                     .substr(0, length)
+                                                                               : "\x13");
+        const std::string shown =
+            length >= head.size() ? "1234567" : came.substr(std::min(memory, came.size()), 7);
+
+        LabWorld world(device);
+        MessageLog boxes;
+        world.editor.Visit([&shown](frmSX& window) {
+            Click(window, "cmdStato");
+            QCOMPARE(SiteWindow::Part<QLabel>(window, "lblMemoria").text().toStdString(), shown);
+        });
+        QCOMPARE(boxes.Texts(), QStringList());
+        QVERIFY(!world.pump.IsHeld());
+    }
+}
+
+void hostile_devices_test::endlessOutputFillsNoMemory_data()
+{
+    QTest::addColumn<lab::DeviceOptions>("device");
+    QTest::newRow("counted") << LabDevice(lab::Model::stratobox11);
+    QTest::newRow("with an end mark") << LabDevice(lab::Model::stratoboxBuffer);
+    QTest::newRow("by modem") << ByModem(LabDevice());
+}
+
+void hostile_devices_test::endlessOutputFillsNoMemory()
+{
+    QFETCH(lab::DeviceOptions, device);
+    device.faults.endless = true;
+    device.faults.silence = true; // no answer in the middle of it ends a wait
+    LabWorld world(device);
+    MessageLog boxes;
+    world.pump.SetPassesPerStep(200); // a hundred thousand bytes in each wait
+    std::size_t early = 0;
+    std::size_t late = 0;
+
+    world.editor.Visit([&](frmSX& window) {
+        world.pump.AtPass(4000, [&early] { early = AllocatedBytes(); });
+        world.pump.AtPass(100000, [&late] { late = AllocatedBytes(); });
+        Click(window, "cmdStato");
+        QVERIFY(window.isVisible());
+    });
+
+    constexpr std::size_t kSlack = 32768; // Qt's own buffers and events
+    QVERIFY(early > 0 && late > 0);
+    QVERIFY2(late <= early + kSlack, qPrintable(QString("%1 bytes, then %2").arg(early).arg(late)));
+}
+
+} // namespace corvrec
+
+static const corvrec::RegisteredTest<corvrec::hostile_devices_test> registered;
+#include "hostile_devices_test.moc"

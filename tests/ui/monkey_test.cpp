@@ -1,0 +1,387 @@
+// Hands that know nothing of the program drive all of its windows: the settings file has to survive, and
+// Escape has to lead back to the site list from everywhere.
+#include "app/frmSiti.h"
+#include "tests/support/listed_sites.h"
+#include "tests/support/page_text.h"
+#include "tests/support/platform_noise.h"
+#include "tests/support/registered_test.h"
+#include "tests/support/settings_file.h"
+#include "tests/ui/chance_device.h"
+#include "tests/ui/monkey.h"
+#include "tests/ui/watched_file.h"
+#include "ui/editor/frmDettaglio.h"
+#include "ui/widgets/texts.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMap>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <fstream>
+#include <memory>
+
+namespace corvrec
+{
+
+namespace
+{
+
+constexpr int kEventsOfARun = 10'000;
+constexpr int kEventsBetweenChecks = 1'000;
+constexpr std::size_t kEventsBetweenEscapes = 250; // on the average
+
+// From the innermost box to the list: a popup, a box, the modem's dialog, the buffer window, and the editor,
+// each with a mouse button that is let go first.
+constexpr int kMostEscapes = 8;
+
+// Then the file is a new one: the sites that there were are gone, and odd codes have left much behind.
+constexpr int kEventsOfAFile = 1'000;
+
+// Foreign lines, which nobody may touch.
+constexpr std::string_view kForeignHead = "; Registratore di Bologna\r\n"
+                                          "Orfana=prima di ogni sezione\r\n"
+                                          "\r\n"
+                                          "[Altro programma]\r\n"
+                                          "; nota\r\n"
+                                          "Chiave = valore \r\n"
+                                          "riga senza segno\r\n";
+
+constexpr std::string_view kSites =
+    "[General]\r\n"
+    "Com=COM2\r\n"
+    "Log=Corvrec.log\r\n"
+    "[Siti]\r\n"
+    "; codice=nome\r\n"
+    "UNO=Sede di Forl\xEC\r\n"
+    "DUE=\"Magazzino\"\r\n"
+    "TRE=Buffer\r\n"
+    "[UNO]\r\n"
+    "; nota di UNO\r\n"
+    "SitoAbilitato=1\r\nDispositivo=STX30\r\nMODEM=1\r\nRicorrenza=-1\r\nOgni= 3600\r\n"
+    "Ora=08:30 21/11/2026\r\n"
+    "StringaModem=ATX3\r\nStringaReset=AT&F\r\nNumeroTel=ATDP0544123456\r\nImportazione=3\r\n"
+    "Dati=c:\\dati\\uno.txt\r\nDati2=c:\\scambio\\uno.txt\r\nStorico=c:\\storico\\uno.txt\r\n"
+    "[DUE]\r\n"
+    "SitoAbilitato=1\r\nDispositivo=COM\r\nMODEM=0\r\nRicorrenza=-2\r\nOgni= 172800\r\n"
+    "Ora=08.30 01/02/2020p\r\n"
+    "Dati=c:\\dati\\due.txt\r\nDati2=c:\\scambio\\due.txt\r\nStorico=c:\\storico\\due.txt\r\n"
+    "[TRE]\r\n"
+    "SitoAbilitato=0\r\nDispositivo=STX40\r\nMODEM=0\r\nRicorrenza= 65\r\nOgni= 604800\r\n"
+    "Ora=08:30 21/11/2026\r\n"
+    "Dati=c:\\dati\\tre.txt\r\nDati2=c:\\scambio\\tre.txt\r\nStorico=c:\\storico\\tre.txt\r\n";
+
+std::string Settings()
+{
+    return std::string(kForeignHead).append(kSites);
+}
+
+// The program, over a file and a line that are watched.
+class Program
+{
+public:
+    Program(Chance& chance, const std::function<void(QString)>& report)
+        : chance_(chance)
+        , report_(report)
+        , events_(clock_, chance)
+        , watched_(
+              *settings_, Settings(), [this] { return EditedCode(); }, report)
+    {
+        std::ofstream(settings_.Directory() / "modem.dat")
+            << "Modello A=X3S0=0\r\nModello B=X4&K3=1\r\nATZ\r\n";
+        Start();
+    }
+
+    void Start()
+    {
+        editor_ = nullptr;
+        list_ =
+            std::make_unique<frmSiti>(Environment{settings_.Directory(), watched_, clock_, events_, [this] {
+                                                      return std::make_unique<ChanceDevice>(chance_, report_);
+                                                  }});
+        if (!list_->Load())
+            report_("the settings file names no port any more");
+        list_->LoadEditor();
+        list_->RefreshGrid();
+        list_->show();
+        editor_ = list_->findChild<frmDettaglio*>();
+    }
+
+    frmSiti& List() { return *list_; }
+    const WatchedFile& File() const { return watched_; }
+    std::string Bytes() const { return settings_.Bytes(); }
+    bool IsWaiting() const { return events_.IsInside(); }
+
+private:
+    std::string EditedCode() const
+    {
+        if (!editor_->isVisible())
+            return PageBytes(QString::fromStdString(list_->SelectedSite()));
+        return PageBytes(editor_->findChild<QLineEdit*>("txtCodice")->text());
+    }
+
+    Chance& chance_;
+    std::function<void(QString)> report_;
+    SettingsFile settings_{Settings()};
+    FakeClock clock_;
+    LeapingPump events_;
+    WatchedFile watched_;
+    std::unique_ptr<frmSiti> list_;
+    frmDettaglio* editor_ = nullptr;
+};
+
+// What all runs together have seen.
+struct Seen {
+    QMap<QString, int> windows; // events in front of each kind of window
+    int saves = 0;
+    int removals = 0;
+    int starts = 0;
+    int mostEscapes = 0;
+};
+
+// One seed's events. A timer lets the monkey act in whatever event loop is running, so that dialogs and waits
+// are driven too.
+class Run : public QObject
+{
+public:
+    Run(std::uint64_t seed, Seen& seen)
+        : seed_(seed)
+        , seen_(seen)
+        , chance_(seed)
+    {
+        qApp->installEventFilter(this);
+        connect(&timer_, &QTimer::timeout, this, &Run::Tick);
+    }
+
+    void Play()
+    {
+        timer_.start(0);
+        home_.exec();
+        timer_.stop();
+        Count();
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        // The files of this machine are none of the monkey's business.
+        if (auto* const chooser = qobject_cast<QFileDialog*>(watched);
+            chooser != nullptr && event->type() == QEvent::Show)
+            chooser->setOption(QFileDialog::ReadOnly);
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void Tick();
+    void Step();
+    bool IsHome() const;
+    QWidget& Front();
+    void ArriveHome();
+    void Escape();
+    void Check();
+    void Count();
+    void Report(const QString& what);
+
+    std::uint64_t seed_;
+    Seen& seen_;
+    Chance chance_;
+    Monkey monkey_{chance_};
+    std::unique_ptr<Program> program_{
+        std::make_unique<Program>(chance_, [this](const QString& what) { Report(what); })};
+    QTimer timer_;
+    QEventLoop home_;
+    int homeLevel_ = QThread::currentThread()->loopLevel() + 1;
+    bool pending_ = false;
+    bool failed_ = false;
+    int events_ = 0;
+    int nextFile_ = kEventsOfAFile;
+    bool escaping_ = false;
+    int escapes_ = 0;
+    bool wasHome_ = false;
+};
+
+// Not in the timer's own time: a timer does not fire while it is being handled, and the event may open a
+// dialog.
+void Run::Tick()
+{
+    if (pending_)
+        return;
+    pending_ = true;
+    QMetaObject::invokeMethod(this, &Run::Step, Qt::QueuedConnection);
+}
+
+void Run::Step()
+{
+    pending_ = false;
+    const bool isHome = IsHome();
+    if (isHome && !wasHome_)
+        ArriveHome();
+    wasHome_ = isHome && program_->List().isVisible();
+    if (!home_.isRunning())
+        return;
+    if (escaping_) {
+        Escape();
+        return;
+    }
+    if (events_ % kEventsBetweenChecks == 0)
+        Check();
+    ++events_;
+    escaping_ = events_ >= kEventsOfARun || chance_.Below(kEventsBetweenEscapes) == 0;
+    wasHome_ = wasHome_ && !escaping_;
+    QWidget& front = Front();
+    ++seen_.windows[front.metaObject()->className()];
+    monkey_.Act(front);
+}
+
+// No handler of the program is running, and nothing lies in front of the list.
+bool Run::IsHome() const
+{
+    return QThread::currentThread()->loopLevel() == homeLevel_ && !program_->IsWaiting() &&
+           QApplication::activeModalWidget() == nullptr && QApplication::activePopupWidget() == nullptr;
+}
+
+QWidget& Run::Front()
+{
+    if (QWidget* const popup = QApplication::activePopupWidget())
+        return *popup;
+    QWidget* const modal = QApplication::activeModalWidget();
+    QWidget& window = modal != nullptr ? *modal : program_->List();
+    // Without a window manager a window does not come back to the front by itself.
+    if (!window.isActiveWindow())
+        QApplication::setActiveWindow(&window);
+    return window;
+}
+
+void Run::ArriveHome()
+{
+    Check();
+    seen_.mostEscapes = std::max(seen_.mostEscapes, escapes_);
+    escapes_ = 0;
+    escaping_ = false;
+    if (events_ >= kEventsOfARun || failed_) {
+        home_.quit();
+    } else if (events_ >= nextFile_) {
+        Count();
+        nextFile_ = events_ + kEventsOfAFile;
+        program_ = std::make_unique<Program>(chance_, [this](const QString& what) { Report(what); });
+    } else if (!program_->List().isVisible()) {
+        if (chance_.Percent(75)) { // a start takes its time
+            program_->List().show();
+            return;
+        }
+        ++seen_.starts;
+        program_->Start();
+        if (ListedSites(program_->List()) != ListedSites(program_->File().Expected()))
+            Report("the list shows other sites");
+    }
+}
+
+void Run::Escape()
+{
+    if (++escapes_ > kMostEscapes)
+        Report("no way back to the list");
+    if (escapes_ > 10 * kMostEscapes)
+        qFatal("no way back to the list at all");
+    monkey_.PressEscape(Front());
+}
+
+void Run::Check()
+{
+    const std::string bytes = program_->Bytes();
+    if (bytes != program_->File().Expected().Bytes())
+        Report("the settings file is not what was written");
+    if (!bytes.starts_with(kForeignHead))
+        Report("foreign lines are not what they were");
+}
+
+void Run::Count()
+{
+    seen_.saves += program_->File().Saves();
+    seen_.removals += program_->File().Removals();
+}
+
+void Run::Report(const QString& what)
+{
+    if (failed_)
+        return;
+    failed_ = true;
+    escaping_ = true;
+    QTest::qFail(qPrintable(QString("seed %1, event %2: %3\n%4")
+                                .arg(seed_)
+                                .arg(events_)
+                                .arg(what, monkey_.Trail().join('\n'))),
+                 __FILE__, __LINE__);
+}
+
+int FromEnvironment(const char* name, int otherwise)
+{
+    bool given = false;
+    const int number = qEnvironmentVariableIntValue(name, &given);
+    return given ? number : otherwise;
+}
+
+} // namespace
+
+class monkey_test : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir configuration_;
+    int events_ = FromEnvironment("CORVREC_MONKEY_EVENTS", CORVREC_MONKEY_EVENTS);
+    Seen seen_;
+
+private slots:
+    void initTestCase();
+    void everyWindowIsLeftAndOnlyTheEditedSiteChanges_data();
+    void everyWindowIsLeftAndOnlyTheEditedSiteChanges();
+    void cleanupTestCase();
+};
+
+void monkey_test::initTestCase()
+{
+    // The file chooser keeps what it last showed.
+    qputenv("XDG_CONFIG_HOME", configuration_.path().toUtf8());
+    QApplication::setQuitOnLastWindowClosed(false);
+    SilencePlatform();
+    InstallTexts(*QCoreApplication::instance());
+}
+
+// CORVREC_MONKEY_SEED and CORVREC_MONKEY_EVENTS=10000 in the environment play one run again.
+void monkey_test::everyWindowIsLeftAndOnlyTheEditedSiteChanges_data()
+{
+    QTest::addColumn<int>("seed");
+    const int first = FromEnvironment("CORVREC_MONKEY_SEED", 1);
+    for (int run = 0; run * kEventsOfARun < events_; ++run)
+        QTest::addRow("seed %d", first + run) << first + run;
+}
+
+void monkey_test::everyWindowIsLeftAndOnlyTheEditedSiteChanges()
+{
+    QFETCH(int, seed);
+    // A dialog opened while it is open, for one. Names with NULs are the chooser's own affair.
+    QTest::failOnWarning(QRegularExpression("^(?!Broken filename)"));
+    Run(static_cast<std::uint64_t>(seed), seen_).Play();
+}
+
+// Nothing is proved by a monkey that got nowhere.
+void monkey_test::cleanupTestCase()
+{
+    qInfo("%d events: %d saves, %d removals, %d starts; at most %d times Escape", events_, seen_.saves,
+          seen_.removals, seen_.starts, seen_.mostEscapes);
+    qInfo() << "events in front of each window:" << seen_.windows;
+    for (const char* const window :
+         {"corvrec::frmSiti", "corvrec::frmDettaglio", "corvrec::frmModem", "corvrec::frmTrasfAvanzate",
+          "corvrec::frmFileAvanzate", "corvrec::frmSX", "corvrec::frmConnessione", "QFileDialog",
+          "QMessageBox", "QMenu", "QComboBoxPrivateContainer"})
+        QVERIFY2(seen_.windows.contains(window) || events_ < 2 * kEventsOfARun, window);
+    QVERIFY(seen_.saves > 0 && seen_.removals > 0 && seen_.starts > 0);
+}
+
+} // namespace corvrec
+
+static const corvrec::RegisteredTest<corvrec::monkey_test> registered;
+#include "monkey_test.moc"

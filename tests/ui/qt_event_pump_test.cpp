@@ -1,0 +1,130 @@
+#include "core/clock.h"
+#include "tests/support/patience.h"
+#include "tests/support/registered_test.h"
+#include "ui/buffer/qt_event_pump.h"
+
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdint>
+#include <vector>
+
+namespace corvrec
+{
+
+namespace
+{
+
+// Gives these ticks one after the other, and the last for ever.
+class TickList final : public Clock
+{
+public:
+    explicit TickList(std::vector<std::int64_t> ticks)
+        : ticks_(std::move(ticks))
+    {
+    }
+
+    [[nodiscard]] DateTime Now() const override { return {}; }
+    [[nodiscard]] std::int64_t TickMs() const override
+    {
+        return next_ + 1 < ticks_.size() ? ticks_.at(next_++) : ticks_.back();
+    }
+    void Sleep(std::int64_t /*ms*/) override {}
+
+private:
+    std::vector<std::int64_t> ticks_;
+    mutable std::size_t next_ = 0;
+};
+
+} // namespace
+
+class qt_event_pump_test : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    static void passesTheDeadlineWhenNothingHappens();
+    static void comesBackAtAnEvent();
+    static void handlesWhatIsPendingWithoutADeadline();
+    static void doesNotRestOnADeadlineThatHasPassed();
+    static void doesNotRestForEverWhenTheDeadlinePassesMeanwhile();
+};
+
+void qt_event_pump_test::passesTheDeadlineWhenNothingHappens()
+{
+    const SystemClock clock;
+    QtEventPump pump(clock);
+    const std::int64_t deadline = clock.TickMs() + 100;
+
+    int passes = 0;
+    while (clock.TickMs() <= deadline) {
+        pump.Process(deadline);
+        ++passes;
+    }
+
+    QVERIFY2(passes <= 3, qPrintable(QString::number(passes)));
+}
+
+void qt_event_pump_test::comesBackAtAnEvent()
+{
+    const SystemClock clock;
+    QtEventPump pump(clock);
+    QTimer event;
+    event.setSingleShot(true);
+    const QSignalSpy events(&event, &QTimer::timeout);
+    event.start(20);
+
+    const std::int64_t deadline = clock.TickMs() + kPatienceMs;
+    while (events.isEmpty())
+        pump.Process(deadline);
+
+    QVERIFY(clock.TickMs() < deadline); // the event has ended the rest
+}
+
+void qt_event_pump_test::handlesWhatIsPendingWithoutADeadline()
+{
+    const SystemClock clock;
+    QtEventPump pump(clock);
+    bool isHandled = false;
+    QMetaObject::invokeMethod(
+        QCoreApplication::instance(), [&isHandled] { isHandled = true; }, Qt::QueuedConnection);
+
+    pump.Process(std::nullopt);
+
+    QVERIFY(isHandled);
+}
+
+void qt_event_pump_test::doesNotRestOnADeadlineThatHasPassed()
+{
+    const SystemClock clock;
+    QtEventPump pump(clock);
+    bool isWoken = false;
+    QTimer other;
+    QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
+    other.start(kPatience);
+
+    pump.Process(clock.TickMs() - kTickStepMs);
+
+    QVERIFY2(!isWoken, "only another event ended the rest");
+}
+
+// The machine may be busy with something else between two looks at the clock.
+void qt_event_pump_test::doesNotRestForEverWhenTheDeadlinePassesMeanwhile()
+{
+    const TickList clock({1000, 5000});
+    QtEventPump pump(clock);
+    bool isWoken = false;
+    QTimer other;
+    QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
+    other.start(kPatience);
+
+    pump.Process(1010);
+
+    QVERIFY2(!isWoken, "only another event ended the rest");
+}
+
+} // namespace corvrec
+
+static const corvrec::RegisteredTest<corvrec::qt_event_pump_test> registered;
+#include "qt_event_pump_test.moc"
