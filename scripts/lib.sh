@@ -10,7 +10,7 @@ buildPackages=(
     libgtest-dev libgmock-dev nlohmann-json3-dev libxcb1-dev
 )
 
-# What bench/ compares with, and measures by.
+# What tests/bench compares with, and measures by.
 benchPackages=(pkg-config libbenchmark-dev libglib2.0-dev libinih-dev libsimpleini-dev libxcb-damage0-dev)
 
 # What fuzzing takes besides: the compiler that has libFuzzer, and its sanitizers.

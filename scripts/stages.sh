@@ -22,34 +22,31 @@ build()
 {
     local preset=$1 directory=$2
     shift 2
-    configure "$preset" "$directory" -DCORVREC_WERROR=ON "$@" && cmake --build "$directory"
+    cmake --preset "$preset" -B "$directory" -DCORVREC_WERROR=ON "$@" > "$directory.log" ||
+        { cat "$directory.log"; return 1; }
+    cmake --build "$directory"
 }
 
-# count PATTERN FILE: the sum of the pattern's one group over the file.
-count()
-{
-    sed -nE "s/$1/\1/p" "$2" | awk '{ sum += $1 } END { print sum + 0 }'
-}
-
-# Counts what the programs count, GoogleTest's and QtTest's; a fuzz target counts as one, and so does a program that
-# fails without saying so. Fails only when there is no count.
+# run_tests DIRECTORY [CTEST OPTION...]: counts what ctest runs. A test that finds its conditions missing (a virtual
+# screen, say) is skipped. Fails only when there is no count.
 run_tests()
 {
-    local directory=$1 log=$1/Testing/Temporary/LastTest.log programs told
-    ctest --test-dir "$directory" --parallel "$(nproc)" --output-on-failure --no-tests=error | tee "$directory/tests.log" || true
-    [[ $(< "$directory/tests.log") =~ ([0-9]+)' tests failed out of ' ]] || return 1
-    programs=${BASH_REMATCH[1]}
-    told=$(( $(count '^\[  FAILED  \] ([0-9]+) tests?, listed below:$' "$log") + \
-             $(count '^Totals: [0-9]+ passed, ([0-9]+) failed.*' "$log") ))
-    failed=$(( failed + (told > programs ? told : programs) ))
-    # A test that finds its conditions missing (a user whom no file refuses itself, say) has not passed.
-    skipped=$(( skipped + $(count '^\[  SKIPPED \] ([0-9]+) tests?, listed below:$' "$log") + \
-                          $(count '^Totals: .* failed, ([0-9]+) skipped.*' "$log") + \
-                          $(grep --count '\*\*\*Skipped ' "$directory/tests.log" || true) ))
-    passed=$(( passed + $(count '^\[  PASSED  \] ([0-9]+) tests?\.$' "$log") + \
-                        $(count '^Totals: ([0-9]+) passed.*' "$log") + \
-                        $(awk '/ Test +#[0-9]+: fuzz_.* Passed / { ++targets } END { print targets + 0 }' \
-                            "$directory/tests.log") ))
+    local directory=$1 report=$PWD/$1/tests.xml run failures skips
+    shift
+    rm --force "$report"
+    ctest --test-dir "$directory" --parallel "$(nproc)" --output-on-failure --no-tests=error --output-junit "$report" \
+        "$@" || true
+    run=$(junit_count tests "$report") && failures=$(junit_count failures "$report") &&
+        skips=$(junit_count skipped "$report") || return 1
+    failed=$(( failed + failures ))
+    skipped=$(( skipped + skips ))
+    passed=$(( passed + run - failures - skips ))
+}
+
+# junit_count NAME FILE: the number of this name in the report's first element, <testsuite>.
+junit_count()
+{
+    [[ $(sed '/<testcase/,$d' "$2") =~ $1=\"([0-9]+)\" ]] && echo "${BASH_REMATCH[1]}"
 }
 
 # build_and_test TITLE PRESET DIRECTORY [OPTION...]: programs of an earlier build prove nothing.

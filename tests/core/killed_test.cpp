@@ -240,7 +240,7 @@ TEST(KilledBetweenCallsInAll, AtLeast2500Times)
         appending += AppendingStops(rehearsal).size();
         tearing += TearingStops(rehearsal).size();
     }
-    std::cout << "each " << kStride << "-th of " << clean << " stops, " << appending
+    std::cout << "every " << kStride << "th of " << clean << " stops, " << appending
               << " inside a write that appends, " << tearing << " inside a write over a page border\n";
     EXPECT_GE(clean, 2500U);
     EXPECT_GT(appending, 0U);

@@ -239,7 +239,7 @@ TEST(RefusedCallsInAll, AtLeast2000Times)
     std::size_t cases = 0;
     for (const auto& [scenario, fault] : Cases())
         cases += CallsFor(fault, Rehearsal(scenario)).size();
-    std::cout << "each " << kStride << "-th of " << cases << " refused or short calls\n";
+    std::cout << "every " << kStride << "th of " << cases << " refused or short calls\n";
     EXPECT_GE(cases, 2000U);
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/file/profile_file.h"
 #include "tests/support/probed_calls.h"
+#include "tests/support/sample.h"
 
 #include <cstddef>
 #include <map>
@@ -13,8 +14,8 @@
 namespace corvrec
 {
 
-// Of all cases each so many-th is taken.
-inline constexpr std::size_t kStride = CORVREC_STRIDE;
+// Runs every n-th case of all.
+inline const std::size_t kStride = SampleOrAll<std::size_t>(16, 1);
 
 template <typename Cases>
 Cases TakenOf(const Cases& all)

@@ -462,7 +462,7 @@ void guide_test::everyChapterThatAFormNamesIsThere()
 {
     GuideView view;
     int count = 0;
-    for (const char* const folder : {"app", "comm", "editor"}) {
+    for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor"}) {
         QDirIterator forms(QStringLiteral(CORVREC_TEST_DATA "/../../") + folder, {"*.ui"}, QDir::Files);
         while (forms.hasNext()) {
             const QString form = Source(QString(folder) + "/" + QFileInfo(forms.next()).fileName());

@@ -4,6 +4,7 @@
 #include "tests/support/lab_world.h"
 #include "tests/support/message_log.h"
 #include "tests/support/registered_test.h"
+#include "tests/support/sample.h"
 #include "tests/support/site_window.h"
 #include "ui/widgets/texts.h"
 
@@ -126,6 +127,10 @@ bool LogOff(LabWorld& /*world*/)
     return true;
 }
 
+// How far one case is from the next. Neither divides what repeats in a dialogue.
+const std::size_t kSteps = SampleOrAll<std::size_t>(7, 1);
+const std::size_t kLengths = SampleOrAll<std::size_t>(5, 1);
+
 lab::DeviceOptions ByModem(lab::DeviceOptions device)
 {
     device.modem = lab::ModemBehaviour{.echo = true, .dialDelayMs = 20};
@@ -139,7 +144,11 @@ class hostile_devices_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
+    static void initTestCase()
+    {
+        InstallTexts(*QCoreApplication::instance());
+        qInfo("every %zuth step of a dialogue, every %zuth length of a reply", kSteps, kLengths);
+    }
 
     static void anythingAtEveryStep_data();
     static void anythingAtEveryStep();
@@ -178,7 +187,7 @@ void hostile_devices_test::anythingAtEveryStep()
 
     bool happened = true;
     std::size_t acts = 0;
-    for (std::size_t pass = 0; happened && !QTest::currentTestFailed(); ++pass) {
+    for (std::size_t pass = 0; happened && !QTest::currentTestFailed(); pass += kSteps) {
         happened = false;
         LabWorld world(device);
         world.pump.AtPass(pass, [&] {
@@ -248,7 +257,7 @@ void hostile_devices_test::repliesCutAtEveryLength()
                                          "1234567";
     const std::size_t memory = isCounted ? 3 : 1; // where it begins
 
-    for (std::size_t length = 1; length <= kLongestReply && !QTest::currentTestFailed(); ++length) {
+    for (std::size_t length = 1; length <= kLongestReply && !QTest::currentTestFailed(); length += kLengths) {
         lab::DeviceOptions device = LabDevice(kModels.at(static_cast<std::size_t>(model)));
         device.fields = {{"memory", "1234567"}};
         device.faults.burst = burst;

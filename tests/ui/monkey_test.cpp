@@ -5,6 +5,7 @@
 #include "tests/support/page_text.h"
 #include "tests/support/platform_noise.h"
 #include "tests/support/registered_test.h"
+#include "tests/support/sample.h"
 #include "tests/support/settings_file.h"
 #include "tests/ui/chance_device.h"
 #include "tests/ui/monkey.h"
@@ -331,7 +332,7 @@ class monkey_test : public QObject
     Q_OBJECT
 
     QTemporaryDir configuration_;
-    int events_ = FromEnvironment("CORVREC_MONKEY_EVENTS", CORVREC_MONKEY_EVENTS);
+    int events_ = FromEnvironment("CORVREC_MONKEY_EVENTS", SampleOrAll(10'000, 1'000'000));
     Seen seen_;
 
 private slots:

@@ -11,6 +11,7 @@
 #include "tests/support/platform_noise.h"
 #include "tests/support/reference_profile.h"
 #include "tests/support/registered_test.h"
+#include "tests/support/sample.h"
 #include "tests/support/scripted_pump.h"
 #include "tests/support/site_window.h"
 #include "tests/support/text_entry.h"
@@ -595,12 +596,12 @@ void Editing::CompareWithANewList()
     QCOMPARE(ListedSites(anew.List()), ListedSites(profile_));
 }
 
-// How many of the texts each field gets, if the environment does not say otherwise.
-std::size_t Cases(std::size_t otherwise)
+// How many of the texts each field gets. Another number: CORVREC_ODD_NAME_CASES in the environment.
+std::size_t Cases()
 {
     bool given = false;
     const int cases = qEnvironmentVariableIntValue("CORVREC_ODD_NAME_CASES", &given);
-    return given ? static_cast<std::size_t>(cases) : otherwise;
+    return given ? static_cast<std::size_t>(cases) : SampleOrAll<std::size_t>(300, kTexts);
 }
 
 } // namespace
@@ -614,6 +615,7 @@ private slots:
     {
         SilencePlatform();
         InstallTexts(*QCoreApplication::instance());
+        qInfo("%zu of %zu cases, seed %llu", Cases(), kTexts, static_cast<unsigned long long>(kSeed));
     }
 
     static void everyFieldTakesEveryText_data();
@@ -627,12 +629,8 @@ private slots:
 void odd_names_test::everyFieldTakesEveryText_data()
 {
     QTest::addColumn<std::size_t>("first");
-    const std::size_t all = Cases(CORVREC_ODD_NAME_CASES);
-    // Two processes share them; without a word about it, all.
-    bool given = false;
-    const int half = qEnvironmentVariableIntValue("CORVREC_ODD_NAME_HALF", &given);
-    const std::size_t step = given ? 2 * kCasesOfARow : kCasesOfARow;
-    for (std::size_t first = half == 1 ? kCasesOfARow : 0; first < all; first += step)
+    const std::size_t all = Cases();
+    for (std::size_t first = 0; first < all; first += kCasesOfARow)
         QTest::addRow("from %zu", first) << first;
 }
 
@@ -661,7 +659,7 @@ void odd_names_test::everyFieldTakesEveryText()
 
 void odd_names_test::theModemGetsOneLineForEachCommand()
 {
-    const std::size_t cases = Cases(kTexts);
+    const std::size_t cases = Cases();
     Texts texts;
     frmModem form{std::filesystem::path()};
     const auto enter = [&](const char* field, std::size_t number) {
@@ -696,7 +694,7 @@ void odd_names_test::theDevicesDateAndTimeKeepTheirForm()
 {
     static const QRegularExpression kDate("^[0-9_]{2}/[0-9_]{2}/[0-9_]{2}$");
     static const QRegularExpression kTime("^[0-9_]{2}:[0-9_]{2}$");
-    const std::size_t cases = Cases(kTexts);
+    const std::size_t cases = Cases();
     Texts texts;
     BufferWindow window;
     window.Open();

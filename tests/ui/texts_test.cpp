@@ -125,7 +125,7 @@ void texts_test::idsThatCodeNamesHaveATextEach()
 void texts_test::idsThatFormsAreTaggedWithHaveATextEach()
 {
     int count = 0;
-    for (const char* const folder : {"app", "comm", "editor", "help"}) {
+    for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor", "src/ui/help"}) {
         QDirIterator forms(SourceFile(folder), {"*.ui"}, QDir::Files);
         while (forms.hasNext()) {
             const QString form = QString::fromUtf8(Bytes(forms.next()));
