@@ -10,7 +10,7 @@ namespace corvrec
 DateTime SystemClock::Now() const
 {
     const std::time_t now = std::time(nullptr);
-    // Not thread-safe, and need not be: the program has one thread.
+    // localtime is not thread-safe; the program has one thread.
     const std::tm local = *std::localtime(&now);
     return {
         .year = local.tm_year + 1900,

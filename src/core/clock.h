@@ -5,7 +5,7 @@
 namespace corvrec
 {
 
-// Local date and time of day, Gregorian calendar. month and day count from 1, hour from 0 to 23.
+// Local date and time of day, Gregorian calendar. month and day count from 1; hour is 0 to 23.
 struct DateTime {
     int year = 0;
     int month = 0;
@@ -17,7 +17,7 @@ struct DateTime {
     bool operator==(const DateTime&) const = default;
 };
 
-// Time as the program sees it, so that a test can set it.
+// The program's only source of time, so that a test can set it.
 class Clock
 {
 public:
@@ -25,19 +25,20 @@ public:
 
     virtual DateTime Now() const = 0;
 
-    // Milliseconds since an arbitrary moment, never running backwards, whatever is done to the time of day.
+    // Milliseconds since an arbitrary moment. Never runs backwards, even when the time of day is set back.
     // Only differences of two such values mean something. The real clock moves in steps of kTickStepMs.
     virtual std::int64_t TickMs() const = 0;
 
-    // Stops the calling thread; no event is handled meanwhile.
+    // Blocks the calling thread; no event is handled meanwhile.
     virtual void Sleep(std::int64_t ms) = 0;
 };
 
-// The tick's step. A wait that ends exactly at its time-out counts as success (kept from the tick of 10 to 16
-// ms of the platform where that never happened); no time-out in use is a multiple of 13, so none can end
-// there.
+// Step of the real clock. A wait whose elapsed time exactly equals its time-out counts as a success (see
+// Wait). Deliberate, as in older editors: with their platform's steps of 10 to 16 ms it never happened, and
+// here it cannot either, since no time-out in use is a multiple of 13.
 inline constexpr std::int64_t kTickStepMs = 13;
 
+// The machine's own clock: local time zone, monotonic tick.
 class SystemClock final : public Clock
 {
 public:

@@ -15,13 +15,12 @@ bool IsDigit(char32_t character)
 
 } // namespace
 
-// A text that is being filled, before it is known whether anything fits.
 struct MaskedText::Filling {
     std::u32string text;
     std::size_t caret;
 
-    // Whether the literal in front of the caret is still owed: the caret stepped over it by itself, so the
-    // same literal typed or pasted now is that one, and not the next.
+    // Whether the literal before the caret may still be typed: the caret skipped it automatically, so typing
+    // or pasting the same literal now means that one and not the next.
     bool literalOwed;
 };
 

@@ -3,8 +3,9 @@
 namespace corvrec
 {
 
-// Number of a text in the string table (resources/corvrec_it.ts). Captions that only forms use are named
-// there by the dynamic property "tag"; here stand the texts that code shows.
+// Number of a text in the string table (src/ui/widgets/corvrec_it.ts). Listed here are the texts that code
+// shows; captions used only by forms are named there, in the dynamic property "tag". Numbers are fixed:
+// translations refer to them.
 enum class TextId : int {};
 
 namespace text
@@ -118,7 +119,7 @@ inline constexpr TextId faultsUndetectable{10916};
 inline constexpr TextId absent{10917};
 inline constexpr TextId present{10918};
 
-// From 20001 on: texts that came later than the numbered ones above.
+// From 20001 on: texts added after the numbered ones above
 inline constexpr TextId saveIncomplete{20001};
 inline constexpr TextId setup{20003};
 inline constexpr TextId siteList{20004};

@@ -14,18 +14,18 @@ namespace corvrec
 namespace
 {
 
-// ASCII control characters that the device takes for commands.
+// ASCII control characters that the device takes as commands.
 constexpr std::string_view kStatusRequest = "\x02"; // STX
 constexpr std::string_view kClockSet = "\x0F";      // SI
 constexpr std::string_view kLineClear = "\x13";     // DC3
 
 constexpr std::string_view kEndOfStatus = "*";
 
-// A 1.1 marks no ends: its reply holds raw bytes, so it is counted.
+// The reply of a 1.1 holds raw bytes and so has no end mark: its bytes are counted.
 constexpr int kCounted = 18;
 constexpr int kCountedAfterLineClear = 2;
 
-// Whether no field is missing, though the device may have gone before its answer to the line clear.
+// Whether every field has arrived, even if the device disappeared before it answered the line clear.
 bool HasAllFields(std::string_view reply, bool counted)
 {
     return counted ? reply.size() >= kCounted + kCountedAfterLineClear
@@ -63,7 +63,7 @@ std::string RiceviSXStatus(ReplyWait& wait, int modelNumber, int timeOutMs)
     std::string reply;
     const InputLenScope oneByOne(port, 1, 0);
 
-    // Results of the waits are ignored on purpose: what came is decoded as far as it goes.
+    // Results of the waits are ignored on purpose: whatever has arrived is decoded.
     try {
         port.Output(kStatusRequest);
         if (counted)
@@ -98,7 +98,7 @@ void ImpostaDataOra(SerialPort& port, Clock& clock, std::string_view time, std::
         port.Output({&c, 1});
         clock.Sleep(kClockPauseMs);
     }
-    // At 300 baud a character takes longer than its pause, and the caller clears the output.
+    // At 300 baud a character takes longer than its pause, and the caller then discards what is not sent.
     port.WaitUntilSent(kClockSendTimeOutMs);
 }
 

@@ -17,7 +17,8 @@ namespace corvrec
 namespace
 {
 
-// Cuts a reply into fields; positions count from 1, as in the device's manual.
+// Cuts a reply into fields. Positions count from 1, as in the device's manual. A field beyond the end is
+// empty.
 class Reply
 {
 public:
@@ -40,6 +41,7 @@ struct Choice {
     TextId shown;
 };
 
+// The text for the field's first character; `other` for an unknown one or an empty field.
 TextId Choose(std::string_view field, std::initializer_list<Choice> choices, TextId other)
 {
     const auto* const chosen = std::ranges::find_if(
@@ -52,7 +54,7 @@ DaysAgo Days(std::string_view field)
     return {LeadingNumber(field)};
 }
 
-// Empty where the reply ends before the byte.
+// Empty when the reply ends before the byte.
 Field Byte(std::string_view field)
 {
     if (field.empty())
@@ -60,7 +62,7 @@ Field Byte(std::string_view field)
     return ByteValue{static_cast<unsigned char>(field.front())};
 }
 
-// By the number that the device sends.
+// Indexed by the number that the device sends.
 constexpr std::array<std::string_view, 8> kVersions{"Std (16)", "Std (24)",  "Std (48)", "Std (72)",
                                                     "Std (96)", "Std (120)", "Standard", "Sat"};
 
@@ -75,21 +77,22 @@ TextId Presence(std::string_view field)
     return Choose(field, {{'0', text::absent}}, text::present);
 }
 
-// The fault bits of a 1.1: a digit's value, never its code, is what counts; kept.
+// The fault bits of a 1.1. Deliberate: the field is read as a number ("5" is 5), not as a character code;
+// older editors read it this way.
 TextId Faults(std::string_view field)
 {
     constexpr int kFaultBits = 64;
     return LeadingWhole(field) % kFaultBits != 0 ? text::yes : text::no;
 }
 
-// Four digits, from year 100 on.
+// At least four digits: years from 100 on.
 std::string YearText(int year)
 {
     const int century = year / 100;
     return TwoDigits(century) + TwoDigits(year % 100);
 }
 
-// One per kind of Field.
+// Overloads of Shown: one for each kind of Field.
 
 using TextOf = std::string (*)(TextId);
 
@@ -146,8 +149,8 @@ BufferStatus Sx11Status(std::string_view bytes)
         .firmware = "01.10",
         .data = text::notAvailable,
         .ora = text::notAvailable,
-        // Always: the last byte's value as a digit, below 10, decides, and can never reach the bits that
-        // would stand for an active selector (64) and printer (above 127). Kept.
+        // Always inactive. Deliberate: the last byte is read as a digit, as in older editors. A value below
+        // 10 never reaches the bits for an active selector (64) and printer (above 127).
         .selezione = text::selectorInactive,
         .stampante = text::printerInactive,
         .modem = text::notAvailable,
@@ -165,7 +168,7 @@ BufferStatus Sx30Status(std::string_view bytes)
         .ripetizioni = text::notAvailable,
         .ultimoscarico = Days(reply.At(16, 3)),
         .ultimiDati = Days(reply.At(19, 3)),
-        // An unknown code is no fault for these models.
+        // For these models an unknown code means no fault.
         .guasto = Choose(reply.At(22, 1), {{'R', text::powerCut}, {'L', text::lowBattery}}, text::noFault),
         .modello = Version(reply.At(23, 1)),
         .firmware = reply.At(24, 4),
@@ -220,7 +223,7 @@ std::string NowMinusDays(const DateTime& now, double days)
 {
     using std::chrono::year;
     constexpr double kSecondsPerDay = 24 * 60 * 60;
-    // More than all years that can be shown together, and the seconds still fit an integer.
+    // More than all printable years together; the seconds still fit an integer.
     constexpr double kMostDays = 10000 * 366;
     if (std::abs(days) > kMostDays)
         return {};

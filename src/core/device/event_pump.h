@@ -6,20 +6,20 @@
 namespace corvrec
 {
 
-// Handling of the window system's events while a handler of ours is still running.
+// Handles the window system's events while a handler of ours is still running.
 class EventPump
 {
 public:
     virtual ~EventPump() = default;
 
-    // Handles what is pending; any handler of an enabled window may run meanwhile. Given a deadline, in ticks
-    // of the clock, it may first rest until an event comes (a received byte is one) or the clock has passed
-    // the deadline, not only met it. Without a deadline it returns at once.
+    // Handles pending events; any handler of an enabled window may run. With a deadline (a tick of the clock)
+    // it may first block until an event comes, such as a received byte, or until the clock has passed the
+    // deadline, not merely reached it. Without a deadline it returns at once.
     virtual void Process(std::optional<std::int64_t> deadlineTick) = 0;
 };
 
-// Raised by a handler that runs during a wait (the cancel button, a window that is closed) to end the wait.
-// Every wait looks at it and none lowers it: a flag left raised ends the next wait too.
+// Raised by a handler that runs during a wait (cancel button, closing window) to end the wait. Waits read the
+// flag but never lower it: left raised, it also ends the next wait.
 struct CancelFlag {
     bool raised = false;
 };

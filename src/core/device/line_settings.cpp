@@ -22,7 +22,7 @@ std::string LineSettingsText(std::string_view baud, int parityRow, std::string_v
 
 int Handshaking(bool local, int handshakeRow)
 {
-    // The rows stand in the order of the port's own values.
+    // The table's rows are in the order of the port's values.
     const bool handshakes = handshakeRow == 1 || handshakeRow == 2;
     return !local && handshakes ? handshakeRow : 0;
 }

@@ -6,7 +6,7 @@
 namespace corvrec
 {
 
-// How a serial line is run. Values that fit no port or no line are no error before the port is opened.
+// How a serial line is run. Values that no port or line supports are not an error before the port is opened.
 struct LineSettings {
     int commPort = 0;     // number of the port, from 1
     std::string settings; // speed, parity letter, data bits, stop bits: "9600,N,8,1"
@@ -15,13 +15,13 @@ struct LineSettings {
     bool operator==(const LineSettings&) const = default;
 };
 
-// The settings text from the texts of the lists and the row of kParities. What is not chosen stays empty, and
-// the port then refuses to open.
+// The settings text from the texts of the lists and a row of kParities. A part that is not chosen (empty
+// text, row -1) stays empty, and then the port refuses to open.
 std::string LineSettingsText(std::string_view baud, int parityRow, std::string_view dataBits,
                              std::string_view stopBits);
 
-// From the row of kHandshakes, -1 for none chosen. A local line is always run without handshaking, whatever
-// the site's own is.
+// LineSettings::handshaking for a row of kHandshakes, -1 for none chosen. A local line always runs without
+// handshaking, whatever the site's own setting is.
 int Handshaking(bool local, int handshakeRow);
 
 } // namespace corvrec

@@ -15,7 +15,7 @@ namespace
 
 constexpr int kOneByOne = 1;
 
-// Replies are ASCII: no other letters are ever waited for.
+// ASCII is enough: no text with other letters is ever waited for.
 char AsciiLower(char c)
 {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
@@ -28,6 +28,7 @@ bool Holds(std::string_view received, std::string_view text)
            received.end();
 }
 
+// Drops the middle of the buffer, so that it cannot grow without limit.
 void KeepHeadAndTail(std::string& buffer, std::size_t head, std::size_t tail)
 {
     if (buffer.size() > head + tail)
@@ -73,22 +74,22 @@ Wait ReplyWait::ForText(int timeOutMs, std::string_view text, std::string& buffe
     const std::int64_t start = clock_.TickMs();
     while (elapsed < timeOutMs && !found && !cancel_.raised) {
         elapsed = clock_.TickMs() - start;
-        // The search comes after the events: to rest before the first one could be to wait for a text that is
-        // already here.
+        // Deliberate order: first the events, then the search. The first pass must not block, because the
+        // text may be in the buffer already.
         events_.Process(allSearched ? RestDeadline(start + timeOutMs) : std::nullopt);
         if (port_.InBufferCount() >= 1)
             buffer += port_.Input();
         found = Holds(std::string_view(buffer).substr(searchFrom), text);
         allSearched = true;
-        // Not found so far, it can only end in a character that is still to come, and begin in these.
+        // Not found, so the text can only begin within as many of the last characters as it has.
         KeepHeadAndTail(buffer, keptHead, text.size());
         searchFrom = buffer.size() - std::min(buffer.size(), text.size());
     }
     return Result(elapsed, timeOutMs);
 }
 
-// Nothing: no rest, since a character waits already (it raises no event any more) or the time is up and the
-// pass that runs now is the last.
+// nullopt: do not block. A character is waiting and raises no further event, or the time is up and this is
+// the last pass.
 std::optional<std::int64_t> ReplyWait::RestDeadline(std::int64_t deadlineTick) const
 {
     if (port_.InBufferCount() >= 1 || clock_.TickMs() >= deadlineTick)
@@ -100,7 +101,7 @@ Wait ReplyWait::Result(std::int64_t elapsed, int timeOutMs) const
 {
     if (cancel_.raised)
         return Wait::cancelled;
-    // Not ">=": kept, see Wait.
+    // Deliberately not ">=": see Wait.
     return elapsed > timeOutMs ? Wait::timeOut : Wait::success;
 }
 

@@ -14,14 +14,14 @@ class EventPump;
 class SerialPort;
 struct CancelFlag;
 
-// How a wait ended. A wait whose time is exactly up counts as a success, though nothing came; the clock's
-// step is chosen so that this cannot happen to the time-outs in use.
+// How a wait ended. A wait whose elapsed time exactly equals its time-out is a success even though nothing
+// came; kTickStepMs makes sure that this cannot happen to the time-outs in use.
 enum class Wait { timeOut = 1, success = 2, cancelled = 3 };
 
-// The waits for a device's reply. They send nothing. Each pass handles the window system's events and takes
-// at most one character from the port; meanwhile the port's InputLen is 1, afterwards what it was. A raised
-// cancel flag ends a wait and outweighs every other result. Time-outs are milliseconds; 0 is a success at
-// once. The port's PortError passes through; the buffer then holds what came before.
+// Waits for a device's reply; sends nothing. Each pass handles the window system's events and takes at most
+// one character from the port. During a wait the port's InputLen is 1; afterwards it is what it was. A raised
+// cancel flag ends a wait and overrides every other result. Time-outs are in milliseconds; 0 succeeds at
+// once. PortError passes through; the buffer then holds what arrived before it.
 class ReplyWait
 {
 public:
@@ -34,25 +34,26 @@ public:
     {
     }
 
-    // Until so many characters have come; they are appended to the buffer.
+    // Waits until `count` characters have come, and appends them to the buffer.
     Wait ForCount(int timeOutMs, int count, std::string& buffer);
 
-    // Until the text, which must not be empty, has come; ASCII letters are compared without regard to case.
-    // What was received before the call and not taken counts. All is thrown away.
+    // Waits for a text, ignoring ASCII case; it must not be empty. Input received before the call and not yet
+    // read counts too. All input is discarded.
     Wait ForText(int timeOutMs, std::string_view text);
 
-    // The same, and what comes is appended to the buffer. The text may lie in what the buffer held before.
-    // From a device that never stops, the buffer keeps the first `keptHead` characters and as many of the
-    // last as the text is long.
+    // The same, but input is appended to the buffer. The text may begin in what the buffer held before. If
+    // the device never stops sending, the buffer keeps its first `keptHead` characters and, of the last ones,
+    // as many as the text has.
     Wait ForText(int timeOutMs, std::string_view text, std::string& buffer, std::size_t keptHead = kKeptHead);
 
     [[nodiscard]] SerialPort& Port() const { return port_; }
     [[nodiscard]] CancelFlag& Cancel() const { return cancel_; }
 
-    // Far more than any reply; a line at full speed takes seconds to fill it.
+    // 64 KiB: far more than any reply. A line at full speed takes seconds to send that much.
     static constexpr std::size_t kKeptHead = 64 * std::size_t{1024};
 
 private:
+    // The deadline for EventPump::Process: how long a pass may block.
     [[nodiscard]] std::optional<std::int64_t> RestDeadline(std::int64_t deadlineTick) const;
     [[nodiscard]] Wait Result(std::int64_t elapsed, int timeOutMs) const;
 

@@ -17,11 +17,11 @@ constexpr std::string_view kToneDial = "ATDT";
 constexpr std::string_view kPulseDial = "ATDP";
 constexpr std::string_view kDone = "OK";
 constexpr std::string_view kConnected = "CONNECT";
-// The Hayes escape, without the guard pauses around it; kept.
+// The Hayes escape. Deliberate: sent without the guard pauses around it, as older editors do.
 constexpr std::string_view kEscape = "+++";
 constexpr std::string_view kHangUp = "ATH\r";
 
-// Whether a line of seven data bits, which drops the eighth, makes a control character of the byte.
+// Whether the byte arrives as a control character on a line with seven data bits, which drops the eighth.
 bool IsControl(char byte)
 {
     constexpr int kSevenBits = 0x7F;
@@ -30,7 +30,7 @@ bool IsControl(char byte)
     return sent < ' ' || sent == kDelete;
 }
 
-// Text of a field as it goes to the modem.
+// A field's text as the modem gets it.
 std::string OneLine(std::string_view field)
 {
     std::string bytes = Cp1252FromUtf8(field);
@@ -38,7 +38,7 @@ std::string OneLine(std::string_view field)
     return bytes;
 }
 
-// Whatever came besides the answer is thrown away, so that the next step sees only its own.
+// Sends a command and waits for its OK. Other input is discarded, so that the next step sees only its own.
 Wait Command(ReplyWait& wait, std::string_view line)
 {
     wait.Port().Output(line);

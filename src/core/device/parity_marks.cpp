@@ -23,7 +23,7 @@ std::string ParityMarks::Decode(std::string_view bytes)
     return characters;
 }
 
-// The character that the byte completes, if it completes one.
+// The character that the byte completes, if any.
 std::optional<char> ParityMarks::Next(char byte)
 {
     const State before = std::exchange(state_, State::plain);

@@ -7,15 +7,15 @@
 namespace corvrec
 {
 
-// Reads the input of a line whose system marks characters with a parity error (PARMRK of termios): FF 00 c is
-// such a character, FF 00 00 a break, FF FF the character FF. A mark may be split over several reads.
+// Decodes the input of a line on which the system marks parity errors (PARMRK of termios): FF 00 c is a
+// character with a parity error, FF 00 00 a break, FF FF the character FF. A mark may be split between reads.
 class ParityMarks
 {
 public:
     // The characters that the bytes complete: "?" for one with a parity error, nothing for a break.
     std::string Decode(std::string_view bytes);
 
-    // The rest of a mark that has begun will not come.
+    // Forgets a mark that has begun: its rest will not come.
     void Reset() { state_ = State::plain; }
 
 private:

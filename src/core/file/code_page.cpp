@@ -11,10 +11,11 @@ namespace
 {
 
 constexpr char kNoSuchCharacter = '?';
-constexpr char32_t kBroken =
-    0xFFFD; // what Unicode puts in the place of a broken piece; not in the page either
 
-// The characters of the bytes 80 to 9F; all other bytes have the number of their character.
+// Unicode's replacement for a broken piece of UTF-8. The page does not have it either.
+constexpr char32_t kBroken = 0xFFFD;
+
+// The characters of the bytes 80 to 9F. Every other byte has its character's number.
 constexpr std::array<char32_t, 32> kHighControls{
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, // 80
     0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F, // 88
@@ -22,8 +23,8 @@ constexpr std::array<char32_t, 32> kHighControls{
     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178, // 98
 };
 
-// How a UTF-8 sequence begins: its length, the bits that its first byte gives, the least character it may
-// stand for.
+// What the first byte of a UTF-8 sequence says: the sequence's length, the first bits of the character, and
+// the least character that needs this length.
 struct Lead {
     std::size_t length = 1;
     char32_t bits = kBroken;
@@ -48,8 +49,8 @@ bool Continues(char byte)
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-// Takes one character, or one broken piece, off the front of the text. Characters beyond Unicode's end and
-// surrogates need no check: the page has none of them.
+// Removes one character, or one broken piece, from the front of the text. Surrogates and numbers beyond
+// Unicode need no check: the page has none of them.
 char32_t TakeCharacter(std::string_view& utf8)
 {
     const Lead lead = LeadOf(static_cast<unsigned char>(utf8.front()));
@@ -63,7 +64,7 @@ char32_t TakeCharacter(std::string_view& utf8)
     return taken == lead.length && character >= lead.least ? character : kBroken;
 }
 
-// Every character of the page lies below U+10000, so three bytes are enough.
+// Three bytes are enough: every character of the page is below U+10000.
 void AppendUtf8(std::string& utf8, char32_t character)
 {
     if (character < 0x80) {

@@ -6,11 +6,11 @@
 namespace corvrec
 {
 
-// The settings file, the modem catalogue and the devices speak Windows code page 1252; the windows speak
-// UTF-8. The five bytes that the page leaves unassigned (81 8D 8F 90 9D) stand for the control characters of
-// the same number, both ways, so that every byte survives the way there and back.
+// The settings file, the modem catalogue and the devices use Windows code page 1252; the windows use UTF-8.
+// The five bytes that the page leaves unassigned (81 8D 8F 90 9D) map to the control characters of the same
+// number and back, so that every byte survives the round trip.
 
-// A character outside the page, and every broken piece of UTF-8, becomes '?'.
+// A character outside the page and each broken piece of UTF-8 become '?'.
 std::string Cp1252FromUtf8(std::string_view utf8);
 std::string Utf8FromCp1252(std::string_view bytes);
 

@@ -20,12 +20,13 @@ namespace
 constexpr std::string_view kLineEnd = "\r\n";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 
-// The profile functions count the length of a value in 16 bits.
+// Windows' profile functions count the length of a value in 16 bits: longer ones lose whole multiples of
+// this.
 constexpr std::size_t kValueLengths = 65536;
 
 unsigned char Number(char byte)
 {
-    return static_cast<unsigned char>(byte); // char is signed here, unsigned elsewhere
+    return static_cast<unsigned char>(byte); // char may be signed
 }
 
 std::string Utf16FromBytes(std::string_view bytes)
@@ -33,7 +34,7 @@ std::string Utf16FromBytes(std::string_view bytes)
     std::string wide;
     wide.reserve(2 * bytes.size());
     for (const char byte : bytes) {
-        const char32_t unit = CharacterFromCp1252(byte); // all of the page lie below U+10000
+        const char32_t unit = CharacterFromCp1252(byte); // every character of the page is below U+10000
         wide += static_cast<char>(unit & 0xFF);
         wide += static_cast<char>(unit >> 8);
     }
@@ -49,7 +50,7 @@ std::string BytesFromUtf16(std::string_view wide)
     return bytes;
 }
 
-// Letter case as Windows folds it in code page 1252: accents stay, DF, B5, 83 and D7 have no partner in the
+// Upper case as Windows folds it in code page 1252. Accents stay. DF, B5, 83 and D7 have no partner in the
 // page.
 constexpr std::array<unsigned char, 256> FoldTable()
 {
@@ -77,8 +78,8 @@ bool IsSameName(std::string_view left, std::string_view right)
     return std::ranges::equal(left, right, {}, Folded, Folded);
 }
 
-// FNV-1a of the folded name. The table goes by the upper bits, into which the last letters get by the
-// multiplication at the end (Knuth's, the golden ratio of 32 bits).
+// FNV-1a of the folded name (offset basis and prime of 64 bits). NameTable uses the upper bits; the
+// multiplication at the end (Knuth's: 2^32 over the golden ratio) carries the last letters into them.
 std::uint32_t HashOf(std::string_view name)
 {
     std::uint64_t hash = 0xCBF29CE484222325;
@@ -92,13 +93,13 @@ bool IsLineEnd(char unit)
     return unit == '\r' || unit == '\n';
 }
 
-// NUL too: a tail of zeros, as a crash leaves it, is a blank line.
+// Includes NUL: a tail of zeros, as a crash leaves it, is a blank line.
 bool IsBlank(char unit)
 {
     return Number(unit) <= 0x20 && !IsLineEnd(unit);
 }
 
-// Positions count units: bytes, or the 16-bit units behind the mark.
+// A range of units: bytes, or the 16-bit units after the mark.
 struct Span {
     std::size_t begin = 0;
     std::size_t end = 0;
@@ -118,7 +119,7 @@ Span Trimmed(std::string_view units, Span span)
     return span;
 }
 
-// A name or value: without the blanks around it, and only up to a NUL.
+// The text of a name or value: without surrounding blanks, and only up to a NUL.
 Span TextOf(std::string_view units, Span span)
 {
     const Span text = Trimmed(units, span);
@@ -129,7 +130,7 @@ Span TextOf(std::string_view units, Span span)
 struct Line {
     std::size_t begin = 0;
     std::size_t textEnd = 0; // before the line end
-    std::size_t end = 0;     // behind the line end; equal to textEnd when the line has none
+    std::size_t end = 0;     // after the line end; equal to textEnd when the line has none
 };
 
 Line LineAt(std::string_view units, std::size_t begin)
@@ -142,6 +143,7 @@ Line LineAt(std::string_view units, std::size_t begin)
     return {.begin = begin, .textEnd = textEnd, .end = textEnd + endLength};
 }
 
+// A bare line has neither bracket nor "=": reads ignore it, and deleting its section deletes it.
 enum class LineKind { blank, header, comment, key, bare };
 
 LineKind KindOf(std::string_view units, const Line& line)
@@ -156,37 +158,39 @@ LineKind KindOf(std::string_view units, const Line& line)
     return text.find('=') == std::string_view::npos ? LineKind::bare : LineKind::key;
 }
 
-// Where a section or a key begins, and the hash of its name. A file may hold one every two bytes, and an
-// index may take no more than a few times the file: the rest is read from the text.
+// Where a section or a key begins, and the hash of its name. Deliberately no more: a file may hold one every
+// two bytes, and the index may take only a few times the room of the file. Everything else is read from the
+// text.
 struct Entry {
     std::uint32_t begin = 0;
     std::uint32_t hash = 0;
 };
 
-// In file order. A deque grows without a second copy of what it holds.
+// In file order. Unlike a vector, a deque grows without a second copy of its contents.
 using Entries = std::deque<Entry>;
 
-// Entries of the text that can differ in name, at most: there are fewer than 600 names of no or one unit, and
-// any other takes four units with its line's end.
+// Upper bound for the number of different names among the entries of a text. Fewer than 600 names have no
+// unit or one; any other entry takes at least four units with its line end.
 std::size_t MostNames(std::size_t entries, std::size_t units)
 {
     constexpr std::size_t shortNames = 600;
     return std::min(entries, shortNames + units / 4);
 }
 
-// Finds the first of equal names by hash. It holds no names, only their places in a list of entries.
+// Hash table with open addressing that finds the first of equal names. It holds no names, only indices into a
+// list of entries.
 class NameTable
 {
 public:
     void Reserve(std::size_t names)
     {
-        slots_ = {}; // before the new ones are made, not after
+        slots_ = {}; // free the old ones before the new ones are made
         slots_.assign(4 + names + names / 2, 0);
     }
 
     [[nodiscard]] bool HasRoomFor(std::size_t names) const { return slots_.size() >= 4 + names + names / 3; }
 
-    // isSame: whether an entry, of the same hash, has the name too.
+    // isSame(index): whether an entry with the same hash has the same name.
     template <typename IsSame>
     void AddFirst(const Entries& entries, std::size_t index, IsSame isSame)
     {
@@ -203,7 +207,7 @@ public:
     }
 
 private:
-    // The slot of the name, or the free one where it would go.
+    // The slot that holds the name, or the free one where it belongs.
     template <typename IsSame>
     std::size_t PlaceOf(const Entries& entries, std::uint32_t hash, IsSame isSame) const
     {
@@ -213,10 +217,10 @@ private:
         return place;
     }
 
-    std::vector<std::uint32_t> slots_; // index + 1, 0: free; a quarter of them always is
+    std::vector<std::uint32_t> slots_; // index + 1, or 0 for free; at least a quarter is always free
 };
 
-// A line with a key. All positions count from the begin of the section.
+// A line with a key. Positions count from the beginning of the section.
 struct KeyLine {
     std::size_t begin = 0;
     Span name;
@@ -224,7 +228,8 @@ struct KeyLine {
     std::size_t end = 0;
 };
 
-// Positions count from the begin of the section, so that they stay when the section moves.
+// The keys of a section. Positions count from the beginning of the section, so that they stay valid when the
+// section moves.
 struct KeyIndex {
     Entries lines;
     NameTable names;
@@ -237,10 +242,10 @@ Span Moved(Span span, std::size_t distance)
 
 std::uint32_t Narrow(std::size_t position)
 {
-    return static_cast<std::uint32_t>(position); // a text has less than 4 GiB
+    return static_cast<std::uint32_t>(position); // a text is smaller than 4 GiB
 }
 
-// The name in a header line; begin: of the line.
+// The name in the header line that begins at `begin`: up to ']' or the end of the line.
 Span HeaderName(std::string_view units, std::size_t begin)
 {
     const std::size_t nameBegin = units.find('[', begin) + 1;
@@ -250,7 +255,7 @@ Span HeaderName(std::string_view units, std::size_t begin)
     return TextOf(units, {nameBegin, nameEnd});
 }
 
-// Headers are found by their bracket: searching for it is much faster than walking over every line.
+// Searches for brackets, which is much faster than walking over every line.
 Entries ScanSections(std::string_view units, Span span)
 {
     Entries found;
@@ -281,8 +286,8 @@ Span KeyName(std::string_view section, const Entry& line)
     return TextOf(section, {line.begin, section.find('=', line.begin)});
 }
 
-// section: the units from the header line to the next header; begin: of a line. The lines are added to those
-// that are there.
+// Adds the key lines from `begin` on, the beginning of a line, to `lines`. `section` is the text from a
+// header line to the next header.
 void ScanKeys(std::string_view section, std::size_t begin, Entries& lines)
 {
     for (Line line = LineAt(section, begin); line.begin < section.size(); line = LineAt(section, line.end)) {
@@ -293,7 +298,7 @@ void ScanKeys(std::string_view section, std::size_t begin, Entries& lines)
     }
 }
 
-// A parameter of the profile functions: up to its first NUL.
+// A parameter of the profile functions ends at its first NUL.
 std::string_view Parameter(std::string_view text)
 {
     return text.substr(0, text.find('\0'));
@@ -304,24 +309,27 @@ std::string_view WithoutTrailingSpaces(std::string_view text)
     return text.substr(0, text.find_last_not_of(' ') + 1); // npos + 1 is 0: nothing but spaces
 }
 
-// Names lose their spaces, and spaces alone: a tab stays, and then equals no name of the file.
+// A name as a parameter loses its spaces but no other blanks: a tab stays, and then matches no name of the
+// file.
 std::string_view NameParameter(std::string_view text)
 {
     const std::string_view name = WithoutTrailingSpaces(Parameter(text));
     return name.substr(std::min(name.find_first_not_of(' '), name.size()));
 }
 
-// What a buffer of that size takes of a text, its closing NUL apart.
+// What fits into a buffer of that size, less the closing NUL.
 std::string_view Cut(std::string_view text, std::size_t size)
 {
     return text.substr(0, size == 0 ? 0 : size - 1);
 }
 
+// The fallback as Windows returns it: without trailing spaces, cut to the buffer.
 std::string FallbackText(std::string_view fallback, std::size_t size)
 {
     return std::string(Cut(WithoutTrailingSpaces(Parameter(fallback)), size));
 }
 
+// Only one pair, and only when both ends have the same kind of quote.
 std::string_view WithoutQuotes(std::string_view value)
 {
     const bool isQuoted =
@@ -331,13 +339,13 @@ std::string_view WithoutQuotes(std::string_view value)
 
 } // namespace
 
-// The file's units as bytes; in UTF-16 also as they stand in the file, two bytes each.
+// The file's text with one byte per unit. For UTF-16 also the original bytes, two per unit.
 struct IniText::View {
     std::string_view units;
     std::string_view wide;
 
-    // No character of the span reads as '?' for want of a byte. A name or value that has one equals no
-    // parameter.
+    // Whether every character of the span has a byte in the page, so that no '?' stands for a missing one. A
+    // name or value with a missing character equals no parameter.
     [[nodiscard]] bool IsExact(Span span) const
     {
         if (wide.empty())
@@ -350,7 +358,7 @@ struct IniText::View {
     }
 };
 
-// Where sections and keys lie. Every function is handed the text that the index describes.
+// Where sections and keys are. Every function is given the text that the index describes.
 class IniText::Index
 {
 public:
@@ -373,7 +381,7 @@ public:
         return {sections_[section].begin, isLast ? text.units.size() : sections_[section + 1].begin};
     }
 
-    // Good until the keys of another section are asked for.
+    // The reference is valid until another section's keys are requested.
     const KeyIndex& KeysOf(const View& text, std::size_t section)
     {
         if (const auto known = keys_.find(section); known != keys_.end())
@@ -399,9 +407,9 @@ public:
         return KeyLineOf(units, LineAt(units, keys.lines[*found].begin));
     }
 
-    // The text has changed: `inserted` units now stand in the place of the removed ones. Only the sections
-    // that the change touches are looked at again. The one before it is among them, since what is left may
-    // continue it.
+    // Follows a change of the text, in which `inserted` units have replaced the removed ones. Only the
+    // sections that it touches are scanned again, including the one before the change: what is left may now
+    // belong to that one.
     void Change(const View& text, Span removed, std::size_t inserted)
     {
         const auto isBefore = [](const Entry& section, std::size_t place) { return section.begin < place; };
@@ -423,7 +431,7 @@ public:
         }
         keys_.clear();
         if (std::ssize(found) == last - first) {
-            std::ranges::copy(found, first); // an edit may add or remove headers, but never renames one
+            std::ranges::copy(found, first); // an edit can add or remove headers, but never renames one
             return;
         }
         const auto place = sections_.erase(first, last);
@@ -432,7 +440,8 @@ public:
     }
 
 private:
-    // Sections whose keys are held at a time, so that a walk over a large file does not collect them all.
+    // The most sections whose keys are held at a time, so that a walk over a large file does not collect them
+    // all.
     static constexpr std::size_t kMostIndexed = 256;
 
     [[nodiscard]] Span NameOf(const View& text, std::size_t section) const
@@ -452,7 +461,7 @@ private:
         }
     }
 
-    // Of the lines from the first one on; of all of them where the table has no room.
+    // Adds the names of the lines from `first` on; of all lines when the table has no room for the new ones.
     static void AddNames(const View& text, Span section, std::size_t first, KeyIndex& keys)
     {
         const std::string_view units = Slice(text.units, section);
@@ -471,8 +480,9 @@ private:
         }
     }
 
-    // The section's text has changed from `change` on, counted from its begin: a value, a new line or one
-    // less. Only what stands behind is looked at again, and the line before it, which may have got its end.
+    // Follows a change inside the section, `change` units after its beginning: a value, a new line or a
+    // removed one. Scans again only what follows the change and the line before it, which may have got its
+    // line end.
     static void ChangeKeys(const View& text, Span section, std::size_t change, KeyIndex& keys)
     {
         Entries& lines = keys.lines;
@@ -481,20 +491,20 @@ private:
                              [](std::size_t place, const Entry& line) { return place < line.begin; });
         const std::size_t had = lines.size();
         const bool isInLast = had > 0 && change >= lines.back().begin;
-        // The last line that begins no later than the change, and the one before.
+        // Start at the line before the last one that begins no later than the change.
         const auto first = behind - std::min<std::ptrdiff_t>(behind - lines.begin(), 2);
         const std::size_t begin = first == lines.begin() ? 0 : first->begin;
         lines.erase(first, lines.end());
         ScanKeys(Slice(text.units, section), begin, lines);
 
-        // A value alone renames nothing, nor does what comes after the last name.
+        // The name table stays valid when only a value changed, or when lines were added after the last name.
         const bool namesStand = lines.size() == had || (lines.size() > had && isInLast);
         AddNames(text, section, namesStand ? had : 0, keys);
     }
 
-    Entries sections_; // by their header lines
+    Entries sections_; // the entries of the header lines
     NameTable names_;
-    std::unordered_map<std::size_t, KeyIndex> keys_; // by the section's place in the list
+    std::unordered_map<std::size_t, KeyIndex> keys_; // by index into sections_
 };
 
 IniText::IniText(std::string bytes)
@@ -606,6 +616,8 @@ std::optional<Edit> IniText::EraseSection(std::string_view section)
 
     const Span span = Places().SpanOf(text, *place);
     const std::string_view units = text.units.substr(0, span.end);
+    // One edit for the whole section: up to its last line that is neither a comment nor blank, with the
+    // comments and blank lines before that inserted again.
     Edit edit = EditAt(span.begin, span.begin, "");
     std::size_t removedEnd = span.begin;
     for (Line line = LineAt(units, span.begin); line.begin < span.end; line = LineAt(units, line.end)) {
@@ -650,7 +662,7 @@ bool IniText::IsContinuable() const
     return !isUtf16_ || bytes_.size() % 2 == 0;
 }
 
-// The units from begin to end give way to a text in code page 1252.
+// The edit that replaces the units from begin to end by a text in code page 1252.
 Edit IniText::EditAt(std::size_t begin, std::size_t end, std::string_view inserted) const
 {
     if (!isUtf16_)
@@ -663,14 +675,14 @@ Edit IniText::EditAt(std::size_t begin, std::size_t end, std::string_view insert
 Edit IniText::NewSection(std::string_view section, std::string_view line) const
 {
     const std::string_view units = Text().units;
-    // A lone mark counts as a line without an end.
+    // A lone UTF-16 mark counts as a line without an end.
     const bool isUnfinished = !bytes_.empty() && (units.empty() || !IsLineEnd(units.back()));
     std::string added(isUnfinished ? kLineEnd : "");
     added.append("[").append(section).append("]").append(kLineEnd).append(line);
     return EditAt(units.size(), units.size(), added);
 }
 
-// Behind the section's last key, before the comments and blank lines that may follow it.
+// Inserts a line after the section's last key, before the comments and blank lines that may follow it.
 Edit IniText::NewLine(std::size_t section, std::string_view line)
 {
     const View text = Text();

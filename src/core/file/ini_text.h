@@ -9,8 +9,8 @@
 namespace corvrec
 {
 
-// A change of a file: `removed` bytes at `offset` give way to `inserted`. All in bytes of the file as it
-// stands.
+// A change to a file: `removed` bytes at `offset` are replaced by `inserted`. Counted in bytes of the file as
+// it was before the change.
 struct Edit {
     std::size_t offset = 0;
     std::size_t removed = 0;
@@ -20,15 +20,16 @@ struct Edit {
     [[nodiscard]] bool ChangesNothing() const { return removed == 0 && inserted.empty(); }
 };
 
-// A profile file's bytes and what they mean: sections, keys and values, and the edits that change them. It
-// knows no file. All parameters and results are bytes in code page 1252, sizes as the profile functions of
-// Windows count them (the closing NUL of a text included). Any bytes, up to 4 GiB, are a valid file.
+// The bytes of a profile file and their meaning: sections, keys and values, and the edits that change them.
+// It does no file access. All parameters and results are bytes in code page 1252; sizes are counted as
+// Windows' profile functions count them (including a text's closing NUL). Any bytes, up to 4 GiB, are a valid
+// file.
 //
-// A file of even length that starts with FF FE is UTF-16 little endian; every other one is single bytes.
+// A file of even length that starts with FF FE is UTF-16 little endian; any other file is single bytes.
 //
-// The places of the sections are looked for at the first question, the keys of a section at the first
-// question about that section. Apply keeps what it can of both. Whatever the bytes are, text and index
-// together take less than ten times their room.
+// Sections are indexed at the first question, a section's keys at the first question about that section.
+// Apply keeps as much of both as it can. Text and index together take less than ten times the room of the
+// bytes, whatever they are.
 class IniText
 {
 public:
@@ -44,18 +45,17 @@ public:
                      std::size_t size);
     std::string Keys(std::string_view section, std::string_view fallback, std::size_t size);
 
-    // The edit that makes the key hold the value, or takes key or section out; one that changes nothing when
-    // that is so already. No edit when the bytes cannot be continued: UTF-16 with half a character at the
-    // end.
+    // The edit that sets the key's value, or removes a key or a section; an empty edit when there is nothing
+    // to do. nullopt when the file cannot be edited: UTF-16 with half a character at the end.
     std::optional<Edit> Put(std::string_view section, std::string_view key, std::string_view value);
     std::optional<Edit> EraseKey(std::string_view section, std::string_view key);
     std::optional<Edit> EraseSection(std::string_view section);
 
-    // Carries out an edit that this object gave for the bytes as they are now.
+    // Carries out an edit. The edit must come from this object and from the bytes as they are now.
     void Apply(const Edit& edit);
 
-    // So many bytes that change no reading at the end of the file: a blank line, or blanks behind the last
-    // value. In UTF-16 the length is even.
+    // Padding that no read can see: a blank line, or blanks after the last value. In UTF-16 the length is
+    // even.
     [[nodiscard]] std::string Filler(std::size_t length) const;
 
 private:
@@ -71,8 +71,8 @@ private:
 
     std::string bytes_;
     bool isUtf16_;
-    std::string narrowed_;         // UTF-16 only: a byte for each unit behind the mark, '?' for what has none
-    std::unique_ptr<Index> index_; // nothing before the first question
+    std::string narrowed_;         // UTF-16 only: a byte per unit after the mark, '?' where the page has none
+    std::unique_ptr<Index> index_; // null before the first question
 };
 
 } // namespace corvrec

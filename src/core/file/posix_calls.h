@@ -13,8 +13,8 @@
 namespace corvrec
 {
 
-// The system calls of the settings file, each as the system has it: -1 and errno tell a failure. A seam of
-// its own so that a test can count them and let each one fail.
+// The system calls for the settings file, unchanged: -1 and errno report a failure. An interface, so that a
+// test can count them and make each one fail.
 class PosixCalls
 {
 public:
@@ -28,17 +28,17 @@ public:
     virtual ssize_t Read(int descriptor, char* bytes, std::size_t count, off_t offset) = 0;        // pread
     virtual ssize_t Write(int descriptor, const char* bytes, std::size_t count, off_t offset) = 0; // pwrite
     virtual int Truncate(int descriptor, off_t size) = 0;                // ftruncate
-    virtual int Reserve(int descriptor, off_t offset, off_t length) = 0; // fallocate that keeps the size
+    virtual int Reserve(int descriptor, off_t offset, off_t length) = 0; // fallocate, keeping the size
     virtual int SyncData(int descriptor) = 0;                            // fdatasync
     virtual int Sync(int descriptor) = 0;                                // fsync
     virtual int MayWrite(const char* path) = 0;                          // faccessat: W_OK, effective user
-    virtual timespec FileClock() = 0; // now, by the clock that file times are taken from
+    virtual timespec FileClock() = 0; // now, by the clock of the file times
 };
 
-// The calls themselves; lives as long as the program.
+// The real calls; lives as long as the program.
 PosixCalls& SystemCalls();
 
-// As OpenProfileFile, over other calls, which must live longer.
+// As OpenProfileFile, using the given calls, which must outlive the file.
 std::unique_ptr<ProfileFile> OpenProfileFile(const std::filesystem::path& file, PosixCalls& calls);
 
 } // namespace corvrec

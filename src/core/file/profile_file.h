@@ -9,51 +9,51 @@
 namespace corvrec
 {
 
-// The settings file as the profile functions of Windows see it (GetPrivateProfileStringA,
+// The settings file as Windows' profile functions see it (GetPrivateProfileStringA,
 // WritePrivateProfileStringA). All texts are bytes in code page 1252. Nothing throws: whatever the file holds
-// or the system answers, a failed read gives the fallback and a failed write gives false and leaves the file
-// as it was, byte for byte.
+// or the system answers, a failed read returns the fallback, and a failed write returns false and leaves the
+// file as it was, byte for byte.
 //
-// Only the first section of a name counts, and in it only the first key of a name; names ignore letter case.
+// Only the first section of a name counts, and in it only the first key of a name. Names ignore case.
 class ProfileFile
 {
 public:
     virtual ~ProfileFile() = default;
 
-    // The key's value, cut to size - 1 bytes; the fallback, cut alike and without trailing spaces, when the
-    // file, the section or the key is missing. A pair of equal quotes around the value is dropped. An empty
-    // value is not missing.
+    // The key's value, cut to size - 1 bytes. The fallback, cut the same way and without trailing spaces,
+    // when the file, the section or the key is missing. One pair of equal quotes around the value is dropped.
+    // An empty value is not missing.
     virtual std::string Read(std::string_view section, std::string_view key, std::string_view fallback,
                              std::size_t size) = 0;
 
-    // The section's key names in file order, a NUL behind each, cut to size - 2 bytes in all (so the last
-    // name may be cut and lack its NUL). The fallback, without a NUL, when there is no key.
+    // The section's key names in file order, each followed by a NUL, cut to size - 2 bytes in total (so the
+    // last name may be cut and lack its NUL). The fallback, without a NUL, when there is no key.
     virtual std::string Keys(std::string_view section, std::string_view fallback, std::size_t size) = 0;
 
-    // Sets the key in place, adding key, section or file when missing. Writing what stands there already
-    // writes nothing.
+    // Changes the key in place; adds key, section or file when missing. When the key already has the value,
+    // nothing is written.
     virtual bool Write(std::string_view section, std::string_view key, std::string_view value) = 0;
 
+    // True also when there is no such key.
     virtual bool DeleteKey(std::string_view section, std::string_view key) = 0;
 
-    // Comments and blank lines of the section stay in the file.
+    // Comments and blank lines of the section stay in the file. True also when there is no such section.
     virtual bool DeleteSection(std::string_view section) = 0;
 
-    // Whether a write could succeed as far as permissions tell: false for a file that this user may not
-    // write, or in a file system without writing. A file that is missing counts as its directory does. A
-    // write can fail all the same, for want of room for example.
+    // Whether permissions allow a write: false for a file that this user may not write, or on a read-only
+    // file system. For a missing file its directory decides. A write can fail all the same, for example for
+    // lack of room.
     [[nodiscard]] virtual bool IsWritable() = 0;
 
-    // Asks the system to bring what was written to the disk; once after a user's action. A failure is
-    // ignored: the data is in the file for every other program, only a power cut could still lose it.
+    // Asks the system to bring everything written to the disk; called once after a user's action. A failure
+    // is ignored: every other program sees the data in the file, and only a power cut could still lose it.
     virtual void Flush() = 0;
 };
 
-// The profile functions themselves on Windows, elsewhere an implementation that gives the same bytes. On a
-// Windows whose code page would not keep the bytes (UTF-8, East Asia) every operation fails. The
-// file need not exist; it is opened anew for each operation and may be a symbolic link. The program ignores
-// SIGXFSZ where there is such a signal, so that a limit of the file size is a failed write and not the
-// program's end.
+// On Windows the profile functions themselves, elsewhere an implementation that gives the same bytes. On a
+// Windows whose code page would not keep the bytes (UTF-8, East Asia) every operation fails. The file need
+// not exist and may be a symbolic link; it is opened again for each operation. Where SIGXFSZ exists the
+// program ignores it, so that a limit on file sizes is a failed write and does not end the program.
 std::unique_ptr<ProfileFile> OpenProfileFile(const std::filesystem::path& file);
 
 } // namespace corvrec

@@ -20,16 +20,17 @@ namespace corvrec
 namespace
 {
 
-// A larger file is not a settings file.
+// A larger file is not a settings file; reads and writes of it fail.
 constexpr std::size_t kLargestFile = std::size_t{64} * 1024 * 1024;
 
-// How much of the file is compared at a time: read into the processor's cache, and not beyond it.
+// How much is compared at a time: a portion that stays in the processor's cache.
 constexpr std::size_t kPortion = std::size_t{256} * 1024;
 
-// A kill inside one pwrite tears it at a multiple of this and nowhere else.
+// A kill during a pwrite can tear it at a multiple of this and nowhere else.
 constexpr std::size_t kPageSize = 4096;
 
-// A FIFO must not block, a terminal must not become ours, and a child process must not inherit the file.
+// Opening a FIFO must not block, a terminal must not become the controlling one, and a child process must not
+// inherit the file.
 constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 class RealCalls final : public PosixCalls
@@ -54,8 +55,7 @@ public:
     int Truncate(int descriptor, off_t size) override { return ::ftruncate(descriptor, size); }
     int Reserve(int descriptor, off_t offset, off_t length) override
     {
-        // Not posix_fallocate: that one makes the file grow at once, and was seen to do so even when it
-        // failed.
+        // Not posix_fallocate: it makes the file grow at once, and was seen to do so even when it failed.
         return ::fallocate(descriptor, FALLOC_FL_KEEP_SIZE, offset, length);
     }
     int SyncData(int descriptor) override { return ::fdatasync(descriptor); }
@@ -69,7 +69,7 @@ public:
     }
 };
 
-// A signal may interrupt any call but close before it has done anything.
+// A signal may interrupt any call before it has done anything. Not for close: see Descriptor::Close.
 template <typename Call>
 auto Repeated(Call call)
 {
@@ -79,13 +79,13 @@ auto Repeated(Call call)
     return result;
 }
 
-// A file offset; no file here is larger than kLargestFile.
+// No file here is larger than kLargestFile.
 off_t Offset(std::size_t position)
 {
     return static_cast<off_t>(position);
 }
 
-// An open file, or none. Closed at the latest with the object.
+// An open file, or none. Closed with the object at the latest.
 class Descriptor
 {
 public:
@@ -103,8 +103,8 @@ public:
     [[nodiscard]] bool IsOpen() const { return number_ != -1; }
     [[nodiscard]] int Number() const { return number_; }
 
-    // Never repeated: the descriptor is gone whatever the answer is, and EINTR tells nothing about the data.
-    // Any other error does: network file systems report a failed write only here.
+    // Never repeated: the descriptor is gone whatever the result, and EINTR says nothing about the data. Any
+    // other error counts: network file systems report a failed write only here.
     bool Close()
     {
         if (number_ == -1)
@@ -117,7 +117,7 @@ private:
     int number_;
 };
 
-// A file's or a clock's time.
+// A time of a file or of a clock.
 struct Moment {
     std::int64_t seconds = 0;
     std::int64_t nanoseconds = 0;
@@ -127,6 +127,7 @@ struct Moment {
     {
         return std::tie(seconds, nanoseconds) < std::tie(other.seconds, other.nanoseconds);
     }
+    // Then the file system may keep no finer times.
     [[nodiscard]] bool IsWholeSecond() const { return nanoseconds == 0; }
 };
 
@@ -135,13 +136,13 @@ Moment MomentOf(const timespec& time)
     return {.seconds = time.tv_sec, .nanoseconds = time.tv_nsec};
 }
 
-// What tells one state of a file from another, as far as the system can tell.
+// Identifies a state of a file, as far as the system can distinguish two of them.
 struct Stamp {
     dev_t device = 0;
     ino_t inode = 0;
     off_t size = 0;
     Moment modified;
-    Moment changed; // also when the time of modification was set back
+    Moment changed; // ctime: moves even when the time of modification is set back
 
     bool operator==(const Stamp&) const = default;
 };
@@ -156,8 +157,8 @@ Stamp StampOf(const struct stat& status)
 }
 
 // File times move in ticks of 1 to 10 ms, or of whole seconds on old file systems, and two changes within one
-// tick leave the same stamp. So a stamp proves something only when it was older than its tick at the time
-// when reading began.
+// tick leave the same stamp. So a stamp proves something only if it was already older than a tick when
+// reading began. Both margins (20 ms, 2 s) exceed the tick.
 bool IsOlderThanItsTick(const Stamp& stamp, Moment readingBegan)
 {
     constexpr std::int64_t margin = 20'000'000; // ns
@@ -173,8 +174,8 @@ bool IsOlderThanItsTick(const Stamp& stamp, Moment readingBegan)
     return stamp.modified.IsBefore(readingBegan) && stamp.changed.IsBefore(readingBegan);
 }
 
-// File systems whose times come from this machine's clock. Every other one, known or not, may have its times
-// from another machine or a program, and then no time proves anything.
+// File systems whose times come from this machine's clock (magic numbers of statfs). The times of any other
+// one, known or not, may come from another machine or from a program, and prove nothing.
 bool HasLocalTimes(const struct statfs& status)
 {
     constexpr std::array<std::uint32_t, 16> local = {
@@ -198,13 +199,13 @@ bool HasLocalTimes(const struct statfs& status)
     return std::ranges::find(local, static_cast<std::uint32_t>(status.f_type)) != local.end();
 }
 
-// Changes the content of an open file in place, so that a failure leaves it as it was and a kill between two
-// calls leaves a content that reads as the old or the new one. A kill inside a pwrite may tear it at a page
-// border: the limit that is left, since closing it would need a second file or a journal.
+// Changes the content of an open file in place. A failure leaves the file as it was. A kill between two calls
+// leaves content that reads as the old or the new one. A kill during a pwrite may tear it at a page border:
+// closing that gap would take a second file or a journal.
 class InPlaceChange
 {
 public:
-    // text: what the file holds. scratch: any bytes, whose room is used.
+    // text: what the file holds. scratch: a buffer to reuse; its contents are lost.
     InPlaceChange(PosixCalls& calls, const Descriptor& file, IniText& text, std::string& scratch)
         : calls_(calls)
         , file_(file.Number())
@@ -214,8 +215,9 @@ public:
     {
     }
 
-    // Makes the edit in the text and in the file. False: the file is as it was, and the text is of no more
-    // use. True also when the end could not be cut off: then filler stands behind the new content.
+    // Makes the edit in the text and in the file. False: the file is as it was, and the text must no longer
+    // be used. True also when the file's end could not be cut off; then Filler padding follows the new
+    // content.
     bool Make(const Edit& edit)
     {
         edit_ = edit;
@@ -242,8 +244,8 @@ private:
 
     bool Grow(std::size_t begin)
     {
-        // At the end a truncation undoes everything and needs no room; inside one page the system reserves by
-        // itself before it copies.
+        // No reservation is needed at the end of the file, where truncating undoes everything and takes no
+        // room, or inside one page, for which the system reserves by itself before it copies.
         const std::size_t newSize = text_.Bytes().size();
         const bool needsReserve = begin != oldSize_ && begin / kPageSize != (newSize - 1) / kPageSize;
         return (!needsReserve || ReserveUpTo(newSize)) &&
@@ -256,25 +258,26 @@ private:
         if (Repeated([&] { return calls_.Reserve(file_, Offset(oldSize_), Offset(length)); }) == 0)
             return true;
         const bool isUnknown = errno == EOPNOTSUPP || errno == ENOSYS || errno == EINVAL;
-        // A file system that cannot reserve: the room is taken by bytes that change no reading.
+        // The file system cannot reserve: occupy the room with padding that no read can see.
         return isUnknown && WriteOrUndo(oldSize_, text_.Filler(length));
     }
 
     bool Shrink(std::size_t begin)
     {
-        // The filler first: after a truncation alone the end of the old content would stand there, from the
-        // middle of a line on.
+        // The new end of the content with padding up to the old size first, then the truncation. Without the
+        // padding, a kill before the truncation would leave the end of the old content after the new one,
+        // from the middle of a line on.
         const std::size_t newSize = text_.Bytes().size();
         scratch_.clear();
-        scratch_.reserve(oldSize_ - begin); // appending alone would take twice that
+        scratch_.reserve(oldSize_ - begin); // growing by appending would take twice that
         scratch_.append(text_.Bytes(), begin).append(text_.Filler(oldSize_ - newSize));
         if (!WriteOrUndo(begin, scratch_))
             return false;
-        TruncateTo(newSize); // a failure leaves the filler, and the value is in place
+        TruncateTo(newSize); // on failure the padding stays, and the value is in place
         return true;
     }
 
-    // All of the bytes, or none of them. Only if undoing fails too is there nothing more to be done.
+    // Writes all of the bytes or none. Only when undoing fails too is there nothing more to be done.
     bool WriteOrUndo(std::size_t begin, std::string_view bytes)
     {
         const std::size_t written = Write(begin, bytes);
@@ -283,7 +286,7 @@ private:
         if (written > 0 && begin < oldSize_)
             Write(begin, OldBytes().substr(begin, written));
         if (begin + bytes.size() > oldSize_)
-            TruncateTo(oldSize_); // needs no room, and gives back what was reserved
+            TruncateTo(oldSize_); // needs no room, and returns what was reserved
         return false;
     }
 
@@ -292,7 +295,7 @@ private:
         return std::string(text_.Bytes()).replace(edit_.offset, edit_.inserted.size(), removed_);
     }
 
-    // How many of the bytes were written: fewer than all after an error.
+    // The number of bytes written; fewer than all after an error.
     std::size_t Write(std::size_t begin, std::string_view bytes)
     {
         std::size_t written = 0;
@@ -319,9 +322,10 @@ private:
     std::string& scratch_;
     std::size_t oldSize_;
     Edit edit_;
-    std::string removed_; // by the edit
+    std::string removed_; // removed by the edit
 };
 
+// Keeps the last content read, so that an unchanged file need not be read again.
 class PosixProfileFile final : public ProfileFile
 {
 public:
@@ -378,14 +382,14 @@ public:
     }
 
 private:
-    // The file as it was when last read or written. Trusted: an equal stamp proves an equal content.
+    // The file as it was when last read or written. Trusted: an equal stamp proves equal content.
     struct Snapshot {
         IniText text;
         Stamp stamp;
         bool isTrusted = false;
     };
 
-    // The file as it is now; empty when there is none to be read.
+    // The file's current content; empty when it cannot be read.
     IniText& Current()
     {
         struct stat status {
@@ -400,8 +404,8 @@ private:
         return nothing_;
     }
 
-    // stamp: what the file showed a moment ago. A file that changes while it is read is read again; one that
-    // does not come to rest is used as it was last seen, for this one call.
+    // Reads the file. `stamp` is what stat reported a moment ago. A file that changes while it is read is
+    // read again; one that does not come to rest is used as it was last seen, for this one call.
     bool TakeSnapshot(Stamp stamp)
     {
         Moment began = MomentOf(calls_.FileClock());
@@ -428,7 +432,8 @@ private:
         }
     }
 
-    // Equal bytes keep their index. Others are those of buffer_, which the snapshot takes over.
+    // Bytes equal to the snapshot's keep its index. Otherwise `bytes` is in buffer_, which the snapshot takes
+    // over.
     void Keep(std::string_view bytes)
     {
         if (snapshot_ && bytes.data() == snapshot_->text.Bytes().data())
@@ -438,8 +443,8 @@ private:
         buffer_.clear();
     }
 
-    // What the file holds: the snapshot's own bytes when they are still there. Nothing when it cannot be read
-    // or is too large.
+    // The file's content: the snapshot's own bytes when the file still holds them. nullopt when it cannot be
+    // read or is too large.
     std::optional<std::string_view> Bytes(const Descriptor& file, off_t size)
     {
         if (HoldsSnapshot(file, size))
@@ -447,8 +452,8 @@ private:
         return ReadAll(file, size);
     }
 
-    // Whether the file is the snapshot, byte for byte. Nothing is kept of it, and when it cannot be read the
-    // answer is no.
+    // Whether the file equals the snapshot, byte for byte; false when it cannot be read. Nothing read is
+    // kept.
     bool HoldsSnapshot(const Descriptor& file, off_t size)
     {
         if (!snapshot_ || snapshot_->text.Bytes().size() != static_cast<std::size_t>(size))
@@ -467,18 +472,18 @@ private:
                 return false;
             length += portion.size();
             if (length == known.size() && portion.size() < wanted)
-                return true; // there was room for one byte more
+                return true; // a short read with room for one more byte: the end of the file
         }
     }
 
-    // The whole file into buffer_, whatever its size was said to be; nothing when it cannot be read or is too
+    // Reads the whole file into buffer_, whatever size was reported. nullopt when it cannot be read or is too
     // large.
     std::optional<std::string_view> ReadAll(const Descriptor& file, off_t size)
     {
         const auto expected = static_cast<std::size_t>(size);
         std::size_t length = 0;
         while (expected <= kLargestFile && length <= kLargestFile) {
-            // One byte more than there should be shows the end of the file without another call.
+            // Asking for one byte more than expected detects the end of the file without another call.
             const std::size_t wanted = std::max(expected + 1, length + kPageSize);
             if (buffer_.size() < wanted)
                 buffer_.resize(wanted);
@@ -494,7 +499,7 @@ private:
         return std::nullopt;
     }
 
-    // Asked anew each time that it would lead to trust; "no" is remembered, since the answer may come over a
+    // Asked each time that "yes" would lead to trust. "No" is remembered, since the answer may come over a
     // network.
     bool IsLocal(const Descriptor& file, dev_t device)
     {
@@ -509,7 +514,7 @@ private:
         return isLocal;
     }
 
-    // makeEdit: IniText& -> std::optional<Edit>.
+    // makeEdit: IniText& -> std::optional<Edit>; nullopt makes the change fail.
     template <typename MakeEdit>
     bool Change(MakeEdit makeEdit)
     {
@@ -525,8 +530,8 @@ private:
         return isDone;
     }
 
-    // A change never builds on a snapshot that it has not compared with the file, nor on fewer bytes than the
-    // file has: it would write over those behind them.
+    // Makes the snapshot equal to the file before a change. A change never builds on a snapshot that was not
+    // compared with the file, nor on fewer bytes than the file has: it would overwrite those after them.
     bool RefreshFrom(const Descriptor& file)
     {
         for (int attempt = 1; attempt <= 3; ++attempt) {
@@ -545,7 +550,7 @@ private:
         return false;
     }
 
-    // What is known already keeps its trust.
+    // Keeps the snapshot's trust when neither bytes nor stamp have changed.
     void Renew(std::string_view bytes, const Stamp& stamp)
     {
         const bool isKnown = snapshot_ && bytes.data() == snapshot_->text.Bytes().data();
@@ -556,13 +561,14 @@ private:
         snapshot_->isTrusted = false;
     }
 
+    // Carries out the edit and closes the file, since closing may report that a write has failed.
     bool Carry(const std::optional<Edit>& edit, Descriptor& file)
     {
         if (!edit || edit->ChangesNothing())
             return edit.has_value();
         IniText& text = snapshot_->text;
         if (text.Bytes().size() - edit->removed + edit->inserted.size() > kLargestFile)
-            return false; // nobody could read it any more
+            return false; // too large to be read again
         if (!InPlaceChange(calls_, file, text, buffer_).Make(*edit))
             return false;
         isUnflushed_ = true;
@@ -577,13 +583,14 @@ private:
             return true;
         }
         snapshot_->stamp = StampOf(status);
-        // Somebody may write in the same tick; a filler that stayed is found by the next comparison, too.
+        // Not trusted: another program may write within the same tick. The next comparison also finds padding
+        // that stayed.
         snapshot_->isTrusted = false;
         return true;
     }
 
-    // The name of a new file is the directory's data. The directory is that of the file itself, behind all
-    // links.
+    // Flushes the name of a new file, which is part of its directory's data. With links, it is the directory
+    // of the real file.
     void FlushDirectory()
     {
         std::error_code failure;
@@ -598,11 +605,12 @@ private:
     std::filesystem::path path_;
     PosixCalls& calls_;
     std::optional<Snapshot> snapshot_;
-    IniText nothing_;    // of a file that is not there
-    std::string buffer_; // kept between calls, so that a read of the same size allocates nothing
-    std::optional<dev_t> foreignDevice_; // holds the file, and its times prove nothing
+    IniText nothing_; // the content of a missing file
+    // Reused between calls, so that reading a file of the same size allocates nothing.
+    std::string buffer_;
+    std::optional<dev_t> foreignDevice_; // file system whose times prove nothing
     bool isUnflushed_ = false;
-    bool isNew_ = false; // created and not yet flushed
+    bool isNew_ = false; // created, and its name not yet flushed
 };
 
 } // namespace

@@ -12,13 +12,13 @@ namespace corvrec
 namespace
 {
 
-// Stands for a character that the code page lacks. No file name has it, so with a path that has it every
-// operation fails.
+// Replaces a character that the code page lacks. No file name contains it, so every operation on such a path
+// fails.
 constexpr const char* kNoCharacter = "?";
 
-// The profile functions read the file through the machine's own code page and write it through the same. A
-// byte comes back as it went where each is a character of its own, whichever; in UTF-8 or an East Asian page
-// accented letters would not.
+// The profile functions convert the file's text through the machine's own code page, both ways. A byte
+// survives if every byte is a character of its own, whichever it is; in UTF-8 or an East Asian page accented
+// letters would not.
 bool CodePageKeepsBytes()
 {
     CPINFO page{};
@@ -37,7 +37,7 @@ std::string AnsiPath(const std::wstring& path)
     return ansi;
 }
 
-// A directory's short name has no characters beyond the code page; empty when the file system keeps no short
+// A directory's short name has no characters outside the code page. Empty when the file system keeps no short
 // names.
 std::wstring ShortDirectory(const std::wstring& directory)
 {
@@ -46,8 +46,8 @@ std::wstring ShortDirectory(const std::wstring& directory)
     return name;
 }
 
-// A full path: a bare name would mean the Windows directory. Only the directory is shortened, since the file
-// itself may not exist yet. A path that cannot be expressed keeps its kNoCharacter.
+// The full path: the functions would look for a bare name in the Windows directory. Only the directory is
+// shortened, since the file may not exist yet. A path that cannot be expressed keeps its kNoCharacter.
 std::string ProfilePath(const std::filesystem::path& file)
 {
     if (!CodePageKeepsBytes())
@@ -66,8 +66,7 @@ std::filesystem::path FullPath(const std::filesystem::path& file)
     return failure ? file : full;
 }
 
-// Ends at the first NUL, as every parameter does. Its own memory, because old systems write into an empty
-// name.
+// A parameter ends at its first NUL. The copy is deliberate: old systems write into an empty name.
 std::string Parameter(std::string_view text)
 {
     return std::string(text.substr(0, text.find('\0')));
@@ -114,6 +113,7 @@ public:
 
     bool DeleteSection(std::string_view section) override { return Set(section, nullptr, nullptr); }
 
+    // A missing file counts as writable.
     bool IsWritable() override
     {
         if (path_.find(kNoCharacter) != std::string::npos)
@@ -128,7 +128,7 @@ public:
 
     void Flush() override
     {
-        // Old systems keep the file in memory until told.
+        // Old systems cache the file until this call.
         ::WritePrivateProfileStringA(nullptr, nullptr, nullptr, path_.c_str());
         HANDLE file = ::CreateFileW(file_.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -139,7 +139,7 @@ public:
     }
 
 private:
-    // key: nothing for the list of the section's keys.
+    // key: null for the list of the section's keys.
     std::string Get(std::string_view section, char* key, std::string_view fallback, std::size_t size)
     {
         std::string name = Parameter(section);
@@ -150,7 +150,7 @@ private:
         return buffer;
     }
 
-    // key: nothing for the whole section. value: nothing for a removal.
+    // key: null to delete the whole section. value: null to delete the key.
     bool Set(std::string_view section, char* key, char* value)
     {
         std::string name = Parameter(section);

@@ -16,6 +16,7 @@ std::string WithoutLineBreaks(std::string_view text)
 namespace
 {
 
+// The bytes that the file gets for a text.
 std::string Stored(std::string_view text)
 {
     return Cp1252FromUtf8(WithoutLineBreaks(text));

@@ -10,33 +10,35 @@ namespace corvrec
 
 class ProfileFile;
 
-// Bytes that a read of one value may fill, the closing NUL included: values of a site and of "General" are
-// cut at 99.
+// Size of the buffer for reading one value, including the closing NUL: values of sites and of "General" are
+// cut at 99 bytes.
 inline constexpr std::size_t kValueSize = 100;
 
-// The text that a read gives for a missing key. A key that holds just this text counts as missing.
+// What a read returns for a missing key. A key that holds exactly this text counts as missing.
 inline constexpr std::string_view kMissing = "-CaVacca-";
 
-// A text that may be stored: without CR, LF and NUL, which would break the file's lines.
+// The text without CR, LF and NUL, which would break the file's lines.
 std::string WithoutLineBreaks(std::string_view text);
 
-// The text as it comes back from the file: without line breaks, and with '?' for each character that the code
-// page lacks. Blanks and quotes at the ends are not looked at.
+// The text as it will be read back: without line breaks, and with '?' for each character that the code page
+// lacks. Blanks and quotes at the ends, which a read would drop, stay.
 std::string AsStored(std::string_view text);
 
-// One section of the settings file, in UTF-8. The missing-key rule and the code page live here and nowhere
-// else.
+// One section of the settings file, in UTF-8. The only place that knows the missing-key rule and the code
+// page.
 class Section
 {
 public:
-    // size: bytes a read may fill, the closing NUL included.
+    // size: of the buffer for a read, including the closing NUL.
     Section(ProfileFile& file, std::string_view name, std::size_t size = kValueSize);
 
-    // Nothing when the key is missing; an empty value is an empty text.
+    // nullopt when the key is missing; an empty value is an empty string.
     std::optional<std::string> Read(std::string_view key) const;
 
-    // CR, LF and NUL are left out of the value, and out of the key.
+    // CR, LF and NUL are removed from key and value. False when nothing could be written.
     bool Write(std::string_view key, std::string_view value);
+
+    // False when the file could not be changed; a missing key or section is no error.
     bool DeleteKey(std::string_view key);
     bool Delete();
 

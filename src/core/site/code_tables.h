@@ -10,13 +10,15 @@
 namespace corvrec
 {
 
-// A row of a code table: what the settings file stores, and what the list shows (a fixed text or one of the
-// string table). A list's row is the table's row.
+// A row of a code table: what the settings file stores, and what the list shows (a fixed text or one from the
+// string table). Row n of a list is row n of its table.
 struct CodeRow {
     std::string_view code;
     std::variant<std::string_view, TextId> shown;
 };
 
+// Where the data comes from: the exchange itself (Pabx), a plain buffer, or a Stratobox buffer device. Key
+// "Dispositivo".
 inline constexpr std::array<CodeRow, 6> kDevices{{
     {"COM", "Pabx"},
     {"BUFF", "Buffer"},
@@ -37,24 +39,27 @@ inline constexpr int stratobox30 = 4;
 inline constexpr int stratoboxBuffer = 5;
 } // namespace device
 
+// Shown for the handshake that uses the flow-control characters Xon and Xoff.
 inline constexpr std::string_view kSoftwareHandshake = "Software";
 
+// Key "Handshake". The row number is also the port's own value (LineSettings::handshaking).
 inline constexpr std::array<CodeRow, 3> kHandshakes{{
     {"NONE", text::noHandshake},
     {"XON", kSoftwareHandshake},
     {"HDW", "Hardware"},
 }};
 
+// Key "Parita". The code is also the parity letter of LineSettings::settings.
 inline constexpr std::array<CodeRow, 3> kParities{{
     {"N", text::noParity},
     {"E", text::evenParity},
     {"O", text::oddParity},
 }};
 
-// When a site's data is acquired; the value is the row of the schedule list.
+// When a site's data is acquired. The values are the rows of the schedule list.
 enum class ScheduleKind { continuous = 0, hourly = 1, daily = 2, weekly = 3 };
 
-// Weekdays as the settings file adds them up in "Ricorrenza".
+// Weekday bits, as the settings file adds them up in "Ricorrenza".
 namespace weekday
 {
 inline constexpr int sunday = 1;
@@ -66,7 +71,7 @@ inline constexpr int friday = 32;
 inline constexpr int saturday = 64;
 } // namespace weekday
 
-// Bit of each row of the weekday list, which runs from Monday to Sunday.
+// The bit of each row of the weekday list, Monday to Sunday.
 inline constexpr std::array<int, 7> kWeekdayRows{weekday::monday,   weekday::tuesday, weekday::wednesday,
                                                  weekday::thursday, weekday::friday,  weekday::saturday,
                                                  weekday::sunday};

@@ -24,8 +24,8 @@ constexpr int kDaysPerWeek = 7;
 
 constexpr std::string_view kEmptyTime = "__:__";
 
-// ASCII: a control character and its letter lie this far apart (Ctrl-A is 1, A is 65), and all below the
-// blank are control characters.
+// ASCII: a control character and its letter are this far apart (Ctrl-A is 1, A is 65). All characters below
+// the blank are control characters.
 constexpr int kControlToLetter = 'A' - 1;
 constexpr int kBlank = ' ';
 constexpr int kLastCharacter = 0xFF;
@@ -33,7 +33,8 @@ constexpr int kLastCharacter = 0xFF;
 constexpr std::string_view kToneDial = "ATDT";
 constexpr std::string_view kPulseDial = "ATDP";
 
-// A stored alert that is off. The editor itself writes "0" for it, which loads as on with limit 0; kept.
+// The stored form of an alert that is off. Deliberate: the editor itself writes "0", which loads as on with
+// limit 0; older editors do the same.
 constexpr int kAlertOff = -1;
 
 bool IsDigit(char c)
@@ -54,12 +55,12 @@ bool TakeAnyOf(std::string_view& text, std::string_view characters)
     return true;
 }
 
-// Halves to the even neighbour: the default rounding mode.
+// Halves go to the even neighbour: nearbyint in the default rounding mode.
 template <class Whole>
 Whole Saturated(double value)
 {
     using Limits = std::numeric_limits<Whole>;
-    // Exact as a double, and so is its negative, the first number above the range.
+    // Exact as a double. Its negative is exact too, and is the first number above the range.
     constexpr auto kLowest = static_cast<double>(Limits::min());
     const double rounded = std::nearbyint(value);
     if (rounded <= kLowest)
@@ -69,10 +70,10 @@ Whole Saturated(double value)
     return static_cast<Whole>(rounded);
 }
 
-// The digits and the one point at the start of the text.
+// The number at the very start of the text, without sign.
 double LeadingDecimal(std::string_view text)
 {
-    // from_chars would also take "inf" and "nan".
+    // from_chars would also accept "inf" and "nan".
     if (text.empty() || !(IsDigit(text.front()) || text.front() == '.'))
         return 0;
     double value = 0;
@@ -84,7 +85,7 @@ double LeadingDecimal(std::string_view text)
     return tooSmall ? 0 : std::numeric_limits<double>::max();
 }
 
-// The number that the digits spell, or the largest one where it does not fit.
+// The number that the digits spell; the largest integer when it does not fit.
 std::int64_t WholeDigits(std::string_view digits)
 {
     std::int64_t value = 0;
@@ -92,7 +93,7 @@ std::int64_t WholeDigits(std::string_view digits)
     return parsed.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int64_t>::max() : value;
 }
 
-// At least `width` digits, a sign not counted.
+// At least `width` digits, not counting a sign.
 std::string Padded(std::int64_t value, std::size_t width)
 {
     std::string digits = std::to_string(value);
@@ -102,7 +103,7 @@ std::string Padded(std::int64_t value, std::size_t width)
     return digits;
 }
 
-// The shortest decimal form that stands for the value.
+// The shortest decimal form that reads back as the value.
 std::string DecimalText(double value)
 {
     std::array<char, 400> buffer{}; // the longest finite double takes 326 characters
@@ -111,14 +112,14 @@ std::string DecimalText(double value)
     return {buffer.data(), end.ptr};
 }
 
-// Whether text follows a pattern in which "#" stands for a digit and all else for itself.
+// Whether the text matches a pattern in which "#" stands for a digit and any other character for itself.
 bool HasShape(std::string_view text, std::string_view pattern)
 {
     return std::ranges::equal(text, pattern,
                               [](char c, char shape) { return shape == '#' ? IsDigit(c) : c == shape; });
 }
 
-// Takes a number of one or two digits off the front of the text; nothing when it is longer or above the
+// Removes a number of one or two digits from the front of the text; nullopt when it is longer or above the
 // limit.
 std::optional<int> TakeTimePart(std::string_view& text, int limit)
 {
@@ -131,9 +132,9 @@ std::optional<int> TakeTimePart(std::string_view& text, int limit)
     return number <= limit ? std::optional(number) : std::nullopt;
 }
 
-// "hh:mm" for the time that text begins with. The platform's own reading of a time is far more generous; this
-// takes what the recorder and the editor write, and what a careful hand does: "12.00 03/03/2026", "8:30",
-// "08:30:15 ...".
+// "hh:mm" for the time at the beginning of the text. The classic platform reads times far more generously.
+// Accepted here is what recorder and editor write, and what a careful hand writes: "12.00 03/03/2026",
+// "8:30", "08:30:15 ...".
 std::optional<std::string> LeadingTime(std::string_view text)
 {
     text = TrimBlanks(text);
@@ -155,7 +156,7 @@ std::string DateText(const DateTime& date)
     return Padded(date.day, 2) + "/" + Padded(date.month, 2) + "/" + Padded(date.year, 4);
 }
 
-// Parts that do not fit the two places of their mask leave the field empty. A rest of seconds may round up to
+// "hh:mm", or an empty field when a part does not fit its two digits. Left-over seconds may round up to
 // ":60", which the editor then refuses to save.
 std::string HourMinuteText(std::int64_t seconds)
 {
@@ -173,8 +174,8 @@ std::int64_t SecondsOf(std::string_view hourMinute)
     return hours * kSecondsPerHour + minutes * kSecondsPerMinute;
 }
 
-// The field has no upper limit. The text ends at the last whole count below 2^53 seconds: a double holds
-// every whole number up to there, so what is saved is read back.
+// The field has no upper limit. The stored text ends at the last whole count below 2^53 seconds: up to there
+// a double holds every whole number, so what is saved is read back.
 std::string SecondsText(std::string_view count, int secondsEach)
 {
     constexpr double kExactSeconds = 9007199254740992;
@@ -195,7 +196,7 @@ double LeadingNumber(std::string_view text)
     text.remove_prefix(std::min(text.find_first_not_of(" \t\n"), text.size()));
     if (TakeAnyOf(text, "-"))
         return -LeadingDecimal(text);
-    TakeAnyOf(text, "+"); // changes nothing, present or not
+    TakeAnyOf(text, "+"); // skipped if present
     return LeadingDecimal(text);
 }
 
@@ -226,13 +227,13 @@ std::string TwoDigits(double value)
 
 std::string PercentText(double value)
 {
-    // Rounded in the decimal form: in binary 1.005 lies below the half.
+    // Rounded in decimal form: in binary, 1.005 is below the half.
     const std::string decimal = DecimalText(std::abs(value));
     const std::size_t point = std::min(decimal.find('.'), decimal.size());
     std::string decimals = decimal.substr(std::min(point + 1, decimal.size()));
     decimals.resize(3, '0');
     std::int64_t hundredths = WholeDigits(decimal.substr(0, point) + decimals.substr(0, 2));
-    if (decimals.at(2) >= '5') // never true beyond the range of the integer: a double that large is whole
+    if (decimals.at(2) >= '5') // never true beyond the integer's range: a double that large is whole
         ++hundredths;
     if (value < 0)
         hundredths = -hundredths;
@@ -330,7 +331,7 @@ bool IsDate(std::string_view field)
 std::optional<FlowCharacter> ReadFlowCharacter(std::string_view stored)
 {
     const int number = LeadingWhole(stored);
-    if (number > kLastCharacter || number <= -kControlToLetter) // a NUL cannot stand in a field either
+    if (number > kLastCharacter || number <= -kControlToLetter) // no field can hold a NUL
         return std::nullopt;
     const bool control = number < kBlank;
     return FlowCharacter{.control = control,
@@ -354,7 +355,7 @@ std::string WithAtPrefix(std::string_view command)
 
 DialNumber ReadDialNumber(std::string_view stored)
 {
-    // Positions count characters, so bytes of the code page.
+    // Positions count characters: bytes of the code page.
     const std::string command = Cp1252FromUtf8(stored);
     if (command.size() < kToneDial.size())
         return {.tone = false, .number = ""};

@@ -13,7 +13,7 @@ namespace corvrec
 namespace
 {
 
-// Takes the first line and its end off the front of the text, which is not empty.
+// Removes the first line and its line end from the front of the text, which must not be empty.
 std::string_view TakeLine(std::string_view& text)
 {
     const std::size_t end = std::min(text.find_first_of("\r\n"), text.size());
@@ -23,7 +23,7 @@ std::string_view TakeLine(std::string_view& text)
     return line;
 }
 
-// Up to the end, the first error or the last line end within the limit.
+// The file's bytes up to its end, the first error, or the last line end within the limit.
 std::string Contents(std::ifstream& file)
 {
     constexpr std::size_t kChunk = std::size_t{64} * 1024;
@@ -36,7 +36,7 @@ std::string Contents(std::ifstream& file)
     } while (file && bytes.size() < ModemCatalogue::mostBytes);
     const bool isCut = file && file.peek() != std::ifstream::traits_type::eof();
     if (isCut)
-        bytes.erase(bytes.find_last_of("\r\n") + 1); // npos + 1 is 0: not one whole line
+        bytes.erase(bytes.find_last_of("\r\n") + 1); // npos + 1 is 0: not a single whole line
     return bytes;
 }
 
@@ -65,7 +65,7 @@ ModemModel ModemModels::At(std::size_t line) const
 
 ModemCatalogue::ModemCatalogue(const std::filesystem::path& file)
 {
-    std::error_code ignored;                              // what cannot be looked at is no regular file
+    std::error_code ignored;                              // a file that cannot be examined is no regular file
     if (!std::filesystem::is_regular_file(file, ignored)) // opening a FIFO would wait for its writer
         return;
     file_.open(file, std::ios::binary);

@@ -15,13 +15,13 @@ namespace corvrec
 namespace
 {
 
-// Bytes that each read for the site list may fill.
+// Size of the buffer for each read of the site list, including the closing NUL.
 constexpr std::size_t kListSize = 500;
 
 // Shown for a site without a name.
 constexpr const char* kNoName = "0";
 
-// The list's own reading, which unlike the editor's knows numbers without a meaning.
+// The site list's own reading of "Ricorrenza". Unlike the editor's it knows numbers without a meaning.
 std::optional<ScheduleKind> ListedKind(std::string_view ricorrenza)
 {
     const int number = Whole16(LeadingNumber(ricorrenza));
@@ -61,7 +61,7 @@ SiteFiles ReadFiles(const Section& section)
     };
 }
 
-// A data file that is another site's exchange file is none: only files of the same kind count.
+// Only files of the same kind count: a data file that is another site's exchange file is no collision.
 bool ShareAFile(const SiteFiles& left, const SiteFiles& right)
 {
     return left.data == right.data || left.exchange == right.exchange || left.history == right.history;
@@ -96,7 +96,7 @@ bool ListHolds(std::span<const SiteRow> sites)
     return length <= kListSize - 2; // the read ends a list that it cuts with two NULs
 }
 
-// By way of a file with nothing else in it, so that the rules are the file's.
+// Writes and reads the name in an otherwise empty file, so that the file's own rules apply.
 std::string ListedName(std::string_view name)
 {
     IniText file;
@@ -114,7 +114,8 @@ std::optional<std::string> ReadComPort(ProfileFile& file)
 
 void RemoveSite(ProfileFile& file, std::string_view code)
 {
-    Section(file, code).Delete(); // failures are not reported
+    // Failures are ignored on purpose: a removal is never reported.
+    Section(file, code).Delete();
     Section(file, "Siti").DeleteKey(code);
 }
 

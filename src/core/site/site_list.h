@@ -17,48 +17,50 @@ class ProfileFile;
 struct SiteRow {
     std::string name;
     std::string code;
-    double enabled = 0;   // any value but 0 counts as enabled
-    std::string schedule; // the shown text, not the code; empty when unknown
+    double enabled = 0;   // any value except 0 counts as enabled
+    std::string schedule; // the displayed text, not the code; empty when unknown
 };
 
-// What the file tells of one site; the schedule's text is the caller's.
+// What the file says about one site. The caller supplies the schedule's text.
 struct ListedSite {
     std::string name; // "0" when the site has no name
     std::string code;
     double enabled = 0;
-    std::optional<ScheduleKind> schedule; // nothing: missing, or a negative number without a meaning
+    std::optional<ScheduleKind> schedule; // nullopt: missing, or a negative number without a meaning
 };
 
-// The names in a key list as ProfileFile::Keys gives it: each ends with a NUL, and a piece without one is
-// none.
+// The names in a key list as returned by ProfileFile::Keys, where each ends with a NUL. A last piece without
+// a NUL is dropped.
 std::vector<std::string> SplitKeys(std::string_view keys);
 
-// The sites of "Siti" in file order. The key list is cut at 498 bytes (a limit that recorders in the field
-// rely on), so a long list loses its last sites.
+// The sites listed in "Siti", in file order. The key list is cut at 498 bytes, a limit that recorders in the
+// field rely on, so a long list loses its last sites.
 std::vector<ListedSite> ListSites(ProfileFile& file);
 
-// Whether the next ListSites will still list all of these sites: their codes have room in the key list.
+// Whether the next ListSites will still list all of these sites, that is, whether their codes fit into the
+// key list.
 bool ListHolds(std::span<const SiteRow> sites);
 
-// The name that the list shows for a site which is saved with this one and then read again: characters that
-// the file cannot hold are '?', blanks and a pair of quotes at the ends are gone.
+// The name that the list will show for a site saved with this name: characters that the file cannot hold
+// become '?', blanks and a pair of quotes at the ends disappear.
 std::string ListedName(std::string_view name);
 
-// "Com" of "General", read as the site list reads; nothing when it is missing.
+// The serial port's name, "Com" of "General", cut like the values of the site list; nullopt when it is
+// missing.
 std::optional<std::string> ReadComPort(ProfileFile& file);
 
-// Deletes the site's section whole, then its key in "Siti".
+// Deletes the site's section, then its key in "Siti". Failures are not reported.
 void RemoveSite(ProfileFile& file, std::string_view code);
 
-// File names of a site as typed; two sites collide when the same one of the three is equal, exactly.
+// A site's file names as typed. Two sites collide when the same one of the three is exactly equal.
 struct SiteFiles {
     std::string data;
     std::string exchange;
     std::string history;
 };
 
-// Row of the first other site that shares a file of the same kind; nothing when none does. ownCode names the
-// site that is being edited.
+// Index in `sites` of the first other site that shares a file of the same kind; nullopt when there is none.
+// ownCode is the code of the site being edited.
 std::optional<int> FindCollision(ProfileFile& file, std::span<const SiteRow> sites, const SiteFiles& files,
                                  std::string_view ownCode);
 

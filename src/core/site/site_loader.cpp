@@ -14,14 +14,14 @@ namespace corvrec
 namespace
 {
 
-// The codes are ASCII, so that no other letter can equal one of theirs.
+// Comparing ASCII is enough, since the codes are ASCII.
 bool EqualAsideCase(std::string_view left, std::string_view right)
 {
     const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
     return std::ranges::equal(left, right, {}, upper, upper);
 }
 
-// Puts the row of the stored code into the field; an unknown code chooses nothing.
+// Sets the field to the row of the stored code, ignoring case. An unknown code selects nothing.
 bool ReadRow(const Section& section, std::string_view key, std::span<const CodeRow> table,
              std::optional<int>& row)
 {
@@ -45,7 +45,7 @@ bool ReadText(const Section& section, std::string_view key, std::optional<std::s
     return true;
 }
 
-// Exactly the number 1 is on.
+// Exactly 1 means on.
 bool ReadFlag(const Section& section, std::string_view key, std::optional<bool>& flag)
 {
     const auto stored = section.Read(key);
@@ -60,7 +60,7 @@ bool ReadDevice(const Section& section, SiteRecord& site)
     return ReadRow(section, "Dispositivo", kDevices, site.device);
 }
 
-// Anything but "0" is reached by modem.
+// Anything except "0" means by modem.
 bool ReadConnection(const Section& section, SiteRecord& site)
 {
     const auto modem = section.Read("MODEM");
@@ -75,7 +75,7 @@ bool ReadHandshake(const Section& section, SiteRecord& site)
     return ReadRow(section, "Handshake", kHandshakes, site.handshake);
 }
 
-// A number without a character counts as missing: a slip of the hand in the file must not stop the load.
+// A number without a character counts as a missing key: a slip in the file must not stop the load.
 bool ReadCharacter(const Section& section, std::string_view key, std::optional<FlowCharacter>& character)
 {
     const auto stored = section.Read(key);
@@ -115,7 +115,7 @@ bool ReadStopBits(const Section& section, SiteRecord& site)
     return ReadText(section, "Stop", site.stopBits);
 }
 
-// Only a weekly number names weekdays. The bits above Saturday's mean nothing.
+// Only a weekly number contains weekdays. Bits above Saturday's have no meaning.
 bool ReadScheduleKind(const Section& section, SiteRecord& site)
 {
     const auto ricorrenza = section.Read("Ricorrenza");
@@ -129,7 +129,7 @@ bool ReadScheduleKind(const Section& section, SiteRecord& site)
     return true;
 }
 
-// The unit is the kind's, so the kind is read before; the continuous kind has no interval.
+// The unit depends on the kind, so the kind is read first. The continuous kind has no interval.
 bool ReadInterval(const Section& section, SiteRecord& site)
 {
     const auto ogni = section.Read("Ogni");
@@ -175,7 +175,7 @@ bool ReadFiles(const Section& section, const Section& general, SiteRecord& site)
     const bool data = ReadText(section, "Dati", site.dataFile);
     const bool exchange = ReadText(section, "Dati2", site.exchangeFile);
     const bool history = ReadText(section, "Storico", site.historyFile);
-    const bool log = ReadText(general, "Log", site.logFile); // one for all sites
+    const bool log = ReadText(general, "Log", site.logFile); // shared by all sites
     return data && exchange && history && log;
 }
 

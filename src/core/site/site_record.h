@@ -8,7 +8,7 @@
 namespace corvrec
 {
 
-// A flow-control character: its letter (Q for Ctrl-Q) when control is set, else the character itself.
+// A flow-control character: the letter (Q for Ctrl-Q) if `control` is set, otherwise the character itself.
 struct FlowCharacter {
     bool control = false;
     std::string text;
@@ -16,7 +16,7 @@ struct FlowCharacter {
     bool operator==(const FlowCharacter&) const = default;
 };
 
-// What to dial: the number as typed, by tone or by pulse.
+// A telephone number as typed, dialled by tone or by pulse.
 struct DialNumber {
     bool tone = false;
     std::string number;
@@ -24,18 +24,18 @@ struct DialNumber {
     bool operator==(const DialNumber&) const = default;
 };
 
-// An alert and the limit that its field holds: seconds without the data file, or MByte of free space.
+// An alert and its limit: seconds without the data file, or MByte of free space.
 struct Alert {
     bool on = false;
-    std::optional<std::string> limit; // nothing: the field stays as it is
+    std::optional<std::string> limit; // nullopt: the field keeps its text
 
     bool operator==(const Alert&) const = default;
 };
 
-// The settings of one site, one field per stored value, in the order in which they are read. An empty field
-// means: when loaded, the key is missing or fits no row; when saved, nothing is chosen. Rows are those of the
-// code tables; all other values are the texts that the controls show, in UTF-8. The site's name and code
-// stand in the site list.
+// The settings of one site: one field per stored value, in the order in which they are read. An empty field
+// means, when loaded, that the key is missing or matches no row; when saved, that nothing is chosen. Rows are
+// those of the code tables. All other values are the texts that the controls show, in UTF-8. The site's name
+// and code are not here but in the site list.
 struct SiteRecord {
     std::optional<int> device;    // row of kDevices
     std::optional<bool> remote;   // reached by modem
@@ -49,10 +49,10 @@ struct SiteRecord {
 
     std::optional<bool> enabled;
     std::optional<ScheduleKind> schedule;
-    std::optional<int> weekdays;          // sum of weekday::…; weekly only
+    std::optional<int> weekdays;          // sum of weekday bits; weekly only
     std::optional<std::string> interval;  // "hh:mm", days or weeks, as the interval field shows it
     std::optional<std::string> startTime; // "hh:mm", or "__:__" when the stored time cannot be read
-    std::optional<bool> marked;           // "Ora" ends in "p": a mark of the recorder, only carried through
+    std::optional<bool> marked;           // "Ora" ends in "p": a mark of the recorder, only passed on
 
     std::optional<bool> addDate;
     std::optional<bool> addTime;
@@ -62,7 +62,7 @@ struct SiteRecord {
     std::optional<std::string> dataFile;
     std::optional<std::string> exchangeFile;
     std::optional<std::string> historyFile;
-    std::optional<std::string> logFile; // one for all sites, kept in "General"
+    std::optional<std::string> logFile; // shared by all sites, stored in "General"
 
     std::optional<std::string> modemModel;
     std::optional<std::string> initString;

@@ -13,7 +13,7 @@ namespace corvrec
 namespace
 {
 
-// The writes of one area. Each is done whatever became of those before it.
+// The writes of one area. A failed write does not stop the following ones.
 class Writes
 {
 public:
@@ -45,13 +45,13 @@ std::string Text(const std::optional<std::string>& text)
     return text.value_or("");
 }
 
-// The table row to look up with at(): no row chosen is one that no table has.
+// Index into the table, or -1 when nothing is chosen, so that at() throws.
 std::size_t Row(std::optional<int> row)
 {
     return static_cast<std::size_t>(row.value_or(-1));
 }
 
-// The time-outs and the line-end flag are the recorder's; its editor puts them back at every save.
+// The time-outs and the line-end flag belong to the recorder; every save resets them, as older editors do.
 bool WriteIdentity(Section& sites, Section& section, std::string_view code, std::string_view name,
                    const SiteRecord& site)
 {
@@ -88,7 +88,8 @@ bool WriteHandshake(Section& section, const SiteRecord& site)
     return writes.AllDone();
 }
 
-// A character typed as itself is stored as itself, although it loads as Ctrl-@; kept.
+// Deliberate: a character typed as itself is stored as itself, although a letter then loads as Ctrl-@. Older
+// editors store it this way.
 bool WriteFlowCharacters(Section& section, const SiteRecord& site)
 {
     Writes writes(section);
@@ -140,7 +141,7 @@ std::string Ricorrenza(ScheduleKind kind, std::optional<int> weekdays)
     return "0";
 }
 
-// Without a kind nothing is written. The date in "Ora" is that of the save; no other start date is kept.
+// Without a kind nothing is written. The date in "Ora" is that of the save; a different start date is lost.
 bool WriteSchedule(Section& section, const SiteRecord& site, const DateTime& today)
 {
     Writes writes(section);
@@ -151,7 +152,8 @@ bool WriteSchedule(Section& section, const SiteRecord& site, const DateTime& tod
     const std::string ogni = StoredInterval(kind, Text(site.interval));
 
     writes.Put("Ricorrenza", Ricorrenza(kind, site.weekdays));
-    if (kind == ScheduleKind::continuous) { // new keys go into the file in the order of the writes
+    // New keys are added to the file in the order of the writes, and older editors write this order.
+    if (kind == ScheduleKind::continuous) {
         writes.Put("Ora", ora);
         writes.Put("Ogni", ogni);
     } else {
@@ -161,7 +163,7 @@ bool WriteSchedule(Section& section, const SiteRecord& site, const DateTime& tod
     return writes.AllDone();
 }
 
-// "EliminaNull" is always off for the Stratobox Buffer, whatever the box says.
+// "EliminaNull" is always off for the Stratobox Buffer, whatever the check box says.
 bool WriteTransformations(Section& section, const SiteRecord& site)
 {
     const bool keepsNulls = kDevices.at(Row(site.device)).code == "STX40";
@@ -173,7 +175,7 @@ bool WriteTransformations(Section& section, const SiteRecord& site)
     return writes.AllDone();
 }
 
-// One log for all sites: it stands in "General" and every site's save writes it.
+// All sites share one log, stored in "General"; saving any site writes it.
 bool WriteFiles(Section& section, Section& general, const SiteRecord& site)
 {
     Writes writes(section);
@@ -201,7 +203,7 @@ bool WriteAlerts(Section& section, const SiteRecord& site)
     Writes writes(section);
     writes.Put("FileTimeout", StoredAlert(site.fileAlert.value_or(Alert{})));
     writes.Put("SpazioTimeout", StoredAlert(site.diskAlert.value_or(Alert{})));
-    writes.Put("TimeoutFineImp", "15"); // the recorder's, like the time-outs of the first area
+    writes.Put("TimeoutFineImp", "15"); // the recorder's, like the time-outs in WriteIdentity
     return writes.AllDone();
 }
 
@@ -221,8 +223,8 @@ bool SaveSite(ProfileFile& file, std::string_view code, std::string_view name, c
     Section section(file, code);
     Section general(file, "General");
 
-    WriteIdentity(sites, section, code, name,
-                  site); // results ignored on purpose: only the last area's counts
+    // Results ignored on purpose: only the last area's counts.
+    WriteIdentity(sites, section, code, name, site);
     WriteDevice(section, site);
     WriteConnection(section, site);
     WriteHandshake(section, site);
