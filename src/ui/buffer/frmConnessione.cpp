@@ -26,7 +26,7 @@ frmConnessione::frmConnessione(ReplyWait& wait, ModemSettings modem, QWidget* pa
     LocaliseDialog(*this);
     SetCancel(false);
 
-    // Measured with the longer of the two states.
+    // Measured with the longer of the two state texts, so that neither is clipped.
     ui_->lblStato->setText(Text(text::disconnecting));
     CentreDialog(*this);
     ui_->lblStato->clear();
@@ -50,7 +50,7 @@ void frmConnessione::showEvent(QShowEvent* event)
     if (event->spontaneous())
         return;
     ui_->cmdAnnulla->setFocus();
-    // Once on the screen.
+    // Run only once the dialog is on the screen.
     QMetaObject::invokeMethod(this, &frmConnessione::Run, Qt::QueuedConnection);
 }
 
@@ -62,7 +62,7 @@ void frmConnessione::Run()
     else if (azione_ == kDisconnect)
         CloseModem();
     ui_->barAttivita->Stop();
-    // A port that goes in the middle of a wait leaves the flag raised, which would end the next request too.
+    // A port that disappears during a wait leaves the flag raised, which would end the next request too.
     if (errModem_)
         SetCancel(false);
     if (azione_ == kConnect || azione_ == kDisconnect)
@@ -76,7 +76,7 @@ void frmConnessione::InitModem()
     try {
         result = corvrec::InitModem(wait_, modem_);
     } catch (const PortError&) {
-        // A port that has gone is a modem that does not answer.
+        // A port that has disappeared is like a modem that does not answer.
     }
     errModem_ = result != Connection::connected;
     if (result == Connection::noReply)
@@ -90,7 +90,7 @@ void frmConnessione::CloseModem()
     try {
         hungUp = corvrec::CloseModem(wait_);
     } catch (const PortError&) {
-        // As above.
+        // As in InitModem.
     }
     errModem_ = !hungUp;
     if (!hungUp)
@@ -102,7 +102,7 @@ void frmConnessione::cmdAnnulla_Click()
     SetCancel(true);
 }
 
-// What came while the message stood there is no answer to anything.
+// Discards input that arrived while the message box was open: it answers nothing.
 void frmConnessione::Tell(TextId message, TextId title)
 {
     ui_->barAttivita->Stop();

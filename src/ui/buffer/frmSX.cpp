@@ -27,7 +27,7 @@ namespace
 
 constexpr int kDateLength = 8; // "dd/mm/yy"
 
-// The longest that a value label shows.
+// The longest text of a value label.
 constexpr auto kWidestValue = "00/00/0000 00:00:00";
 
 std::string TextInUtf8(TextId id)
@@ -35,13 +35,14 @@ std::string TextInUtf8(TextId id)
     return ToStd(Text(id));
 }
 
-// Puts two digits into the places of a masked field from start on.
+// Puts two digits into a masked field, from position start on.
 void Fill(MaskEdit& field, int start, int number)
 {
     field.setSelection(start, 2);
     field.setSelText(ToQt(TwoDigits(number)));
 }
 
+// Raises the flag for its own lifetime.
 class BusyFlag
 {
 public:
@@ -76,13 +77,13 @@ frmSX::frmSX(std::unique_ptr<SerialPort> port, Clock& clock, EventPump& events, 
     connect(ui_->cmdImpostaDataOra, &QPushButton::clicked, this, &frmSX::cmdImpostaDataOra_Click);
     connect(ui_->cmdChiudi, &QPushButton::clicked, this, &frmSX::cmdChiudi_Click);
     ui_->mskData->installEventFilter(this);
-    // Logging off does not wait for a silent device.
+    // Logging off must not wait for a silent device.
     connect(qApp, &QGuiApplication::commitDataRequest, this, &frmSX::cmdChiudi_Click);
     LocaliseDialog(*this);
     ClickAtOnce(*this);
     ShowNow();
 
-    // Measured with a value in place, so that a reply does not change the window.
+    // Measured with values in place, so that a reply does not resize the window.
     ui_->lblUltimoscarico->setText(kWidestValue);
     ui_->lblData->setText(kWidestValue);
     CentreDialog(*this);
@@ -114,8 +115,8 @@ void frmSX::showEvent(QShowEvent* event)
         FocusField(*ui_->cmdStato);
 }
 
-// A button that has the focus takes Enter itself. In a field Enter does nothing: QDialog would press a button
-// and set the device's clock to a date and time of which one is still the old one.
+// Enter does nothing in a field: QDialog would press a button, and so could set the device's clock when only
+// one of date and time has been corrected. A focused button handles Enter itself.
 void frmSX::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
@@ -140,12 +141,12 @@ void frmSX::cmdStato_Click()
         BusyPointer pointer({this, &connection_});
         Link link = PrepareLink();
         if (link == Link::notOpened && modem_)
-            link = Connect(); // over the closed port: ends at once, as without an answer
-        // Over a port that could not be opened the request stays without a reply, which is told below.
+            link = Connect(); // the port is closed: fails at once, like a modem that does not answer
+        // With a port that could not be opened the request gets no reply, which is reported below.
         if (link != Link::notConnected) {
             const std::string reply = RequestStatus();
             if (wantsClose_) {
-                // nobody is left to look at it
+                // the window is closing: nobody would see a message or the values
             } else if (reply.empty()) {
                 pointer.Restore();
                 ShowMessage(this, Text(text::statusNotReceived), MessageIcon::exclamation, Text(text::error));
@@ -194,7 +195,7 @@ void frmSX::cmdImpostaDataOra_Click()
 void frmSX::cmdChiudi_Click()
 {
     if (isBusy_) {
-        // Nothing may go while a wait is running: it ends first, and then the window closes.
+        // Nothing may be destroyed during a wait: the wait ends first, then the window closes.
         cancel_.raised = true;
         wantsClose_ = true;
         return;
@@ -208,8 +209,8 @@ void frmSX::EnableButtons(bool enabled)
         button->setEnabled(enabled);
 }
 
-// Opens the port and, for a remote site, dials; a link that stands is used again. A carrier that is gone is
-// dialled anew.
+// Opens the port and, for a remote site, dials. An existing connection is used again; after a lost carrier
+// the site is dialled again.
 frmSX::Link frmSX::PrepareLink()
 {
     if (comHardB_->IsOpen() && (!modem_ || comHardB_->CDHolding()))
@@ -234,7 +235,7 @@ frmSX::Link frmSX::Connect()
     return Link::notConnected;
 }
 
-// The reply as it came; empty without one, and when the port cannot be used.
+// The raw reply; empty when there is none, or when the port cannot be used.
 std::string frmSX::RequestStatus()
 {
     const AliveWhile alive(*ui_->barAttivita);
@@ -256,7 +257,7 @@ void frmSX::ShowStatus(const std::string& reply)
     const DateTime now = clock_.Now();
     const auto show = [&now](QLabel& label, const Field& field) {
         QString shown = ToQt(ShownText(field, now, TextInUtf8));
-        // Each line of a label would make the window grow, for good.
+        // A line break would make the label, and so the window, higher for good.
         label.setText(shown.replace('\r', ' ').replace('\n', ' '));
     };
     show(*ui_->lblMemoria, status->memoria);
@@ -275,7 +276,7 @@ void frmSX::ShowStatus(const std::string& reply)
     show(*ui_->lblModem, status->modem);
 }
 
-// False when the port has gone.
+// False when the port has disappeared.
 bool frmSX::SetDeviceClock()
 {
     try {
@@ -288,6 +289,7 @@ bool frmSX::SetDeviceClock()
     return true;
 }
 
+// For a modem connection the dialog runs the hang-up; whether the modem answers does not matter.
 void frmSX::HangUpAndHide()
 {
     cancel_.raised = false;

@@ -22,14 +22,14 @@ namespace corvrec
 class Clock;
 class SerialPort;
 
-// Status and clock of a site's buffer device. For one use; owns its serial port, which the first button opens
-// and which stays open, with a modem link that was made, until the window is closed.
+// Shows a site's buffer device: its status, and a clock to set. For one use. The window owns its serial port.
+// The first command opens the port; it stays open, with any modem connection, until the window is closed.
 class frmSX : public QDialog
 {
     Q_OBJECT
 
 public:
-    // clock and events must outlive the window.
+    // clock and events must outlive the window. line: the port is configured here, but not opened.
     frmSX(std::unique_ptr<SerialPort> port, Clock& clock, EventPump& events, const LineSettings& line,
           const ModemSettings& modem, QWidget* parent = nullptr);
     ~frmSX() override;
@@ -38,13 +38,14 @@ public:
     bool Modem() const { return modem_; }
     void SetModem(bool modem) { modem_ = modem; }
 
-    // Number of the device's model, see model::….
+    // The device's model number (namespace model).
     int ModelloSX() const { return modelloSX_; }
     void SetModelloSX(int modelloSX) { modelloSX_ = modelloSX; }
 
+    // Whether the button that sets the device's clock can be used.
     void EnableClock(bool enabled);
 
-    // Escape and the frame do as the close button.
+    // Escape and the close box act like the Chiudi button.
     void reject() override { cmdChiudi_Click(); }
 
 protected:
@@ -57,6 +58,7 @@ private:
     void cmdImpostaDataOra_Click();
     void cmdChiudi_Click();
 
+    // What PrepareLink has reached. notConnected has been reported to the user already; notOpened has not.
     enum class Link { ready, notOpened, notConnected };
 
     void ShowNow();
@@ -77,8 +79,8 @@ private:
     int commPort_;
     bool modem_ = false;
     int modelloSX_ = 0;
-    bool isBusy_ = false;     // a request runs, and may be waiting
-    bool wantsClose_ = false; // asked to close meanwhile
+    bool isBusy_ = false;     // a request is running, and may be waiting
+    bool wantsClose_ = false; // closing was requested during it
 };
 
 } // namespace corvrec

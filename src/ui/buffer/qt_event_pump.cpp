@@ -10,15 +10,16 @@ namespace corvrec
 
 void QtEventPump::Process(std::optional<std::int64_t> deadlineTick)
 {
-    // The clock is looked at once: a second look could find the deadline passed, and no timer would end the
-    // rest.
+    // The clock is read once: a second reading could find the deadline passed, and then no timer would end
+    // the wait.
     const std::int64_t leftMs = deadlineTick ? *deadlineTick - clock_.TickMs() : -1;
     if (leftMs < 0) {
         QCoreApplication::processEvents(QEventLoop::AllEvents);
         return;
     }
-    // A step beyond the deadline, so that the clock has passed it when the timer ends the rest. One call
-    // only: an extra pass before it would swallow the event of a byte that has just come, and rest on.
+    // The timer fires one clock step after the deadline, so that the clock has passed it by then.
+    // Deliberately one call: an extra pass before it would swallow the event of a byte that has just arrived,
+    // and then block.
     QTimer deadline;
     deadline.setTimerType(Qt::PreciseTimer);
     deadline.setSingleShot(true);

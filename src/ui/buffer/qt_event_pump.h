@@ -7,7 +7,7 @@ namespace corvrec
 
 class Clock;
 
-// Qt's event loop, one pass at a time. A rest costs no processor time.
+// Runs Qt's event loop one pass at a time. Blocking uses no processor time.
 class QtEventPump final : public EventPump
 {
 public:

@@ -20,9 +20,11 @@ namespace corvrec
 namespace
 {
 
+// The size of the receive buffer, as SerialPort promises.
 constexpr qint64 kBufferSize = 1024;
+// How long closing waits for a line that accepts no byte.
 constexpr int kSendBeforeCloseMs = 500;
-constexpr unsigned kPollMs = 5; // between two checks whether all has left
+constexpr unsigned kPollMs = 5; // between two checks whether everything is sent
 
 std::optional<QSerialPort::Parity> ParityOf(const QString& letter)
 {
@@ -62,8 +64,8 @@ QSerialPort::FlowControl FlowControlOf(int handshaking)
     }
 }
 
-// The settings text into the port; before opening, so that a device which cannot do all of it opens all the
-// same. False when the text is none.
+// Applies the settings text to the port. Before opening, so that a device that does not support all of it
+// still opens. False when the text is not valid.
 bool ApplySettings(QSerialPort& port, const QString& settings)
 {
     const QStringList parts = settings.split(',');
@@ -104,7 +106,7 @@ void QtSerialPort::Open()
 {
     if (IsOpen())
         throw PortError("the port is open");
-    Close(); // a lost device may not be closed yet
+    Close(); // a lost device may still be open in Qt
     const QString device = ResolvedDevice(PortDevice(line_.commPort));
     if (device.isEmpty() || !ApplySettings(port_, ToQt(line_.settings)))
         throw PortError("no such port or line");
@@ -117,7 +119,7 @@ void QtSerialPort::Open()
     isLost_ = false;
     isMarked_ = SetUpLine(port_.handle(), port_.parity() != QSerialPort::NoParity);
     marks_.Reset();
-    port_.setDataTerminalReady(true); // a pseudo-terminal has no such line, and says so
+    port_.setDataTerminalReady(true); // a pseudo-terminal has no such line; the error is ignored
 }
 
 bool QtSerialPort::IsOpen() const
@@ -136,8 +138,8 @@ void QtSerialPort::CloseDevice() noexcept
     if (!port_.isOpen())
         return;
     SendRest();
-    // A device that has stopped us (XOFF, CTS) and never lets us go on would keep the system's closing
-    // waiting, half a minute by default.
+    // If the device has stopped us (XOFF, CTS) and never lets us go on, the system's close would block, for
+    // half a minute by default.
     if (!isLost_)
         port_.setFlowControl(QSerialPort::NoFlowControl);
     SendRest();
@@ -145,7 +147,7 @@ void QtSerialPort::CloseDevice() noexcept
     port_.close();
 }
 
-// Each wait is for a part; a line that takes nothing ends it.
+// Each wait sends a part; a line that accepts nothing ends the loop.
 void QtSerialPort::SendRest() noexcept
 {
     while (!isLost_ && port_.bytesToWrite() > 0 && port_.waitForBytesWritten(kSendBeforeCloseMs)) {
@@ -182,7 +184,7 @@ void QtSerialPort::Output(std::string_view bytes)
     CheckUsable();
     isSending_ = true;
     const qint64 written = port_.write(bytes.data(), static_cast<qint64>(bytes.size()));
-    port_.flush(); // otherwise nothing leaves before the next handling of events
+    port_.flush(); // otherwise nothing is sent before the next handling of events
     isSending_ = false;
     if (written < 0)
         throw PortError(ToStd(port_.errorString()));
@@ -209,18 +211,19 @@ void QtSerialPort::ClearInput()
     if (IsOpen())
         port_.clear(QSerialPort::Input);
     if (port_.isOpen())
-        port_.readAll(); // Qt listens no more once its buffer is full, until it is read
+        port_.readAll(); // Qt stops listening when its buffer is full, until it is read
 }
 
 void QtSerialPort::ClearOutput()
 {
-    // A pseudo-terminal would throw away what it has taken and its other side has not read yet.
+    // Not without need: a pseudo-terminal would discard what it has accepted and its other side has not read
+    // yet.
     if (IsOpen() && (port_.bytesToWrite() > 0 || !HasSent(port_.handle())))
         port_.clear(QSerialPort::Output);
 }
 
-// After a hang-up the port would report a read error at every pass of the event loop, for ever; so it is
-// closed, though not inside its own signal.
+// After a hang-up the port would report a read error at every pass of the event loop. So it is closed, but
+// not inside its own signal.
 void QtSerialPort::NoteError(QSerialPort::SerialPortError error)
 {
     switch (error) {
@@ -241,7 +244,7 @@ void QtSerialPort::NoteError(QSerialPort::SerialPortError error)
         &port_,
         [this] {
             if (!isLost_ || !port_.isOpen())
-                return; // opened again, or closed
+                return; // opened again or closed meanwhile
             Take();
             CloseDevice();
         },
@@ -254,12 +257,12 @@ void QtSerialPort::CheckUsable() const
         throw PortError("the port is closed or has gone");
 }
 
-// Takes what Qt holds, or else the kernel, up to the buffer's size; the rest stays where it is, and is an
-// event of its own. Once: a device that sends nothing but NULs shall not keep us here. Of a lost device, what
-// Qt still holds.
+// Takes what Qt holds, otherwise what the kernel holds, up to the buffer's size. The rest stays there and is
+// an event of its own. Only once: a device that sends nothing but NULs must not keep us here. From a lost
+// device it takes what Qt still holds.
 void QtSerialPort::Fill()
 {
-    // What the kernel holds counts too, though no event has been handled since it came.
+    // Input in the kernel counts too, even when no event has been handled since it arrived.
     if (port_.bytesAvailable() > 0 || (IsOpen() && port_.waitForReadyRead(0)))
         Take();
 }

@@ -10,8 +10,8 @@
 namespace corvrec
 {
 
-// A real serial port; which device it is, see PortDevice. A device that goes away closes it: every use then
-// throws PortError until it is opened again.
+// A real serial port; PortDevice says which device it is. When the device disappears the port counts as
+// closed: every use throws PortError until the port is opened again.
 class QtSerialPort final : public SerialPort
 {
 public:
@@ -35,23 +35,29 @@ public:
     void ClearOutput() override;
 
 private:
+    // Marks the port as lost when the error means that its device has disappeared.
     void NoteError(QSerialPort::SerialPortError error);
+
+    // Throws PortError when the port is closed or lost.
     void CheckUsable() const;
     void CloseDevice() noexcept;
     void Fill();
+
+    // Moves up to one buffer of input from Qt to received_.
     void Take();
     void SendRest() noexcept;
 
     LineSettings line_;
-    // pinoutSignals() of an open port is a question, but not a const member.
+    // Mutable because pinoutSignals(), although a query, is not a const member.
     mutable QSerialPort port_;
-    // Without NULs; at most kBufferSize, and of a device that has gone also what Qt held.
+    // Input not yet read, without NULs: at most kBufferSize, but for a lost device also everything that Qt
+    // held.
     std::deque<char> received_;
     ParityMarks marks_;
-    bool isMarked_ = false;
+    bool isMarked_ = false; // the system marks parity errors: marks_ decodes the input
     int inputLen_ = 0;
-    bool isSending_ = false;
-    bool isLost_ = false;
+    bool isSending_ = false; // a resource error now means a stopped line, not a lost device
+    bool isLost_ = false;    // the device has disappeared; closed soon, outside Qt's signal
 };
 
 } // namespace corvrec

@@ -5,35 +5,36 @@
 
 #include <utility>
 
-// What a serial port needs from the system and QSerialPort does not do.
+// What a serial port needs from the system and QSerialPort does not offer. One implementation per system.
 namespace corvrec
 {
 
-// The system's own: a descriptor, or a handle of Windows.
+// The system's own handle: a file descriptor, or a Windows HANDLE.
 using PortHandle = decltype(std::declval<const QSerialPort&>().handle());
 
-// The system's name for a port number: on Windows "COMn"; elsewhere, the first that there is of the
-// environment variable CORVREC_COMn, the device /dev/corvrec-comn, the device /dev/ttyS(n-1). Empty for a
-// number below 1.
+// The system's name for a port number. On Windows "COMn". Elsewhere the first of these that exists: the value
+// of the environment variable CORVREC_COMn, the device /dev/corvrec-comn, the device /dev/ttyS(n-1). Empty
+// for a number below 1.
 QString PortDevice(int commPort);
 
-// The device that a link leads to; any other name as it is. Other programs lock a device under its own name.
+// The device that a link leads to; any other name unchanged. Needed for IsLocked: other programs lock a
+// device under its own name.
 QString ResolvedDevice(const QString& name);
 
-// Whether another living process has left a lock file for the device. Lock files of dead processes, and those
-// without a process, are removed where that is allowed.
+// Whether another running process has a lock file for the device. Lock files of processes that no longer run,
+// and those without a process, are removed where permissions allow.
 bool IsLocked(const QString& device);
 
-// For an open port: closing it, or the end of the process, lowers DTR; output that XOFF has stopped goes on
-// at XON alone; on a line with parity, characters with a parity error are marked or replaced by "?". Returns
-// whether they are marked: ParityMarks reads the input then.
+// Settings of an open port that QSerialPort does not make. Closing the port, or the end of the process,
+// lowers DTR. Output stopped by XOFF resumes at XON only. With parity, characters with a parity error are
+// marked or replaced by "?". Returns whether they are marked; then the input must go through ParityMarks.
 bool SetUpLine(PortHandle port, bool hasParity);
 
-// Whether all that the system was given for sending has left.
+// Whether everything given to the system for sending has left it.
 bool HasSent(PortHandle port);
 
-// Lowers DTR when a port is closed. Created before QSerialPort closes the port, destroyed after that:
-// QSerialPort first restores the settings that it found, and those may keep DTR high.
+// Lowers DTR when a port is closed. To be created before QSerialPort closes the port and destroyed after:
+// QSerialPort restores the settings that it found on opening, and those may keep DTR high.
 class HangUpOnClose
 {
 public:

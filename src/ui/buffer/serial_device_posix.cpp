@@ -25,15 +25,15 @@ namespace corvrec
 namespace
 {
 
-// Where QSerialPort looks for lock files.
+// The directories in which QSerialPort looks for lock files.
 constexpr std::array kLockDirectories{"/var/lock", "/etc/locks", "/var/spool/locks",  "/var/spool/uucp",
                                       "/tmp",      "/var/tmp",   "/var/lock/lockdev", "/run/lock"};
 
-// Longer than any lock file.
+// Enough for any lock file.
 constexpr std::size_t kLongestLock = 256;
 
-// The content of a regular file; nothing when it cannot be read. The file may be in a directory that
-// everybody can write.
+// The content of a regular file; nullopt when it cannot be read. Careful flags, because the file may be in a
+// directory that everybody can write to: no link, no FIFO, no terminal.
 std::optional<std::string> ReadLock(const std::string& path)
 {
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW);
@@ -52,8 +52,8 @@ std::optional<std::string> ReadLock(const std::string& path)
     return content;
 }
 
-// Qt's own: the number without blanks in front, and further lines. Qt judges it better, by the program's name
-// and by a lock of the system on the file.
+// Whether Qt wrote the lock file: the process number without leading blanks, then further lines. Such a file
+// is left to Qt, which judges it better, by the program's name and by a system lock on the file.
 bool IsLockOfQt(std::string_view lock)
 {
     const std::size_t end = lock.find('\n');
@@ -61,8 +61,8 @@ bool IsLockOfQt(std::string_view lock)
            lock.find_first_not_of("0123456789") == end;
 }
 
-// As text: right-aligned in ten characters, then a line feed or the program's name. Else as a binary number.
-// 0 without any.
+// The process number in a lock file; 0 when there is none. Either text, right-aligned in ten characters and
+// followed by a line feed or the program's name, or a binary number.
 pid_t ProcessOf(std::string_view lock)
 {
     pid_t process = 0;
@@ -76,12 +76,13 @@ pid_t ProcessOf(std::string_view lock)
     return process;
 }
 
+// Signal 0 only checks; EPERM means that the process belongs to somebody else.
 bool IsLiving(pid_t process)
 {
     return process > 0 && (::kill(process, 0) == 0 || errno == EPERM);
 }
 
-// False when the settings cannot be had or set.
+// False when the settings cannot be read or set.
 template <class Change>
 bool ChangeSettings(int port, Change change)
 {
@@ -125,11 +126,11 @@ bool IsLocked(const QString& device)
     for (const char* const directory : kLockDirectories) {
         const std::string path = directory + file;
         const std::optional<std::string> lock = ReadLock(path);
-        // An empty one may be about to be written. Qt waits half a minute before it takes it for abandoned.
+        // An empty file may be about to be written. Qt waits half a minute before it treats one as abandoned.
         if (!lock || lock->empty() || IsLockOfQt(*lock))
             continue;
         const pid_t process = ProcessOf(*lock);
-        // This process writes no other locks than Qt's: its number is that of a process before it.
+        // A lock with our own number is left over from an earlier process: this one writes only Qt's locks.
         if (process != ::getpid() && IsLiving(process))
             return true;
         ::unlink(path.c_str());
@@ -155,7 +156,7 @@ bool HasSent(PortHandle port)
     int queued = 0;
     if (::ioctl(port, TIOCOUTQ, &queued) == 0 && queued > 0)
         return false;
-    // What is left in the device itself. Not every driver can say.
+    // Bytes left in the device itself. Not every driver can report them.
     unsigned status = 0;
     return ::ioctl(port, TIOCSERGETLSR, &status) != 0 || (status & TIOCSER_TEMT) != 0;
 }
@@ -170,7 +171,7 @@ HangUpOnClose::~HangUpOnClose()
     if (port_ < 0)
         return;
     ChangeSettings(port_, HangUpAtTheEnd);
-    ::close(port_); // the last descriptor: the system sends what is left, and then lowers DTR
+    ::close(port_); // the last descriptor: the system sends what is left and then lowers DTR
 }
 
 } // namespace corvrec

@@ -15,13 +15,13 @@ QString ResolvedDevice(const QString& name)
     return name;
 }
 
-// An open port is nobody else's.
+// Windows opens a port for one program only, without lock files.
 bool IsLocked(const QString& /*device*/)
 {
     return false;
 }
 
-// The system replaces what is damaged, and does the rest by itself.
+// The system replaces characters with a parity error. Everything else is its default.
 bool SetUpLine(PortHandle port, bool hasParity)
 {
     DCB settings{};
