@@ -58,7 +58,8 @@ private:
     void cmdImpostaDataOra_Click();
     void cmdChiudi_Click();
 
-    // What PrepareLink has reached. notConnected has been reported to the user already; notOpened has not.
+    // How PrepareLink ended. notConnected needs no message: the modem dialog has shown one, or the user has
+    // cancelled.
     enum class Link { ready, notOpened, notConnected };
 
     void ShowNow();

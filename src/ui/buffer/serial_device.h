@@ -12,9 +12,9 @@ namespace corvrec
 // The system's own handle: a file descriptor, or a Windows HANDLE.
 using PortHandle = decltype(std::declval<const QSerialPort&>().handle());
 
-// The system's name for a port number. On Windows "COMn". Elsewhere the first of these that exists: the value
-// of the environment variable CORVREC_COMn, the device /dev/corvrec-comn, the device /dev/ttyS(n-1). Empty
-// for a number below 1.
+// The system's name for a port number; empty for a number below 1. On Windows "COMn". Elsewhere the value of
+// the environment variable CORVREC_COMn if there is one, otherwise the device /dev/corvrec-comn if it exists,
+// otherwise /dev/ttyS(n-1).
 QString PortDevice(int commPort);
 
 // The device that a link leads to; any other name unchanged. Needed for IsLocked: other programs lock a

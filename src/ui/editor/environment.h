@@ -12,10 +12,10 @@ class EventPump;
 class ProfileFile;
 class SerialPort;
 
-// What comes in from outside. The program fills it with the real things, a test with a temporary directory, a
-// real file in it, and a clock that it sets.
+// Everything that the editor uses from outside. The program fills it with the real things; a test with a
+// temporary directory, a real file in it, and a clock that it sets.
 struct Environment {
-    std::filesystem::path directory; // the program's own: Corvrec.ini, modem.dat
+    std::filesystem::path directory; // the program's own: holds Corvrec.ini and modem.dat
     ProfileFile& settings;
     Clock& clock;
     EventPump& events;

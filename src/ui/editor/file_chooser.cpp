@@ -12,8 +12,8 @@ namespace corvrec
 namespace
 {
 
-// Tells types by the names of the files. By itself the chooser reads each file of the folder for its type,
-// and does not come back from one that never ends or never begins.
+// Determines file types by name. By default the chooser reads each file in the folder to find its type, and
+// hangs on one that never ends or never begins, such as a FIFO.
 class TypesByName : public QFileIconProvider
 {
 public:
@@ -47,18 +47,18 @@ std::optional<QString> FolderOf(const QString& text)
 std::optional<QString> ChooseFile(QWidget* parent, const QString& fieldText, const QString& ownDirectory)
 {
     const std::optional<QString> folder = FolderOf(fieldText);
-    TypesByName types; // outlives the chooser
+    TypesByName types; // must outlive the chooser
     QFileDialog chooser(parent, {}, folder && HoldsFiles(*folder) ? *folder : ownDirectory);
-    chooser.setWindowModality(Qt::WindowModal); // the guide stays usable
+    chooser.setWindowModality(Qt::WindowModal); // blocks only its own window: the guide stays usable
     chooser.setAcceptMode(QFileDialog::AcceptOpen);
     chooser.setFileMode(QFileDialog::AnyFile);
     chooser.setIconProvider(&types);
-    // It chooses a name: no file is deleted or renamed here. The option leaves the command for a new folder
-    // enabled.
+    // Only a name is chosen: no file may be deleted or renamed here. The option does not disable the command
+    // for a new folder.
     chooser.setOption(QFileDialog::ReadOnly);
     if (auto* const newFolder = chooser.findChild<QAction*>("qt_new_folder_action"))
         newFolder->setEnabled(false);
-    // Qt takes the last parentheses as the pattern and, with the details hidden, does not show them; "*" also
+    // Qt takes the last parentheses as the pattern and, with the details hidden, does not show them. "*" also
     // lists names without a point.
     chooser.setOption(QFileDialog::HideNameFilterDetails);
     chooser.setNameFilters({"Testo (*.txt) (*.txt)", "Tutti i file (*.*) (*)"});

@@ -9,12 +9,12 @@ class QWidget;
 namespace corvrec
 {
 
-// The folder that a file field names: its text up to the last separator; nothing when it names none. A text
-// that begins with "/" has "/" as its separator, any other "\".
+// The folder named in a file field: its text up to and including the last separator; nullopt when there is
+// none. The separator is "/" in a text that begins with "/", otherwise "\".
 std::optional<QString> FolderOf(const QString& text);
 
-// Lets the user choose a file, which need not exist. Starts in the field's folder when that holds a file,
-// else in ownDirectory. Gives the full path with the system's separators; nothing when cancelled.
+// Lets the user choose a file, which need not exist. Starts in the field's folder if that contains files,
+// otherwise in ownDirectory. Returns the full path with the system's separators; nullopt when cancelled.
 std::optional<QString> ChooseFile(QWidget* parent, const QString& fieldText, const QString& ownDirectory);
 
 } // namespace corvrec

@@ -41,8 +41,8 @@ namespace corvrec
 namespace
 {
 
-// Pages of the tab control. The missing file names ask for a page behind the last one; the request does
-// nothing, and the field's page comes with the focus.
+// Pages of the tab control. The checks for a missing file name ask for a page after the last one, which does
+// nothing; the field's page comes to the front with the focus.
 namespace tab
 {
 constexpr int connection = 0;
@@ -51,7 +51,7 @@ constexpr int files = 2;
 constexpr int behindLast = 3;
 } // namespace tab
 
-// How the schedule's controls look for each kind. Without a unit the kind has no parameters.
+// How the schedule's controls look for a kind. A kind without a unit has no parameters.
 struct KindRule {
     TextId kind;
     TextId help;
@@ -79,14 +79,14 @@ QString OwnDirectory(const Environment& environment)
     return QString::fromStdU16String(environment.directory.u16string());
 }
 
-// The caret and the selection of a text that stays the same stay too.
+// Sets the text only if it differs, so that caret and selection of an unchanged text stay.
 void Replace(QLineEdit& field, const QString& text)
 {
     if (field.text() != text)
         field.setText(text);
 }
 
-// Sections of the settings file that belong to no site.
+// Sections of the settings file that are not sites.
 constexpr std::array kOwnSections{"General", "Siti"};
 
 } // namespace
@@ -109,7 +109,7 @@ frmDettaglio::frmDettaglio(Environment environment, const SiteListView& list, QW
     FillLists();
     ReserveSentence();
 
-    // Measured with the weekly kind, the one with the most controls, so that nothing moves when it is chosen.
+    // Measured with the weekly kind, which shows the most controls, so that nothing moves when it is chosen.
     SelectRow(*ui_->cboRicorrenza, static_cast<int>(ScheduleKind::weekly), *this,
               &frmDettaglio::cboRicorrenza_Click);
     CentreDialog(*this);
@@ -124,7 +124,7 @@ void frmDettaglio::ConnectControls()
     connect(ui_->cboTipoConn, &QComboBox::currentIndexChanged, this, &frmDettaglio::cboTipoConn_Click);
     connect(ui_->cboHandS, &QComboBox::currentIndexChanged, this, &frmDettaglio::cboHandS_Click);
     connect(ui_->cboRicorrenza, &QComboBox::currentIndexChanged, this, &frmDettaglio::cboRicorrenza_Click);
-    // An option button's rule runs when it goes on; the other one goes off silently.
+    // An option button's rule runs when it is switched on; nothing runs for the other one, which goes off.
     connect(ui_->optLocale, &QRadioButton::toggled, this, [this](bool on) {
         if (on)
             optLocale_Click();
@@ -154,11 +154,11 @@ void frmDettaglio::ConnectControls()
     onKeys(Qt::CTRL | Qt::Key_Tab, +1);
     onKeys(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
     GuardWheel(*this);
-    // A click on a tab takes the focus, so that the field that is left runs its rule.
+    // A click on a tab takes the focus, so that the field being left runs its rule.
     ui_->tabSetup->tabBar()->setFocusPolicy(Qt::StrongFocus);
 }
 
-// For screen readers, where the caption is missing or does not tell two controls apart.
+// Names for screen readers, where a control has no caption or shares it with another control.
 void frmDettaglio::NameControls()
 {
     ui_->lstGiorni->setAccessibleName(Text(text::weekdays));
@@ -188,7 +188,7 @@ void frmDettaglio::FillLists()
     FillList(*ui_->cboRicorrenza, kinds);
 }
 
-// The fields of the schedule's sentence stay in place, whichever of its words are shown.
+// Keeps the fields of the schedule's sentence in place, whichever of its words are shown.
 void frmDettaglio::ReserveSentence()
 {
     const QStringList beginnings{ui_->lblNessuno->text(), ui_->lblOgni->text()};
@@ -206,11 +206,11 @@ void frmDettaglio::ReserveSentence()
 void frmDettaglio::MostraDati(std::string_view code)
 {
     SiteRecord site;
-    LoadSite(environment_.settings, code, site); // missing keys are never reported
+    LoadSite(environment_.settings, code, site); // result ignored on purpose: missing keys are never reported
     ShowRecord(site);
     ui_->txtNomeSito->setText(ToQt(list_.SelectedName()));
     ui_->txtCodice->setText(ToQt(code));
-    // Disabled, they cannot be scrolled: of a long text the beginning is shown.
+    // Disabled fields cannot be scrolled: show the beginning of a long text.
     ui_->txtNomeSito->setCursorPosition(0);
     ui_->txtCodice->setCursorPosition(0);
 }
@@ -244,7 +244,7 @@ void frmDettaglio::InitFormDettagli()
     ui_->txtDati->setText(besideProgram("Corvrec.txt"));
     ui_->txtDati2->setText(besideProgram("CRemoto.txt"));
     ui_->txtStorico->setText(besideProgram("Storico.txt"));
-    ui_->txtLog->setText("Corvrec.log"); // without a directory, as recorders in the field expect it
+    ui_->txtLog->setText("Corvrec.log"); // deliberately without a directory: recorders expect it so
     for (QLineEdit* const field : {ui_->txtDati, ui_->txtDati2, ui_->txtStorico, ui_->txtLog})
         field->selectAll();
 }
@@ -255,8 +255,8 @@ void frmDettaglio::ClearIdentity()
     ui_->txtCodice->clear();
 }
 
-// Compared as the file will hold the texts: two that differ in characters which it cannot hold become one
-// there.
+// Compared in the form in which the file will hold the texts: two that differ only in characters that it
+// cannot hold would be the same there.
 bool frmDettaglio::SitoUnivoco(const QString& strNomeSito, const QString& strCodSito) const
 {
     if (!nuovo_)
@@ -305,7 +305,8 @@ void frmDettaglio::showEvent(QShowEvent* event)
         FocusFirst(*this);
 }
 
-// Left, by whatever way, an empty field gets its letter: the next site may find it disabled.
+// Puts the default letter into an empty flow-control field, however the dialog was left: for the next site
+// the field may be disabled.
 void frmDettaglio::hideEvent(QHideEvent* event)
 {
     if (!event->spontaneous())
@@ -334,7 +335,7 @@ void frmDettaglio::cboTipoConn_Click()
     switch (row) {
     case device::pabx:
     case device::buffer:
-        // Local first: its rule, which runs when the site was remote, disables the handshake group.
+        // Local first: its rule, which runs if the site was remote, disables the handshake group.
         ui_->optLocale->setChecked(true);
         EnableHandshake(true);
         cboHandS_Click();
@@ -364,7 +365,7 @@ void frmDettaglio::cboTipoConn_Click()
     }
 }
 
-// The handshake of a buffer device is never editable, by either way.
+// Local or remote: the handshake of a buffer device can never be edited.
 void frmDettaglio::optLocale_Click()
 {
     EnableHandshake(false);
@@ -425,7 +426,7 @@ void frmDettaglio::cboRicorrenza_Click()
     ui_->mskOrario->setEnabled(rule->unit.has_value());
     ui_->lstGiorni->setVisible(rule->weekdays);
 
-    // The mask first, so that the text fits it. What the user typed is discarded with every change of kind.
+    // The mask first, so that the text fits it. A change of kind always discards what the user typed.
     ui_->mskValore->setMask(rule->mask);
     ui_->mskValore->setFormat(rule->format);
     ui_->mskValore->setText(rule->interval);
@@ -438,7 +439,7 @@ void frmDettaglio::mskOrario_GotFocus()
 
 void frmDettaglio::mskValore_GotFocus()
 {
-    // The start time's text is selected, not the interval's own: kept.
+    // Deliberate: the text of the start time is selected, not the interval's own. Older editors do it.
     const bool isHourly = ui_->cboRicorrenza->currentIndex() == static_cast<int>(ScheduleKind::hourly);
     const auto length = isHourly ? kStartTimeLength : static_cast<int>(ui_->mskOrario->text().length());
     ui_->mskOrario->setSelection(0, length);
@@ -456,13 +457,14 @@ void frmDettaglio::Field_LostFocus(QObject* field)
         ui_->txtXoff->setText("S");
 }
 
-// The rule of leaving the field, for Xon and Xoff, wherever the focus is.
+// Runs the rules for leaving Xon and Xoff, wherever the focus is.
 void frmDettaglio::FillFlowCharacters()
 {
     Field_LostFocus(ui_->txtXon);
     Field_LostFocus(ui_->txtXoff);
 }
 
+// Ctrl+Tab and Ctrl+Shift+Tab, from either end to the other.
 void frmDettaglio::NextTab(int step)
 {
     const int count = ui_->tabSetup->count();
@@ -471,7 +473,7 @@ void frmDettaglio::NextTab(int step)
 
 // --- Commands
 
-// A button's mnemonic clicks it without moving the focus, so the handlers take it: the field that was left
+// A mnemonic clicks its button without moving the focus, so the handlers set it: the field being left then
 // runs its rule.
 void frmDettaglio::btnModem_Click()
 {
@@ -525,7 +527,7 @@ void frmDettaglio::Browse(QLineEdit& field)
 
 void frmDettaglio::OK_Click()
 {
-    // Enter has not left the field: an empty one would stop the save after the old section is gone.
+    // Enter has not left the field, and an empty one would stop the save after the old section is deleted.
     FillFlowCharacters();
     if (!FieldsComplete() || !SharingFilesAccepted())
         return;
@@ -548,6 +550,7 @@ void frmDettaglio::Annulla_Click()
     hide();
 }
 
+// The checks on OK. The first one that fails shows a message and focuses its field.
 bool frmDettaglio::FieldsComplete()
 {
     Replace(*ui_->txtNomeSito, TrimBlanks(ui_->txtNomeSito->text()));
@@ -563,8 +566,8 @@ bool frmDettaglio::FieldsComplete()
 bool frmDettaglio::ScheduleComplete()
 {
     if (!IsTime(ToStd(ui_->mskOrario->text()))) {
-        // For every kind, the continuous one too; and under the application's title, not "Setup". The page
-        // comes with the focus.
+        // For every kind, even the continuous one; and under the application's title, not "Setup". The page
+        // comes to the front with the focus.
         ShowMessage(this, Text(text::startTimeInvalid));
         FocusField(*ui_->mskOrario);
         return false;
@@ -611,6 +614,7 @@ bool frmDettaglio::TextsComplete()
     return true;
 }
 
+// True when no other site uses the same files, or when the user wants to save all the same.
 bool frmDettaglio::SharingFilesAccepted()
 {
     const std::optional<int> row =
@@ -629,6 +633,7 @@ bool frmDettaglio::SharingFilesAccepted()
     return false;
 }
 
+// The file names as they will be stored, so that they can be compared with those of other sites.
 SiteFiles frmDettaglio::Files() const
 {
     return {.data = AsStored(ToStd(ui_->txtDati->text())),
@@ -638,15 +643,15 @@ SiteFiles frmDettaglio::Files() const
 
 void frmDettaglio::Save()
 {
-    // The old section goes whole, so that keys which are no longer written disappear. Neither result is
-    // reported.
+    // The whole old section is deleted, so that keys that are no longer written disappear. Both results are
+    // ignored on purpose: a failed save is never reported.
     if (!nuovo_)
         Section(environment_.settings, list_.SelectedSite()).Delete();
     SaveSite(environment_.settings, ToStd(ui_->txtCodice->text()), ToStd(ui_->txtNomeSito->text()),
              TakeRecord(), environment_.clock.Now());
 }
 
-// The field at which an incomplete save has stopped, in the order of saving.
+// Focuses the field at which an incomplete save stopped, in the order of saving.
 void frmDettaglio::FocusIncompleteField()
 {
     if (ui_->cboTipoConn->currentIndex() < 0)

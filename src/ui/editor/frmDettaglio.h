@@ -26,55 +26,61 @@ class frmTrasfAvanzate;
 struct SiteFiles;
 struct SiteRow;
 
-// The site editor. Created once and hidden between uses; a use is: InitFormDettagli, SetNuovo, SelectTab(0),
-// MostraDati for an existing site, exec, Cancel.
+// The site editor. Created once and hidden between uses. One use is: InitFormDettagli, SetNuovo,
+// SelectTab(0), for an existing site MostraDati, exec, Cancel.
 class frmDettaglio : public QDialog
 {
     Q_OBJECT
 
 public:
+    // list must outlive the dialog, and so must what the environment refers to.
     frmDettaglio(Environment environment, const SiteListView& list, QWidget* parent = nullptr);
     ~frmDettaglio() override;
 
-    // Shows the stored settings of the site with this code (UTF-8); its name comes from the list's current
+    // Shows the stored settings of the site with this code (UTF-8). Its name comes from the list's current
     // row.
     void MostraDati(std::string_view code);
 
-    // True when the last use ended without saving.
+    // Whether the last use ended without saving.
     bool Cancel() const { return cancel_; }
     void SetCancel(bool cancel) { cancel_ = cancel; }
 
-    // True while the editor holds a site that is not in the settings file yet.
+    // Whether the editor holds a site that is not in the settings file yet.
     bool Nuovo() const { return nuovo_; }
     void SetNuovo(bool nuovo) { nuovo_ = nuovo; }
 
-    // The new-site defaults. Controls that they do not name keep what they hold.
+    // Sets the defaults of a new site. Controls that have no default keep their values.
     void InitFormDettagli();
 
-    // Puts those controls back to what they held at the program's start, the option dialogs' too: nothing of
-    // the site that was open before gets into a new one. The mark of "Ora" is no control and stays.
+    // Resets the controls without a default, those of the option dialogs too, to their values at the
+    // program's start, so that nothing of the last open site gets into a new one. The mark of "Ora" is no
+    // control and stays.
     void ShowFirstState();
 
     // Empties name and code.
     void ClearIdentity();
 
-    // Whether no listed site has this name or this code, and the code is no section of the file's own; letter
-    // case does not count. An existing site is never tested.
+    // Whether no listed site has this name or this code, ignoring case, and the code is no section of the
+    // file's own ("General", "Siti"). Always true for an existing site.
     bool SitoUnivoco(const QString& strNomeSito, const QString& strCodSito) const;
 
-    // Fills the speed list, with or without the three high speeds, and chooses the speed again that was
-    // chosen before; none when the new list lacks it.
+    // Fills the speed list, with or without the three high speeds, and selects the same speed again; none if
+    // the new list lacks it.
     void ComboVelocita(bool highSpeeds);
 
-    // Name and code of an existing site cannot be changed.
+    // Name and code can be changed for a new site only.
     void EnableIdentity(bool enabled);
 
+    // Brings a page to the front, counted from 0. A number that no page has does nothing.
     void SelectTab(int tab);
+
+    // Ticks or clears the site's "enabled" box.
     void SetAbilitato(bool enabled);
 
-    // The edited site as the site list shows it.
+    // The edited site as a row of the site list.
     SiteRow Row() const;
 
+    // Escape and the close box act like the Annulla button.
     void reject() override { Annulla_Click(); }
 
 protected:
@@ -131,10 +137,12 @@ private:
     std::unique_ptr<frmTrasfAvanzate> transformations_;
     std::unique_ptr<frmFileAvanzate> alerts_;
     std::unique_ptr<frmModem> modem_;
+    // The values at the program's start, for ShowFirstState.
     SiteRecord firstState_;
     bool cancel_ = false;
     bool nuovo_ = false;
-    bool marked_ = false; // "Ora" of the site loaded last ended in "p"; saving any site writes it back
+    // "Ora" of the last loaded site ended in "p". Written back when any site is saved.
+    bool marked_ = false;
 };
 
 } // namespace corvrec

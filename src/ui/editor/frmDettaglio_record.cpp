@@ -1,4 +1,4 @@
-// The only place where the editor's controls and the site record meet, in the order in which a site is
+// The only place where the editor's controls and the site record meet. In the order in which a site is
 // loaded.
 #include "core/file/section.h"
 #include "core/site/site_list.h"
@@ -19,13 +19,14 @@ namespace
 
 void ShowFlowCharacter(const std::optional<FlowCharacter>& character, QCheckBox& box, QLineEdit& field)
 {
-    // No field takes a line break: it would stay empty, and the next save would stop at it.
+    // A field drops a line break, so it would stay empty, and the next save would stop at it.
     if (!character || WithoutLineBreaks(character->text).empty())
         return;
     box.setChecked(character->control);
     field.setText(ToQt(character->text));
 }
 
+// A long path shows its beginning.
 void ShowPath(const std::optional<std::string>& path, QLineEdit& field)
 {
     if (!path)
@@ -77,7 +78,7 @@ void frmDettaglio::ShowFirstState()
 
 void frmDettaglio::ShowConnection(const SiteRecord& site)
 {
-    // The device first: its rule sets which speeds there are.
+    // The device first: its rule decides which speeds there are.
     if (site.device)
         SelectRow(*ui_->cboTipoConn, *site.device, *this, &frmDettaglio::cboTipoConn_Click);
     if (site.remote)
@@ -100,12 +101,12 @@ void frmDettaglio::ShowSchedule(const SiteRecord& site)
 {
     if (site.enabled)
         ui_->chkAbilitato->setChecked(*site.enabled);
-    // The kind before the interval, which its rule resets.
+    // The kind before the interval: its rule resets the interval.
     if (site.schedule)
         SelectRow(*ui_->cboRicorrenza, static_cast<int>(*site.schedule), *this,
                   &frmDettaglio::cboRicorrenza_Click);
     for (int row = 0; site.weekdays && row < ui_->lstGiorni->count(); ++row) {
-        // Marks are only added: a day that is not stored keeps its mark.
+        // Deliberate: marks are only added. A day that is not stored keeps its mark.
         if ((*site.weekdays & kWeekdayRows.at(static_cast<std::size_t>(row))) != 0)
             ui_->lstGiorni->SetMarked(row, true);
     }

@@ -90,7 +90,7 @@ void frmFileAvanzate::chkSpazio_Click()
 
 void frmFileAvanzate::OK_Click()
 {
-    // The disk threshold is looked at only when the file alert is off.
+    // Deliberate: the disk threshold is checked only when the file alert is off.
     if (ui_->chkFile->isChecked())
         CloseUnlessEmpty(*ui_->txtFile, text::fileTimeOutMissing);
     else if (ui_->chkSpazio->isChecked())

@@ -18,8 +18,8 @@ class frmFileAvanzate;
 namespace corvrec
 {
 
-// The site's two alerts: data file missing for some seconds, little free space on drive C:. The controls are
-// the values: loading a site sets them, saving reads them, and the user's changes can be undone by Annulla.
+// The site's two alerts: data file missing for some seconds, and little free space on drive C:. The controls
+// hold the values: loading a site sets them, saving reads them, and Annulla undoes the user's changes.
 class frmFileAvanzate : public QDialog
 {
     Q_OBJECT
@@ -28,15 +28,17 @@ public:
     explicit frmFileAvanzate(QWidget* parent = nullptr);
     ~frmFileAvanzate() override;
 
-    // Records the values that Annulla brings back. Before each showing.
+    // Remembers the values that Annulla restores. To be called before each showing.
     void RegisterUndo() { undo_ = Take(); }
 
-    // The values of the program's start.
+    // Resets the controls to their values at the program's start.
     void ShowFirstState() { Show(firstState_); }
 
+    // An alert that the record lacks stays as it is.
     void ShowRecord(const SiteRecord& site);
     void FillRecord(SiteRecord& site) const;
 
+    // Escape and the close box act like the Annulla button.
     void reject() override { Annulla_Click(); }
 
 protected:
@@ -46,6 +48,8 @@ private:
     void chkFile_Click();
     void chkSpazio_Click();
     void OK_Click();
+
+    // Hides the dialog, or shows the message when the field is empty.
     void CloseUnlessEmpty(QLineEdit& field, TextId message);
     void Annulla_Click();
 

@@ -19,10 +19,10 @@ namespace corvrec
 namespace
 {
 
-// Offered when the catalogue holds no model: any modem of the Hayes family understands it.
+// Offered when the catalogue is empty. Any Hayes modem understands it.
 constexpr auto kGenericInitString = "X3S0=0&M5&K0&C1&D2&R1";
 
-// The names of the catalogue as the entries of a list, each made when it is asked for: there may be a
+// The catalogue's names as a list model. Each name is made only when it is asked for, as there may be a
 // million.
 class ModelNames final : public QAbstractListModel
 {
@@ -35,8 +35,8 @@ public:
 
     [[nodiscard]] int rowCount(const QModelIndex& parent) const override
     {
-        return parent.isValid() ? 0
-                                : static_cast<int>(models_.Count()); // a catalogue has less than 2^31 lines
+        // A catalogue has fewer than 2^31 lines.
+        return parent.isValid() ? 0 : static_cast<int>(models_.Count());
     }
 
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override
@@ -58,7 +58,7 @@ frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
     , catalogue_(directory / "modem.dat")
 {
     ui_->setupUi(this);
-    // Picking the same model again brings its string back: activated, not currentIndexChanged.
+    // "activated" and not "currentIndexChanged": choosing the same model again restores its string.
     connect(ui_->cboModem, &QComboBox::activated, this, &frmModem::cboModem_Click);
     connect(ui_->OK, &QPushButton::clicked, this, &frmModem::OK_Click);
     connect(ui_->Annulla, &QPushButton::clicked, this, &frmModem::Annulla_Click);
@@ -168,7 +168,7 @@ bool frmModem::Missing(QWidget& field, TextId message, bool missing)
 
 void frmModem::Show(const Values& values)
 {
-    // The selection first: it brings the catalogue's string, which the recorded one then replaces.
+    // The selection first: it sets the catalogue's string, which the remembered one then replaces.
     SelectRow(*ui_->cboModem, values.model, *this, &frmModem::cboModem_Click);
     ui_->txtTelefono->setText(values.number);
     ui_->txtTentImpor->setText(values.attempts);

@@ -20,30 +20,32 @@ namespace corvrec
 
 struct SiteRecord;
 
-// The dial-up settings of a remote site, and the modem catalogue that offers an initialisation string for
-// each model. The controls are the values: loading a site sets them, saving reads them, the user's changes
-// can be undone by Annulla.
+// The dial-up settings of a remote site, and the modem catalogue, which offers an initialisation string for
+// each model. The controls hold the values: loading a site sets them, saving reads them, and Annulla undoes
+// the user's changes.
 class frmModem : public QDialog
 {
     Q_OBJECT
 
 public:
-    // directory: the program's own, where modem.dat lies.
+    // directory: the program's own, which holds modem.dat.
     explicit frmModem(const std::filesystem::path& directory, QWidget* parent = nullptr);
     ~frmModem() override;
 
-    // Records the values that Annulla brings back. Before each showing.
+    // Remembers the values that Annulla restores. To be called before each showing.
     void RegisterUndo() { undo_ = Take(); }
 
-    // The values of the program's start.
+    // Resets the controls to their values at the program's start.
     void ShowFirstState() { Show(firstState_); }
 
+    // A value that the record lacks stays as it is.
     void ShowRecord(const SiteRecord& site);
     void FillRecord(SiteRecord& site) const;
 
-    // What dialling needs of the values.
+    // The values that dialling needs.
     ModemSettings Settings() const;
 
+    // Escape and the close box act like the Annulla button.
     void reject() override { Annulla_Click(); }
 
 protected:
@@ -55,6 +57,8 @@ private:
     void cboModem_Click();
     void OK_Click();
     void Annulla_Click();
+
+    // Shows the message and focuses the field when `missing`; returns `missing`.
     bool Missing(QWidget& field, TextId message, bool missing);
 
     struct Values {

@@ -23,7 +23,7 @@ frmTrasfAvanzate::frmTrasfAvanzate(QWidget* parent)
     LocaliseDialog(*this);
     ClickAtOnce(*this);
 
-    // The window is measured with the longest help, so that none is clipped when its turn comes.
+    // Measured with the longest help text, so that none is clipped.
     ui_->lblHelpTrasformazioni->setText(Text(text::fixCrLfHelp));
     CentreDialog(*this);
     ui_->lblHelpTrasformazioni->clear();
@@ -63,6 +63,7 @@ void frmTrasfAvanzate::showEvent(QShowEvent* event)
         FocusField(*ui_->chkData);
 }
 
+// The box with the focus explains itself in the text below the boxes.
 bool frmTrasfAvanzate::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::FocusIn) {

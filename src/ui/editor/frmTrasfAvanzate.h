@@ -16,8 +16,8 @@ namespace corvrec
 
 struct SiteRecord;
 
-// The line transformations that the recorder applies to what the exchange sends. The check boxes are the
-// values: loading a site sets them, saving reads them, and the user's changes can be undone by Annulla.
+// The line transformations that the recorder applies to what the exchange sends. The check boxes hold the
+// values: loading a site sets them, saving reads them, and Annulla undoes the user's changes.
 class frmTrasfAvanzate : public QDialog
 {
     Q_OBJECT
@@ -26,15 +26,17 @@ public:
     explicit frmTrasfAvanzate(QWidget* parent = nullptr);
     ~frmTrasfAvanzate() override;
 
-    // Records the values that Annulla brings back. Before each showing.
+    // Remembers the values that Annulla restores. To be called before each showing.
     void RegisterUndo() { undo_ = Take(); }
 
-    // The values of the program's start.
+    // Resets the check boxes to their values at the program's start.
     void ShowFirstState() { Show(firstState_); }
 
+    // A value that the record lacks stays as it is.
     void ShowRecord(const SiteRecord& site);
     void FillRecord(SiteRecord& site) const;
 
+    // Escape and the close box act like the Annulla button.
     void reject() override { Annulla_Click(); }
 
 protected:

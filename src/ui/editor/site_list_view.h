@@ -8,7 +8,7 @@
 namespace corvrec
 {
 
-// What the editor asks of the site list, in UTF-8.
+// What the editor needs from the site list, in UTF-8.
 class SiteListView
 {
 public:
@@ -18,10 +18,11 @@ public:
     virtual std::string SelectedSite() const = 0;
     virtual std::string SelectedName() const = 0;
 
+    // Valid until the list changes.
     virtual std::span<const SiteRow> Sites() const = 0;
 
-    // Number of the serial port for the editor's own device windows: the value of the last character of
-    // "Com", so only ports of one digit exist; 0 when it is no digit.
+    // Number of the serial port for the editor's own device windows: the last character of "Com" as a digit,
+    // so only ports of one digit can be used; 0 when it is not a digit.
     virtual int ComPort() const = 0;
 };
 
