@@ -16,13 +16,16 @@ namespace corvrec
 namespace
 {
 
+// The anchor of the guide's contents.
 constexpr auto kContents = "sommario";
 
-// Room for a picture of the widest dialog beside comfortable lines, in characters and in lines of text.
+// The preferred size, in characters and lines: room for a picture of the widest dialog, and lines of a
+// comfortable length.
 constexpr int kColumns = 125;
 constexpr int kLines = 54;
 
-// Below that it is no pleasure to read, and the guide rather covers the window.
+// The least size that is still pleasant to read. With less room next to the other window, the guide covers it
+// instead.
 constexpr int kLeastColumns = 60;
 constexpr int kLeastLines = 24;
 
@@ -31,7 +34,7 @@ QSize SizeOf(const QFontMetrics& metrics, int columns, int lines)
     return {metrics.averageCharWidth() * columns, metrics.lineSpacing() * lines};
 }
 
-// What the screen has free on each side of a window: right, left, below, above.
+// The free parts of the screen on each side of a window: right, left, below, above.
 std::array<QRect, 4> RoomAround(const QRect& screen, const QRect& window)
 {
     std::array<QRect, 4> sides{screen, screen, screen, screen};
@@ -47,7 +50,7 @@ bool Holds(const QSize& outer, const QSize& inner)
     return inner.width() <= outer.width() && inner.height() <= outer.height();
 }
 
-// A rectangle of that size within the room, as near as can be to the point.
+// A rectangle of that size inside the room, as close to the point as possible.
 QRect Within(const QRect& room, const QSize& size, const QPoint& wanted)
 {
     const QPoint last(room.right() + 1 - size.width(), room.bottom() + 1 - size.height());
@@ -56,9 +59,9 @@ QRect Within(const QRect& room, const QSize& size, const QPoint& wanted)
             size};
 }
 
-// Where a window goes that explains another one, both with their frames. Whole on the screen; next to the
-// other one in its full size, else as large as there is room, but not smaller than least; else at the edge
-// that is farthest.
+// Where to put a window that explains another one, both including their frames. Always whole on the screen:
+// next to the other window in its full size, otherwise as large as the room allows but not below `least`,
+// otherwise at the farther edge of the screen.
 QRect PlaceFor(const QRect& screen, const QRect& explained, const QSize& full, const QSize& least)
 {
     const QSize size = full.boundedTo(screen.size());
@@ -116,10 +119,11 @@ void frmGuida::Open(const QString& chapter, const QWidget* explained)
     ui_->txtGuida->setFocus();
     ui_->txtGuida->ShowChapter(chapter);
     if (wasClosed)
-        ui_->txtGuida->ForgetPlaces(); // nobody was reading yet
+        ui_->txtGuida->ForgetPlaces(); // nobody was reading before
 }
 
-// A frame is known only of a window that is shown; the guide will have one like the explained window's.
+// The frame of a window is known only once it is shown; the guide's will be like that of the explained
+// window.
 void frmGuida::PlaceNextTo(const QWidget& explained)
 {
     const QRect frame = explained.frameGeometry();

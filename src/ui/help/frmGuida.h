@@ -12,8 +12,8 @@ class frmGuida;
 namespace corvrec
 {
 
-// The window of the guide. It has no parent and the program's dialogs block only the windows that they belong
-// to, so it can be read beside any of them.
+// The guide's window. It has no parent, and the program's dialogs block only the window that they belong to,
+// so the guide can be read next to any of them.
 class frmGuida : public QWidget
 {
     Q_OBJECT
@@ -22,8 +22,9 @@ public:
     frmGuida();
     ~frmGuida() override;
 
-    // Comes to the front with this chapter (the anchor of its heading) on top. When it was closed, it opens
-    // next to the window that it explains, over it only where the screen has no room beside it.
+    // Comes to the front with this chapter, given by its heading's anchor, at the top. If it was closed, it
+    // opens next to the window that it explains; it covers that window only where the screen has no room next
+    // to it.
     void Open(const QString& chapter, const QWidget* explained = nullptr);
 
 private:
@@ -31,6 +32,8 @@ private:
     void cmdSommario_Click();
     void Cerca();
     void CercaIndietro();
+
+    // Reports next to the search field when nothing was found.
     void ShowOutcome(bool found);
 
     std::unique_ptr<Ui::frmGuida> ui_;

@@ -26,7 +26,7 @@ QString OwnChapter(const QWidget& widget)
     return widget.property(kGuideChapter).toString();
 }
 
-// The page in front, if the window's pages have chapters of their own, else the window.
+// The chapter of the page in front, if the window's pages have chapters of their own; otherwise the window's.
 QString WindowsChapter(const QWidget& window)
 {
     for (const QWidget* const page : window.findChildren<QWidget*>()) {
@@ -36,6 +36,7 @@ QString WindowsChapter(const QWidget& window)
     return OwnChapter(window);
 }
 
+// The chapter of the window, or of the nearest window above it that has one.
 QString ChapterFor(const QWidget* window)
 {
     QString chapter;
@@ -62,9 +63,9 @@ bool Guide::eventFilter(QObject* watched, QEvent* event)
         return QObject::eventFilter(watched, event);
     const QWidget* const asked = QApplication::activeWindow();
     const QString chapter = ChapterFor(asked);
-    if (chapter.isEmpty()) // also without any window
+    if (chapter.isEmpty()) // also when no window is active
         return QObject::eventFilter(watched, event);
-    // An open list holds the mouse, and the guide could not be used.
+    // An open list grabs the mouse, so the guide could not be used.
     if (QWidget* const list = QApplication::activePopupWidget())
         list->close();
     Open(chapter, *asked);

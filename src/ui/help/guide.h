@@ -12,12 +12,12 @@ namespace corvrec
 
 class frmGuida;
 
-// The user's guide, opened by F1 in any window of the program at the window's chapter. A window names its
-// chapter by the dynamic property kGuideChapter, and so may the pages of a tab control; one that names none
-// (a file chooser) has the chapter of the window that it belongs to.
+// The user's guide. F1 in any window of the program opens it at the window's chapter. A window names its
+// chapter in the dynamic property kGuideChapter, and so may the pages of a tab control. A window that names
+// none, such as a file chooser, has the chapter of the window that it belongs to.
 //
-// Nothing of the guide is read before the first F1. Its one window stays until the user closes it or the
-// guide ends; it does not keep the program running.
+// Nothing of the guide is loaded before the first F1. Its only window stays until the user closes it or the
+// guide is destroyed; it does not keep the program running.
 class Guide : public QObject
 {
     Q_OBJECT

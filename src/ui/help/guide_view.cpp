@@ -20,9 +20,9 @@ namespace
 
 constexpr int kCellPadding = 4;
 
-constexpr int kTablePercent = 98; // of the view's width; all of it would lack the outermost line's pixel
+constexpr int kTablePercent = 98; // of the view's width; at 100 the outer line would lack a pixel
 
-// As the sites that show Markdown name their headings.
+// The anchor as sites that show Markdown form it.
 QString AnchorOf(const QString& heading)
 {
     QString anchor;
@@ -35,11 +35,11 @@ QString AnchorOf(const QString& heading)
     return anchor;
 }
 
-// The link colour, made lighter or darker until it can be read on the background: a desktop that sets dark
-// colours without a link colour leaves Qt's dark blue.
+// The link colour, made lighter or darker until it can be read on the background. A desktop that sets dark
+// colours but no link colour leaves Qt's dark blue.
 QColor ReadableLink(const QPalette& palette)
 {
-    constexpr int leastDifference = 100; // of greys from 0 to 255
+    constexpr int leastDifference = 100; // of grey levels, 0 to 255
     const int background = qGray(palette.color(QPalette::Base).rgb());
     QColor link = palette.color(QPalette::Link);
     for (int step = 0; step < 10 && std::abs(qGray(link.rgb()) - background) < leastDifference; ++step)
@@ -47,7 +47,7 @@ QColor ReadableLink(const QPalette& palette)
     return link;
 }
 
-// The heading's block; none for an anchor of no heading.
+// The block of a heading; an invalid one for an anchor without a heading.
 QTextBlock HeadingOf(const QTextDocument& document, const QString& anchor)
 {
     QTextBlock block = document.begin();
@@ -62,7 +62,7 @@ GuideView::GuideView(QWidget* parent)
     : QTextBrowser(parent)
 {
     setUndoRedoEnabled(false);
-    setOpenLinks(false); // nothing outside of the guide is ever opened
+    setOpenLinks(false); // nothing outside the guide is ever opened
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
         if (link.adjusted(QUrl::RemoveFragment) == source())
@@ -81,7 +81,7 @@ void GuideView::ShowChapter(const QString& anchor)
     if (!heading.isValid())
         return;
     const Place before{.top = TopPosition(), .cursor = textCursor().position()};
-    setTextCursor(QTextCursor(heading)); // a search goes on from here
+    setTextCursor(QTextCursor(heading)); // a search continues from here
     ScrollTo(heading.position());
     if (TopPosition() != before.top)
         places_.push_back(before);
@@ -126,7 +126,6 @@ bool GuideView::Find(const QString& text, QTextDocument::FindFlags direction)
     return true;
 }
 
-// What was on top stays there, whatever the new width makes of the lines and the pictures above.
 void GuideView::changeEvent(QEvent* event)
 {
     QTextBrowser::changeEvent(event);
@@ -134,19 +133,20 @@ void GuideView::changeEvent(QEvent* event)
         ColourLinks();
 }
 
+// Text at the top stays there, however the new width changes the lines and pictures above it.
 void GuideView::resizeEvent(QResizeEvent* event)
 {
     const int top = TopPosition();
     FitPictures();
-    // All of it now: the scroll bars take their ranges from what is laid out when the base class sees the
-    // event.
+    // Lay out everything now: the scroll bars take their range from what is laid out when the base class
+    // handles the event.
     document()->setTextWidth(viewport()->width());
     document()->size();
     QTextBrowser::resizeEvent(event);
     ScrollTo(top);
 }
 
-// Air around headings and paragraphs; long lines of code are broken instead of running out of the view.
+// Space around headings and paragraphs. Long lines of code are wrapped and do not run out of the view.
 void GuideView::SpaceBlocks()
 {
     const int line = fontMetrics().lineSpacing();
@@ -184,7 +184,7 @@ void GuideView::ColourLinks()
             cursor.setPosition(text.position());
             cursor.setPosition(text.position() + text.length(), QTextCursor::KeepAnchor);
             cursor.mergeCharFormat(format);
-            part = block.begin(); // the change made new fragments
+            part = block.begin(); // the change has split the fragments
         }
     }
 }
@@ -224,14 +224,14 @@ void GuideView::LoadPictures()
     }
 }
 
-// Scaled here and not by the painter, which would not smooth them.
+// Fits the pictures into the view's width. Scaled here because the painter would not smooth them.
 void GuideView::FitPictures()
 {
     const int room = viewport()->width() - qCeil(2 * document()->documentMargin());
     const qreal ratio = devicePixelRatioF();
     const QUrl base = document()->baseUrl();
     for (auto picture = pictures_.cbegin(); picture != pictures_.cend(); ++picture) {
-        // The plain one would be enlarged on a screen of more than 100 %, and blurred.
+        // On a screen of more than 100 % the plain picture would be enlarged and blurred.
         const bool isDoubled = ratio > 1 && !picture->doubled.isNull();
         const QImage& source = isDoubled ? picture->doubled : picture->plain;
         const qreal ownWidth = source.width() / (isDoubled ? 2.0 : 1.0);
@@ -243,11 +243,13 @@ void GuideView::FitPictures()
     document()->markContentsDirty(0, document()->characterCount());
 }
 
+// The text position at the top of the view.
 int GuideView::TopPosition() const
 {
     return cursorForPosition({0, 0}).position();
 }
 
+// Scrolls to the position's line, wherever it is in its block.
 void GuideView::ScrollToLine(int position)
 {
     QTextCursor cursor(document());
@@ -255,7 +257,7 @@ void GuideView::ScrollToLine(int position)
     verticalScrollBar()->setValue(verticalScrollBar()->value() + cursorRect(cursor).top());
 }
 
-// The block's, with the air above it.
+// Scrolls to the top of the position's block, including the space above it.
 void GuideView::ScrollTo(int position)
 {
     const QAbstractTextDocumentLayout* const layout = document()->documentLayout();

@@ -9,8 +9,8 @@
 namespace corvrec
 {
 
-// The guide as it is read: the text of docs/guida.md, which the program carries with its pictures. Links lead
-// to chapters alone, and pictures are never wider than the view.
+// Shows the guide: the text of docs/guida.md, which the program contains together with its pictures. Links
+// lead to chapters only, and pictures are never wider than the view.
 class GuideView : public QTextBrowser
 {
     Q_OBJECT
@@ -18,16 +18,17 @@ class GuideView : public QTextBrowser
 public:
     explicit GuideView(QWidget* parent = nullptr);
 
-    // Brings the heading with this anchor to the top: the heading's words in lower case, joined by hyphens.
-    // An anchor of no heading does nothing.
+    // Brings a heading to the top. The anchor is the heading's words in lower case, joined by hyphens. An
+    // anchor without a heading does nothing.
     void ShowChapter(const QString& anchor);
 
-    // Back to where the reader was before the last chapter that was shown, and from there to the one before.
+    // Returns to where the reader was before the last chapter was shown; the next call to the place before
+    // that.
     void GoBack();
     void ForgetPlaces() { places_.clear(); }
 
-    // Goes to the next or the last place of this text, at the end on from the beginning and the other way
-    // round, and shows it in the middle; false when there is none.
+    // Goes to the next or the previous occurrence of the text and shows it in the middle; continues at the
+    // other end of the guide. False when there is none.
     bool FindNext(const QString& text);
     bool FindPrevious(const QString& text);
 
@@ -36,6 +37,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    // Format the loaded text: margins, link colour, table borders.
     void SpaceBlocks();
     void ColourLinks();
     void DrawTables();
@@ -46,20 +48,20 @@ private:
     void ScrollTo(int position);
     void ScrollToLine(int position);
 
-    // Where the reader was: what was on top, and where a search would have gone on from.
+    // A place of the reader: the text position at the top, and the one where a search would continue.
     struct Place {
         int top = 0;
         int cursor = 0;
     };
 
-    // Taken at 100 % and, where there is one, at 200 %.
+    // A picture as drawn at 100 % and, where there is one, at 200 %.
     struct Picture {
         QImage plain;
         QImage doubled; // shown at half its size
     };
 
     QHash<QString, Picture> pictures_; // by the name in the text
-    std::vector<Place> places_;        // before each chapter, the last one at the end
+    std::vector<Place> places_;        // from before each chapter shown, latest last
 };
 
 } // namespace corvrec

@@ -6,8 +6,9 @@
 namespace corvrec
 {
 
-// Shows that the program is alive during a wait of unknown length: a step every 400 ms. Qt's own endless bar
-// takes more processor time than all the rest of a wait. At rest it is hidden and keeps its place.
+// Shows that the program is alive during a wait of unknown length, by a step every 400 ms. Qt's own endless
+// bar would take more processor time than everything else in a wait. Hidden while stopped, but keeps its
+// place.
 class AliveBar : public QProgressBar
 {
     Q_OBJECT
@@ -24,7 +25,7 @@ private:
     QTimer timer_{this};
 };
 
-// The bar moves until the end of this object's life.
+// Moves the bar for its own lifetime.
 class AliveWhile
 {
 public:

@@ -11,7 +11,7 @@ namespace corvrec
 namespace
 {
 
-// Makes the whole row the place to click; keys stay as they are.
+// Makes the whole row clickable. Keys work as in the base class.
 class RowToggle : public QStyledItemDelegate
 {
 public:
@@ -48,7 +48,7 @@ CheckList::CheckList(QWidget* parent)
 {
     setItemDelegate(new RowToggle(this));
     setEditTriggers(NoEditTriggers);
-    setSizeAdjustPolicy(AdjustToContents); // the size that is wished shows all rows, whatever the font
+    setSizeAdjustPolicy(AdjustToContents); // the preferred size shows all rows, whatever the font
     connect(model(), &QAbstractItemModel::rowsInserted, this, &CheckList::RowsInserted);
 }
 

@@ -5,9 +5,9 @@
 namespace corvrec
 {
 
-// A list with a check mark in front of each entry. Every entry that is added starts without a mark. A click
-// anywhere on a row changes its mark, and so does Space on the current row. Marks have nothing to do with the
-// current row, and stay while the list is hidden. A row that is not there is a mistake of the caller.
+// A list with a check mark in front of each entry. New entries have no mark. A click anywhere on a row
+// toggles its mark, as does Space on the current row. Marks are independent of the current row and stay while
+// the list is hidden. Asking for a row that does not exist is the caller's mistake.
 class CheckList : public QListWidget
 {
     Q_OBJECT

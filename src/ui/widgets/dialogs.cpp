@@ -30,8 +30,8 @@ namespace corvrec
 namespace
 {
 
-// The text whose number is in the widget's dynamic property. Null when there is no usable number, or the
-// table has no text for it.
+// The text whose number is in the widget's dynamic property; null without a usable number, or when the table
+// has no such text.
 QString TextByProperty(const QWidget& widget, const char* property)
 {
     const int id = TagId(widget.property(property).toString());
@@ -43,7 +43,7 @@ QString TextByTag(const QWidget& widget)
     return TextByProperty(widget, "tag");
 }
 
-// The label of a field has the field's tool tip.
+// A field's label has the field's tool tip.
 QString TipOf(const QWidget& widget)
 {
     const auto* const label = qobject_cast<const QLabel*>(&widget);
@@ -51,6 +51,7 @@ QString TipOf(const QWidget& widget)
     return TextByProperty(namesField ? *label->buddy() : widget, kToolTip);
 }
 
+// The captions of all pages are one text, separated by "|".
 void SetTabCaptions(QTabWidget& tabs, const QString& text)
 {
     const QStringList captions = text.split(u'|');
@@ -59,7 +60,7 @@ void SetTabCaptions(QTabWidget& tabs, const QString& text)
         tabs.setTabText(page, captions.at(page));
 }
 
-// Widgets of other kinds have no caption.
+// Widgets of other types have no caption.
 void SetCaption(QWidget& widget, const QString& text)
 {
     if (auto* const label = qobject_cast<QLabel*>(&widget))
@@ -74,12 +75,12 @@ void SetCaption(QWidget& widget, const QString& text)
 
 void SetTip(QWidget& widget, const QString& text)
 {
-    // Qt breaks the lines of rich text alone: plain text would be one line, wider than a small screen.
+    // Qt wraps rich text only; plain text would be one line, wider than a small screen.
     widget.setToolTip(Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal));
-    widget.setAccessibleDescription(text); // or a screen reader would read the mark-up
+    widget.setAccessibleDescription(text); // otherwise a screen reader would read the mark-up
 }
 
-// A mnemonic that several controls share only moves the focus, as Qt has it.
+// Clicks a button for its mnemonic. A mnemonic shared by several controls only moves the focus, as in Qt.
 class MnemonicClick : public QObject
 {
 public:
@@ -98,14 +99,15 @@ public:
     }
 };
 
-// As Tab would do: a widget with a proxy leaves the focus to that one.
+// As Tab decides; a widget with a focus proxy leaves the focus to the proxy.
 bool CanTakeFocus(const QWidget& widget, const QWidget& scope)
 {
     return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.focusProxy() == nullptr &&
            widget.isEnabled() && widget.isVisibleTo(&scope);
 }
 
-// In tab order, which begins at the window. Null when there is none.
+// The first control in `scope`, in tab order (which begins at the window), that can take the focus; null when
+// there is none.
 QWidget* FirstOf(const QWidget& scope)
 {
     const QWidget* const window = scope.window();
@@ -122,7 +124,7 @@ void SendFocusEvent(QWidget& widget, QEvent::Type type)
     QCoreApplication::sendEvent(&widget, &event);
 }
 
-// The tab control whose page the widget is; null when it is no page.
+// The tab control of which the widget is a page; null when it is no page.
 QTabWidget* TabsOfPage(const QWidget& widget)
 {
     const QWidget* const stack = widget.parentWidget();
@@ -130,11 +132,11 @@ QTabWidget* TabsOfPage(const QWidget& widget)
     return tabs != nullptr && tabs->indexOf(&widget) != -1 ? tabs : nullptr;
 }
 
-// What the frame takes to show the whole title between its icon and its buttons, as near as a window can
-// tell; frames are the desktop's.
+// The width that a frame needs for the whole title between its icon and buttons. An estimate: frames belong
+// to the desktop.
 int TitleWidth(const QWidget& window)
 {
-    constexpr int iconAndButtons = 10; // lines of text
+    constexpr int iconAndButtons = 10; // in line heights
     const QFontMetrics metrics = window.fontMetrics();
     return window.windowTitle().isEmpty()
                ? 0
@@ -147,8 +149,8 @@ const QScreen& ScreenOf(const QWidget& window)
     return parent != nullptr ? *parent->screen() : *QGuiApplication::primaryScreen();
 }
 
-// What the desktop will put around the window: as around the window that it belongs to, once that one is on
-// the screen; until then an estimate.
+// The frame that the desktop will put around the window: the same as around its parent's window if that is on
+// the screen, otherwise an estimate.
 QMargins FrameAround(const QWidget& window)
 {
     const QWidget* const parent =
@@ -164,14 +166,14 @@ QMargins FrameAround(const QWidget& window)
     return {border, title + border, border, border};
 }
 
-// Where the window can be, without its frame.
+// The area for the window, without its frame.
 QRect RoomOn(const QScreen& screen, const QWidget& window)
 {
     return screen.availableGeometry().marginsRemoved(FrameAround(window));
 }
 
-// The size that shows everything. QWidget::adjustSize would stop at two thirds of the screen. Lines that are
-// too many for the room become fewer in a wider window.
+// The size that shows everything. (QWidget::adjustSize would stop at two thirds of the screen.) If wrapped
+// text makes the window too high, it becomes wider, with fewer lines.
 QSize WantedSize(const QWidget& window, const QSize& room)
 {
     QSize wanted = window.sizeHint().expandedTo({TitleWidth(window), 0});
@@ -185,7 +187,7 @@ QSize WantedSize(const QWidget& window, const QSize& room)
     return {std::max(wanted.width(), width), layout->totalHeightForWidth(width)};
 }
 
-// The smallest size that shows everything; lists have scroll bars of their own.
+// The smallest size that shows everything; lists have their own scroll bars.
 QSize LeastSize(const QWidget& window, int width)
 {
     const QLayout* const layout = window.layout();
@@ -197,14 +199,15 @@ QSize LeastSize(const QWidget& window, int width)
     return least;
 }
 
+// The size that a window should have, and the place and size that it was given.
 struct Placement {
     QSize wanted;
     QPoint givenPosition;
     QSize givenSize;
 };
 
-// In the middle of the whole screen, except that a window that fits the free part is not partly outside. One
-// that cannot be made small enough shows its upper left corner.
+// Centres the window on the whole screen, but keeps a window that fits the free area inside it. A window that
+// is still too large shows its upper left corner.
 void Place(QWidget& window, Placement& placement)
 {
     const QScreen& screen = ScreenOf(window);
@@ -223,7 +226,7 @@ void Place(QWidget& window, Placement& placement)
     placement.givenSize = window.size();
 }
 
-// Places the window again at its first show, before it is on the screen, unless somebody has moved it.
+// Places the window again just before its first show, unless it has been moved since.
 class PlaceAtFirstShow : public QObject
 {
 public:
@@ -258,7 +261,7 @@ void LocaliseDialog(QWidget& window)
     if (!title.isNull())
         window.setWindowTitle(title);
     for (QWidget* const widget : window.findChildren<QWidget*>()) {
-        if (widget->window() != &window) // dialogs that it owns localise themselves
+        if (widget->window() != &window) // owned dialogs localise themselves
             continue;
         if (const QString caption = TextByTag(*widget); !caption.isNull())
             SetCaption(*widget, caption);
@@ -295,7 +298,7 @@ void CentreDialog(QWidget& window)
         placement.wanted += QSize(isTooHigh ? bar : 0, isTooWide ? bar : 0);
     }
     Place(window, placement);
-    // The frame may be known by then.
+    // By its first show the frame may be known.
     window.installEventFilter(new PlaceAtFirstShow(window, placement));
 }
 
@@ -323,8 +326,8 @@ void FocusField(QWidget& field)
         return;
     target->setFocus(Qt::OtherFocusReason);
 
-    // Qt sends no events for a focus that moves in an inactive window, or that does not move. Those that come
-    // when the window becomes active again say that it did (Qt::ActiveWindowFocusReason), and run no rule.
+    // Qt sends no focus events when the focus moves in an inactive window, or does not move. The events sent
+    // when the window is activated later (Qt::ActiveWindowFocusReason) run no rule. So send them here.
     if (left != nullptr && left != target && !isActive)
         SendFocusEvent(*left, QEvent::FocusOut);
     if (left == target || !target->hasFocus())

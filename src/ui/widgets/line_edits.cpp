@@ -22,20 +22,21 @@ bool IsLineBreakOrNul(QChar character)
     return character == u'\r' || character == u'\n' || character.isNull();
 }
 
+// Whether a name in the settings file can hold the character.
 bool IsInNames(QChar character)
 {
     return character != u'=' && character != u'[' && character != u']' &&
            character.category() != QChar::Other_Control;
 }
 
-// ASCII only: QChar::isDigit takes the digits of every script.
+// ASCII only: QChar::isDigit accepts the digits of every script.
 bool IsDigit(QChar character)
 {
     return character >= u'0' && character <= u'9';
 }
 
-// Window systems differ in the text of a key that is pressed with Ctrl (the letter, a control code or
-// nothing), so the key itself is asked.
+// The text of a key pressed with Ctrl differs between window systems (letter, control code, nothing), so the
+// key itself is examined.
 bool IsControlLetter(const QKeyEvent& event)
 {
     return event.modifiers().testFlag(Qt::ControlModifier) && event.key() >= Qt::Key_A &&
@@ -47,15 +48,15 @@ bool PassesFilter(const QKeyEvent& event)
     if (IsControlLetter(event))
         return event.key() == Qt::Key_X && !event.modifiers().testFlag(Qt::AltModifier);
     const QString text = event.text();
-    // Backspace, Delete, Return, Tab and Escape carry a control character; the other editing keys carry
-    // nothing.
+    // Backspace, Delete, Return, Tab and Escape have a control character as text, the other editing keys have
+    // none.
     const bool isEditingKey = text.isEmpty() || text.front().category() == QChar::Other_Control;
     return isEditingKey || std::all_of(text.begin(), text.end(), IsDigit);
 }
 
 } // namespace
 
-// QLineEdit shows its validator each new text, whatever way it came in, and takes over the corrected one.
+// QLineEdit passes each new text to its validator, however it came in, and adopts the corrected one.
 class PlainEdit::Corrector : public QValidator
 {
 public:
@@ -122,8 +123,8 @@ bool PlainEdit::event(QEvent* event)
     return isHandled;
 }
 
-// QLineEdit paints by its palette: without a brush a selection looks like the rest of the text. All other
-// brushes stay the theme's.
+// QLineEdit paints with its palette: without a brush, a selection looks like the rest of the text. All other
+// brushes remain the theme's.
 void PlainEdit::SetColours()
 {
     const bool hidesSelection = window()->focusWidget() != this;
@@ -147,7 +148,7 @@ QSize PlainEdit::AsWideAsText(const QSize& size) const
 {
     if (widestText_.isEmpty())
         return size;
-    constexpr int besideText = 2; // pixels that QLineEdit leaves free on each side of its text
+    constexpr int besideText = 2; // pixels that QLineEdit leaves free at each side of its text
     QStyleOptionFrame option;
     initStyleOption(&option);
     const QMargins margins = textMargins() + contentsMargins();
@@ -174,7 +175,7 @@ void CodeEdit::Correct(QString& text, int& caret)
     int droppedInFront = 0;
     for (qsizetype position = 0; position < text.size(); ++position) {
         const QChar character = text.at(position);
-        // Blanks at the ends are no part of the name.
+        // A name has no blanks at its ends, so they do not count as first character.
         const bool isFirst = std::ranges::all_of(code, [](QChar before) { return before == u' '; });
         if (IsInNames(character) && !(isFirst && character == u';'))
             code += character;
@@ -195,7 +196,7 @@ void DigitsEdit::keyPressEvent(QKeyEvent* event)
     if (PassesFilter(*event))
         PlainEdit::keyPressEvent(event);
     else
-        event->accept(); // dropped here, and not offered to the window either
+        event->accept(); // dropped, and not offered to the window either
 }
 
 void DigitsEdit::inputMethodEvent(QInputMethodEvent* event)
@@ -204,7 +205,7 @@ void DigitsEdit::inputMethodEvent(QInputMethodEvent* event)
     digits.removeIf([](QChar character) { return !IsDigit(character); });
     QInputMethodEvent filtered(event->preeditString(), event->attributes());
     const bool dropsAll = digits.isEmpty() && !event->commitString().isEmpty();
-    if (!dropsAll) // else the text that it was to replace stays
+    if (!dropsAll) // otherwise the text to be replaced stays
         filtered.setCommitString(digits, event->replacementStart(), event->replacementLength());
     PlainEdit::inputMethodEvent(&filtered);
     event->setAccepted(filtered.isAccepted());

@@ -7,8 +7,9 @@
 namespace corvrec
 {
 
-// A text box that no line break and no NUL can get into: by keys, paste, drop, input method or code. It shows
-// its selection only where the window has its focus, so that one field of a window at most looks marked.
+// A text box without line breaks and NULs, whether they come by keys, paste, drop, input method or code. It
+// shows its selection only while it has the window's focus, so that at most one field of a window looks
+// selected.
 class PlainEdit : public QLineEdit
 {
     Q_OBJECT
@@ -18,11 +19,11 @@ class PlainEdit : public QLineEdit
 public:
     explicit PlainEdit(QWidget* parent = nullptr);
 
-    // The field is as wide as this text needs, and does not grow; empty: as wide as Qt makes a text box.
+    // The field has exactly the width that this text needs; with an empty text Qt's usual width.
     QString widestText() const { return widestText_; }
     void setWidestText(const QString& text);
 
-    // Whether the text keeps its colour when the field is disabled.
+    // Whether the text keeps its normal colour while the field is disabled.
     bool readableWhenDisabled() const { return readableWhenDisabled_; }
     void setReadableWhenDisabled(bool readable);
 
@@ -32,7 +33,7 @@ public:
     bool event(QEvent* event) override;
 
 protected:
-    // Every text passes here before it is shown, with the caret's position in it, and may be corrected.
+    // Called with every new text before it is shown, and with the caret's position; may correct both.
     virtual void Correct(QString& text, int& caret);
 
 private:
@@ -44,12 +45,12 @@ private:
     QString widestText_;
     bool readableWhenDisabled_ = false;
     bool hidesSelection_ = false;
-    QBrush disabledText_; // none: the theme's
+    QBrush disabledText_; // no brush: the theme's
 };
 
-// The box for a site's code, which the settings file keeps as the name of a key and of a section. What no
-// such name can hold does not get in: '=', '[', ']', control characters, and ';' as the first character. A
-// disabled box shows the code of an existing site as it is.
+// The box for a site's code, which the settings file uses as the name of a key and of a section. Characters
+// that such a name cannot hold are dropped: '=', '[', ']', control characters, and ';' as the first
+// character. While disabled, the box shows an existing site's code unchanged.
 class CodeEdit : public PlainEdit
 {
     Q_OBJECT
@@ -61,9 +62,9 @@ protected:
     void Correct(QString& text, int& caret) override;
 };
 
-// A text box for numbers. Only typing is filtered: digits, Backspace and Ctrl+X pass, every other character
-// is dropped, Ctrl+C and Ctrl+V too. Text that comes in by other means (Shift+Ins, menu, drop, code) is taken
-// as it is, but for line breaks.
+// A text box for numbers. Only typing is filtered: digits, Backspace and Ctrl+X pass; every other character
+// is dropped, and so are Ctrl+C and Ctrl+V. Text that comes in another way (Shift+Ins, menu, drop, code) is
+// taken as it is, except for line breaks and NULs.
 class DigitsEdit : public PlainEdit
 {
     Q_OBJECT

@@ -17,18 +17,18 @@ namespace
 
 std::size_t Index(qsizetype position)
 {
-    return static_cast<std::size_t>(position); // positions in a text, never negative
+    return static_cast<std::size_t>(position); // a position in a text is never negative
 }
 
-// What an edit did to a text: length characters from start on gave way to inserted.
+// A change of a text: `length` characters from `start` on were replaced by `inserted`.
 struct Edit {
     qsizetype start = 0;
     qsizetype length = 0;
     QString inserted;
 };
 
-// Between equal characters only the caret tells which of them was typed or deleted: it stands behind what was
-// put in.
+// Finds the change. Between equal characters only the caret shows which one was typed or deleted: it is just
+// after what was inserted.
 Edit Difference(const QString& before, const QString& after, qsizetype caret)
 {
     const auto tail = std::mismatch(before.crbegin(), before.crend(), after.crbegin(), after.crend());
@@ -104,7 +104,7 @@ void MaskEdit::Correct(QString& text, int& caret)
     }
     const QString shown = QString::fromStdU32String(masked_.Text());
     if (text == shown)
-        return; // set by Show, or nothing changed
+        return; // set by Show, or no change
     const Edit edit = Difference(shown, text, caret);
     if (!masked_.Replace(Index(edit.start), Index(edit.length), edit.inserted.toStdU32String()))
         QApplication::beep();
@@ -121,7 +121,7 @@ void MaskEdit::keyPressEvent(QKeyEvent* event)
 
 void MaskEdit::focusInEvent(QFocusEvent* event)
 {
-    // With any other reason Tab would select the whole text; a selection that was set before stays.
+    // With any other reason, Tab would select the whole text. A selection made before stays.
     QFocusEvent quiet(event->type(), Qt::OtherFocusReason);
     PlainEdit::focusInEvent(&quiet);
     selectedByFocus_.reset();
@@ -129,7 +129,7 @@ void MaskEdit::focusInEvent(QFocusEvent* event)
         selectedByFocus_ = Selection{.start = selectionStart(), .length = selectionLength()};
 }
 
-// The press comes after the focus, and drops the selection.
+// The press comes after the focus and clears the selection, which mouseReleaseEvent restores.
 void MaskEdit::mousePressEvent(QMouseEvent* event)
 {
     PlainEdit::mousePressEvent(event);

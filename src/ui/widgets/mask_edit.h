@@ -10,11 +10,11 @@
 namespace corvrec
 {
 
-// A masked edit box for times and dates ("##:##", "##/##/##"; with an empty mask a plain text box). text() is
-// always the whole shown text with literals and prompts. However the user edits (keys, input method, paste,
-// cut, drop), the edit is carried over to a MaskedText, so the box never shows what does not fit.
-// What is selected when the focus comes (by a handler of QEvent::FocusIn) stays selected after the click that
-// brings it, unless the mouse is dragged.
+// A masked edit box for times and dates ("##:##", "##/##/##"); with an empty mask a plain text box. text()
+// always returns the whole displayed text, including literals and prompts. However the user edits (keys,
+// input method, paste, cut, drop), the change is applied to a MaskedText, so the box never shows a text that
+// does not fit. A selection made when the focus arrives (in a handler of QEvent::FocusIn) survives the click
+// that brought the focus, unless the mouse is dragged.
 class MaskEdit : public PlainEdit
 {
     Q_OBJECT
@@ -24,21 +24,21 @@ class MaskEdit : public PlainEdit
 public:
     explicit MaskEdit(QWidget* parent = nullptr);
 
-    // A new mask empties the text to its literals and prompts.
+    // Setting a mask empties the text to literals and prompts.
     QString mask() const;
     void setMask(const QString& mask);
 
-    // Display format for when the focus is away; for a complete time "hh:mm" shows the same text.
+    // The display format without the focus. For a complete time "hh:mm" shows the same text.
     QString format() const;
     void setFormat(const QString& format);
 
-    // A text that does not fit the mask is a mistake of the caller: asserted, and the text stays.
+    // The text must fit the mask: this is asserted, and a misfit changes nothing.
     void setText(const QString& text);
 
-    // Clipped to the text; possible without the focus, and does not take it.
+    // Limited to the text. Works without the focus and does not take it.
     void setSelection(int start, int length);
 
-    // Replaces the selected places: the digits go in from the selection's start, stepping over literals.
+    // Replaces the selected places: the digits are filled in from the selection's start, skipping literals.
     void setSelText(const QString& text);
 
 protected:
@@ -55,12 +55,14 @@ private:
     };
 
     void Show();
+
+    // Moves the caret for Backspace and Delete so that they delete a digit.
     void StepOverLiterals(const QKeyEvent& event);
 
     MaskedText masked_;
     QString format_;
-    std::optional<Selection> selectedByFocus_; // from a click that brings the focus to its press
-    std::optional<Selection> selectedAfter_;   // from that press to its release
+    std::optional<Selection> selectedByFocus_; // from the focus of a click until its press
+    std::optional<Selection> selectedAfter_;   // from that press until its release
     QPoint pressedAt_;
 };
 

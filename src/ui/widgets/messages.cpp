@@ -29,14 +29,14 @@ QMessageBox::Icon IconOf(MessageIcon icon)
 void Fill(QMessageBox& box, const QString& text, MessageIcon icon, const QString& title)
 {
     box.setProperty(kGuideChapter, "messaggi");
-    box.setWindowModality(Qt::WindowModal); // the guide stays usable
+    box.setWindowModality(Qt::WindowModal); // blocks only its own window: the guide stays usable
     box.setIcon(IconOf(icon));
     box.setWindowTitle(title.isEmpty() ? Text(text::application) : title);
-    box.setTextFormat(Qt::PlainText); // site names and paths are no markup
+    box.setTextFormat(Qt::PlainText); // site names and paths are not mark-up
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     QString lines = text;
-    box.setText(lines.replace(u'\r', u'\n')); // a label does not break a line at a carriage return
-    // By itself a label that can be selected by keyboard gets the keyboard by a click alone.
+    box.setText(lines.replace(u'\r', u'\n')); // a label does not break lines at carriage returns
+    // By default a label whose text can be selected by keyboard takes the focus by a click only.
     for (QLabel* const label : box.findChildren<QLabel*>()) {
         if (label->textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard))
             label->setFocusPolicy(Qt::StrongFocus);
@@ -50,7 +50,7 @@ void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon, const Q
     QMessageBox box(parent);
     Fill(box, text, icon, title);
     QPushButton* const ok = box.addButton(QMessageBox::Ok);
-    // As in all other windows, where some desktops give this one an icon and a mnemonic.
+    // As in all other windows; some desktops give this button an icon and a mnemonic.
     ok->setIcon({});
     ok->setText("OK");
     box.setDefaultButton(ok);

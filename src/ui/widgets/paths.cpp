@@ -24,14 +24,14 @@ bool InCodePage(QChar character)
     return character == u'?' || Cp1252FromUtf8(ToStd(QString(character))) != "?";
 }
 
-// A letter whose upper form the settings file cannot hold ("µ") stays as it is.
+// A letter whose upper case the settings file cannot hold ("µ") stays as it is.
 QChar Upper(QChar character)
 {
     const QChar upper = character.toUpper();
     return InCodePage(upper) ? upper : character;
 }
 
-// Blank, tab, LF, VT, FF, CR and NUL. A point or a digit does not end a word.
+// Blank, tab, LF, VT, FF, CR and NUL. Dots and digits do not end a word.
 bool EndsWord(QChar character)
 {
     return character == u' ' || (character >= u'\t' && character <= u'\r') || character.isNull();

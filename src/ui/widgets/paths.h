@@ -5,23 +5,24 @@
 namespace corvrec
 {
 
-// File names of the recorder. Windows names use "\"; a name that begins with "/" is one of another system:
-// its separator is "/", and its letters stay as they are.
+// File names of the recorder. Windows names have "\" as separator. A name that begins with "/" belongs to
+// another system: its separator is "/", and its letters are never changed.
 
-// directory + separator + file, without doubling the separator. An empty directory is first replaced by
-// ownDirectory, in the caller's variable.
+// directory + separator + file, without doubling the separator. An empty `directory` is first set to
+// ownDirectory.
 QString JoinPath(const QString& file, QString& directory, const QString& ownDirectory);
 
-// The letter right behind each separator upper-cased.
+// The text with the letter directly after each separator in upper case.
 QString CapitaliseAfter(const QString& text, QChar separator);
 
-// First letter of every word and of every path segment upper case, the rest lower case.
+// The path with the first letter of every word and path segment in upper case, the rest in lower case.
 QString ProperCasePath(const QString& path);
 
-// Letter by letter: the length never changes, "ß" stays.
+// Letter by letter, so the length never changes ("ß" stays). A letter whose upper case is not in code page
+// 1252 stays too.
 QString UpperCase(const QString& text);
 
-// Without blanks (U+0020 only) at both ends.
+// Without blanks at either end (U+0020 only).
 QString TrimBlanks(const QString& text);
 
 } // namespace corvrec

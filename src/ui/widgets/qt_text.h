@@ -8,7 +8,7 @@
 namespace corvrec
 {
 
-// The seam between the windows' texts and the UTF-8 of the modules below.
+// Converts between the windows' texts and the UTF-8 of the lower modules. No other code does.
 inline QString ToQt(std::string_view utf8)
 {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));

@@ -13,7 +13,7 @@ namespace corvrec
 namespace
 {
 
-constexpr int kAround = 10; // pixels above and below the focused control
+constexpr int kAround = 10; // pixels kept visible above and below the focused control
 
 class ScrolledContents : public QScrollArea
 {
@@ -29,8 +29,8 @@ public:
     }
 
 private:
-    // Qt follows Tab alone, not a focus that the program moves. A control that the mouse is pressed on stays
-    // under it.
+    // Qt scrolls for Tab only, not when the program moves the focus. A control that the mouse is pressed on
+    // stays under the mouse.
     void ShowFocused(QWidget* focused)
     {
         if (focused != nullptr && isAncestorOf(focused) && QGuiApplication::mouseButtons() == Qt::NoButton)
@@ -38,6 +38,7 @@ private:
     }
 };
 
+// Moves a layout item, which may be a widget, a layout or a spacer, into another column.
 void Move(QLayoutItem* item, int stretch, QVBoxLayout& to)
 {
     if (item->widget() != nullptr) {
@@ -67,7 +68,7 @@ void ScrollContents(QWidget& window, int width)
         const int stretch = column->stretch(0);
         Move(column->takeAt(0), stretch, *inner);
     }
-    // The scroll bar lies at the window's edge, where the right margin was.
+    // The scroll bar is at the window's edge, where the right margin was.
     const QMargins margins = column->contentsMargins();
     inner->setContentsMargins(margins.left(), 0, 0, 0);
     column->setContentsMargins(0, margins.top(), 0, margins.bottom());

@@ -14,7 +14,7 @@ namespace corvrec
 namespace
 {
 
-// A wheel turn over a list without the focus goes on to what lies behind the list.
+// Passes wheel events of a list without the focus to the widget below it.
 class WheelGuard : public QObject
 {
 public:
@@ -44,7 +44,7 @@ void FillList(QComboBox& list, const QStringList& entries)
     const QSignalBlocker blocker(list);
     list.clear();
     list.addItems(entries);
-    list.setCurrentIndex(-1); // the first entry that is added to an empty list becomes the current one
+    list.setCurrentIndex(-1); // the first entry added to an empty list becomes the current one
 }
 
 QStringList ShownTexts(std::span<const CodeRow> table)
@@ -64,7 +64,7 @@ void SetRow(QComboBox& list, int row)
 
 void SelectByPrefix(QComboBox& list, const QString& text)
 {
-    const int row = text.isEmpty() ? -1 : list.findText(text, Qt::MatchStartsWith); // letter case aside
+    const int row = text.isEmpty() ? -1 : list.findText(text, Qt::MatchStartsWith); // ignores case
     if (row != -1)
         SetRow(list, row);
 }
@@ -72,7 +72,7 @@ void SelectByPrefix(QComboBox& list, const QString& text)
 void GuardWheel(QWidget& window)
 {
     for (QComboBox* const list : window.findChildren<QComboBox*>()) {
-        list->setFocusPolicy(Qt::StrongFocus); // the wheel does not fetch the focus either
+        list->setFocusPolicy(Qt::StrongFocus); // the wheel does not take the focus either
         list->installEventFilter(new WheelGuard(list));
     }
 }

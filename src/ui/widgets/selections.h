@@ -10,17 +10,16 @@
 namespace corvrec
 {
 
-// Fills a list without running a rule and without choosing an entry.
+// Replaces a list's entries. Runs no rule and selects nothing.
 void FillList(QComboBox& list, const QStringList& entries);
 
-// The shown texts of a code table, in row order.
+// The displayed texts of a code table, in row order.
 QStringList ShownTexts(std::span<const CodeRow> table);
 
-// Chooses a row from code, silently; -1 chooses none. Lists with a rule run it after this, also for the same
-// row.
+// Selects a row without running the list's rule; -1 selects none. For a list with a rule see SelectRow.
 void SetRow(QComboBox& list, int row);
 
-// Chooses a row and runs the list's rule, also when the row stays the same.
+// Selects a row and runs the list's rule, also when the row was already selected.
 template <class Form>
 void SelectRow(QComboBox& list, int row, Form& form, void (Form::*rule)())
 {
@@ -28,11 +27,12 @@ void SelectRow(QComboBox& list, int row, Form& form, void (Form::*rule)())
     (form.*rule)();
 }
 
-// Chooses the first entry that begins with the text, letter case aside (CB_SELECTSTRING); no entry, or an
-// empty text: the choice stays. No rule runs.
+// Selects the first entry that begins with the text, ignoring case, without running a rule (like
+// CB_SELECTSTRING). Without such an entry, or for an empty text, nothing changes.
 void SelectByPrefix(QComboBox& list, const QString& text);
 
-// The wheel moves a list's choice only while the list has the focus. For every combo box below the window.
+// Makes the wheel change the selection of a combo box only while it has the focus. Applies to every combo box
+// in the window.
 void GuardWheel(QWidget& window);
 
 } // namespace corvrec

@@ -36,7 +36,7 @@ QSize SteadyLabel::minimumSizeHint() const
     return Widened(QLabel::minimumSizeHint());
 }
 
-// By the difference to the shown text, so that margins and frame count as the label has them.
+// Adds the difference to the current text, so that margins and frame are those of the label.
 QSize SteadyLabel::Widened(const QSize& size) const
 {
     const QFontMetrics metrics = fontMetrics();

@@ -6,8 +6,8 @@
 namespace corvrec
 {
 
-// A label of one line that is always as wide as the widest of the texts that it can show, so that its
-// neighbours do not move when the text changes.
+// A one-line label that is always as wide as the widest text that it can show, so that its neighbours do not
+// move when the text changes.
 class SteadyLabel : public QLabel
 {
     Q_OBJECT
@@ -15,10 +15,10 @@ class SteadyLabel : public QLabel
 public:
     explicit SteadyLabel(QWidget* parent = nullptr);
 
-    // All texts that it can show; until then it is as wide as the text that it shows.
+    // Sets all texts that the label can show. Before that it is as wide as its current text.
     void Reserve(const QStringList& texts);
 
-    // Keeps its place while it is hidden.
+    // Makes the label keep its place while it is hidden.
     void KeepPlace();
 
     QSize sizeHint() const override;

@@ -15,7 +15,7 @@ namespace
 const QString kFolder = QStringLiteral(":/texts");
 const QString kTable = QStringLiteral("corvrec");
 
-// Name of the translators that hold a string table, among the application's children.
+// Object name of the translators that hold a string table, as children of the application.
 const QString kTableObject = QStringLiteral("corvrecTexts");
 
 QLocale Italian()
@@ -43,10 +43,10 @@ std::unique_ptr<QTranslator> LoadTable(const QLocale& locale)
     return table;
 }
 
-// Buttons of file choosers, context menus. Without a file these stay English, and nothing else suffers.
+// Qt's own texts: buttons of file choosers, context menus. Without the file they stay English.
 void InstallQtTexts(QCoreApplication& application, const QLocale& locale, const QString& folder)
 {
-    // Qt has a file for each of its modules; windeployqt makes one of them all, and calls it "qt".
+    // Qt has one file per module; windeployqt merges them into one called "qt".
     for (const QString& file : {QStringLiteral("qtbase"), QStringLiteral("qt")}) {
         auto texts = std::make_unique<QTranslator>();
         if (texts->load(locale, file, QStringLiteral("_"), folder))
@@ -81,13 +81,13 @@ QString Text(TextId id)
 
 QString FindText(int id)
 {
-    // The tables are asked directly: qtTrId answers a missing id with the id itself, as if it were a text.
+    // The tables are asked directly: for a missing id, qtTrId would return the id as if it were a text.
     const auto tables =
         QCoreApplication::instance()->findChildren<QTranslator*>(kTableObject, Qt::FindDirectChildrenOnly);
     const QByteArray key = QByteArray::number(id);
     QString text;
-    for (auto table = tables.rbegin(); table != tables.rend() && text.isNull();
-         ++table) // the user's, the Italian
+    // First the user's table, then the Italian one.
+    for (auto table = tables.rbegin(); table != tables.rend() && text.isNull(); ++table)
         text = (*table)->translate(nullptr, key.constData());
     return text;
 }
@@ -95,7 +95,7 @@ QString FindText(int id)
 int TagId(const QString& tag)
 {
     const qsizetype end = tag.indexOf(u';');
-    return end < 1 ? 0 : tag.left(end).toInt(); // not a number: 0
+    return end < 1 ? 0 : tag.left(end).toInt(); // 0 when it is not a number
 }
 
 } // namespace corvrec
