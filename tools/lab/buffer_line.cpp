@@ -9,9 +9,10 @@ namespace corvrec::lab
 namespace
 {
 
-// Turns every ASCII character into one that is none, so that no answer is met by accident.
+// XOR turns every ASCII character into a byte that is not ASCII, so that garbage never looks like an answer.
 constexpr unsigned char kDamage = 0xA5;
 
+// What "endless" sends, and how much at a time.
 constexpr char kFloodByte = '#';
 constexpr std::size_t kFloodPortion = 1024;
 
@@ -43,6 +44,7 @@ std::string BufferLine::Send(std::int64_t nowMs)
     }
     if (isFlooding_)
         bytes.append(kFloodPortion, kFloodByte);
+    // Cut at the byte where the line breaks; IsGone reports the break afterwards.
     if (faults_.dropAfter)
         bytes.resize(std::min(bytes.size(), *faults_.dropAfter - std::min(*faults_.dropAfter, sent_)));
     sent_ += bytes.size();

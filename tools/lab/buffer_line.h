@@ -13,22 +13,22 @@
 namespace corvrec::lab
 {
 
-// What goes wrong on the way from a buffer device. An answer is what the device sends for one byte received.
+// Faults on the line from a buffer device. An answer is what the device sends for one received byte.
 struct Faults {
-    bool silence = false;                   // nothing is sent
-    bool garbage = false;                   // every byte arrives damaged, as at the wrong speed
-    bool echo = false;                      // what is received comes back first
+    bool silence = false;                   // the device sends nothing
+    bool garbage = false;                   // every byte arrives damaged, as at a wrong speed
+    bool echo = false;                      // received bytes are sent back first
     bool nuls = false;                      // a NUL follows every byte
-    bool endless = false;                   // from the first byte received on, bytes without end
+    bool endless = false;                   // after the first received byte, sends without end
     bool burst = false;                     // see SimulatedBuffer::SetBurst
-    std::optional<std::size_t> partial{};   // only so many bytes of each answer
-    std::optional<std::size_t> dropAfter{}; // the line breaks after so many bytes sent since it was connected
-    std::int64_t pauseMs = 0;               // before each byte but the first of an answer; 0: all at once
+    std::optional<std::size_t> partial{};   // only the first n bytes of each answer
+    std::optional<std::size_t> dropAfter{}; // the line breaks after n bytes sent since it was connected
+    std::int64_t pauseMs = 0;               // before each byte except an answer's first; 0: all at once
 
     bool operator==(const Faults&) const = default;
 };
 
-// A buffer device and the line that it is on.
+// A buffer device together with the line that it is on, which applies the faults.
 class BufferLine final : public LineDevice
 {
 public:
@@ -43,19 +43,21 @@ public:
     [[nodiscard]] const SimulatedBuffer& Device() const { return device_; }
 
 private:
+    // Bytes waiting for their time, in the order of the times.
     struct Due {
         std::int64_t atMs;
         std::string bytes;
     };
 
+    // The answer after silence, partial, garbage and nuls.
     [[nodiscard]] std::string Spoilt(std::string answer) const;
     void Queue(std::string_view bytes, std::int64_t nowMs);
 
     SimulatedBuffer device_;
     Faults faults_;
     std::deque<Due> due_;
-    std::size_t sent_ = 0; // since the line was connected
-    bool isFlooding_ = false;
+    std::size_t sent_ = 0;    // since the line was connected
+    bool isFlooding_ = false; // the endless fault has begun
 };
 
 } // namespace corvrec::lab

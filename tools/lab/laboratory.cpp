@@ -14,10 +14,10 @@ namespace corvrec::lab
 namespace
 {
 
-// Between two looks whether the editor has fetched the last bytes of a device that goes.
+// Interval between checks whether the editor has fetched the last bytes of a device that disappears.
 constexpr std::int64_t kLastBytesMs = 5;
 
-// For poll: -1 for no end.
+// The time-out for poll; -1 means none.
 int TimeOut(const std::vector<LabPort>& ports, std::int64_t nowMs)
 {
     std::optional<std::int64_t> next;
@@ -88,8 +88,8 @@ std::optional<std::int64_t> LabPort::NextMs(std::int64_t nowMs) const
     return device_->NextSendMs();
 }
 
-// Before what has come is read: a modem whose port was closed and opened again takes the next bytes for
-// commands, not for data.
+// To be called before reading: after its port was closed and opened again, a modem must take the next bytes
+// for commands, not for data.
 void LabPort::MindVisits(std::int64_t nowMs)
 {
     const Pty::Visits visits = pty_->TakeVisits();
@@ -120,7 +120,7 @@ void Serve(std::vector<LabPort>& ports, int stop)
         std::vector<pollfd> descriptors = Descriptors(ports, stop);
         if (poll(descriptors.data(), descriptors.size(), TimeOut(ports, NowMs())) < 0 && errno != EINTR)
             throw std::system_error(errno, std::generic_category(), "poll");
-        // What has come before the stop is still taken, and traced.
+        // Bytes that arrived before the stop are still taken and traced.
         for (LabPort& port : ports)
             port.Serve(NowMs());
         if (descriptors.front().revents != 0)

@@ -13,34 +13,35 @@
 namespace corvrec::lab
 {
 
-// The time of LineDevice.
+// The current time for the calls of LineDevice.
 std::int64_t NowMs();
 
-// One device on a pseudo-terminal of its own.
+// One device on its own pseudo-terminal.
 class LabPort
 {
 public:
-    // The number is the port's in the trace.
+    // number: of the port in the trace.
     LabPort(int number, std::unique_ptr<LineDevice> device, Trace& trace);
 
     [[nodiscard]] int Number() const { return number_; }
 
-    // Of the pseudo-terminal, which is there until the port is unplugged.
+    // The pseudo-terminal's path. It exists until the port is unplugged.
     [[nodiscard]] const std::string& Name() const { return name_; }
 
-    // Moves what can be moved and comes back at once. Once the device is unplugged there is nothing more to
-    // serve.
+    // Transfers what can be transferred, in both directions, and returns at once. Does nothing once the
+    // device is unplugged.
     void Serve(std::int64_t nowMs);
     [[nodiscard]] bool IsUnplugged() const { return !pty_; }
 
-    // When to serve next although no descriptor is ready; nothing: not before.
+    // When to call Serve next even if no descriptor is ready; nullopt: not before one is.
     [[nodiscard]] std::optional<std::int64_t> NextMs(std::int64_t nowMs) const;
 
-    // Of a port that is not unplugged.
+    // Only for a port that is not unplugged.
     [[nodiscard]] const Pty& Terminal() const { return *pty_; }
     [[nodiscard]] bool WantsToWrite() const { return !unsent_.empty(); }
 
 private:
+    // Handles the editor's opening and closing of the port.
     void MindVisits(std::int64_t nowMs);
     void SendWhatIsDue(std::int64_t nowMs);
 
@@ -49,12 +50,12 @@ private:
     std::string name_;
     std::unique_ptr<LineDevice> device_;
     Trace& trace_;
-    std::string unsent_;   // the pseudo-terminal is full
-    int visitors_ = 0;     // that have the device open
-    bool isGoing_ = false; // unplugged as soon as its last bytes are fetched
+    std::string unsent_;   // left over because the pseudo-terminal is full
+    int visitors_ = 0;     // programs that have the device open
+    bool isGoing_ = false; // unplugged once its last bytes are fetched
 };
 
-// Serves all ports until the descriptor can be read or every port is unplugged.
+// Serves all ports until `stop` becomes readable or every port is unplugged. Throws std::system_error.
 void Serve(std::vector<LabPort>& ports, int stop);
 
 } // namespace corvrec::lab

@@ -8,24 +8,23 @@
 namespace corvrec::lab
 {
 
-// What sits at the far end of a serial line. It knows bytes and time, and no descriptor. Times are
-// milliseconds since an arbitrary moment, the same in all calls, and never run backwards.
+// The far end of a serial line. It deals with bytes and time, and has no descriptor. Times are milliseconds
+// since an arbitrary moment, the same for all calls, and never run backwards.
 class LineDevice
 {
 public:
     virtual ~LineDevice() = default;
 
-    // These have come from the editor.
+    // Takes bytes that the editor has sent.
     virtual void Receive(std::string_view bytes, std::int64_t nowMs) = 0;
 
-    // Takes what is due by now. Empty when nothing is.
+    // Returns the bytes due by now and forgets them; empty when there are none.
     virtual std::string Send(std::int64_t nowMs) = 0;
 
-    // When Send next has something, a moment that has passed included; nothing: not before something is
-    // received.
+    // When Send will have bytes next, possibly in the past; nullopt: not before something is received.
     [[nodiscard]] virtual std::optional<std::int64_t> NextSendMs() const = 0;
 
-    // The editor has closed its port, or the line between has gone. What was still to be sent is lost.
+    // The editor has closed its port, or the line has broken. Bytes not yet sent are lost.
     virtual void Disconnect() = 0;
 
     // Whether the device has been unplugged.

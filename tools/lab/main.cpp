@@ -23,18 +23,20 @@ namespace
 
 using namespace corvrec::lab;
 
+// Exit status for a mistake on the command line.
 constexpr int kUsage = 2;
 
-// Write end of the pipe that ends the serving.
+// Write end of the pipe that ends the program's main loop.
 int stopWriteEnd =
     -1; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): a signal handler has no other
 
 void Stop(int /*signal*/)
 {
-    // A full pipe has told it already.
+    // If the pipe is full, it is readable already.
     [[maybe_unused]] const auto written = write(stopWriteEnd, "", 1);
 }
 
+// A pipe that becomes readable on SIGINT, SIGTERM and SIGHUP.
 class StopPipe
 {
 public:
@@ -50,7 +52,7 @@ public:
     [[nodiscard]] int ReadEnd() const { return ends_.front(); }
 
 private:
-    std::array<int, 2> ends_{}; // left to the end of the program, as a signal may come until then
+    std::array<int, 2> ends_{}; // never closed: a signal may come until the program's end
 };
 
 std::chrono::sys_seconds LocalTime()
@@ -60,7 +62,7 @@ std::chrono::sys_seconds LocalTime()
            std::chrono::hours{now.hour} + std::chrono::minutes{now.minute} + std::chrono::seconds{now.second};
 }
 
-// Where the trace goes; nowhere without an output. Throws UsageError when the file cannot be written.
+// The stream for the trace, or null for none. Throws UsageError when the file cannot be written.
 std::ostream* TraceOutput(const Options& options, std::ofstream& file)
 {
     if (options.quiet)
@@ -75,7 +77,7 @@ std::ostream* TraceOutput(const Options& options, std::ofstream& file)
 
 void Run(const Options& options)
 {
-    const StopPipe stop; // first: from the printed lines on a signal ends the program in order
+    const StopPipe stop; // first: once the names are printed, a signal must end the program in order
     std::ofstream file;
     Trace trace(TraceOutput(options, file), NowMs());
     std::vector<LabPort> ports;

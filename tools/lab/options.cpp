@@ -13,13 +13,14 @@ namespace corvrec::lab
 namespace
 {
 
-// What the options before have led to, and what the one in hand needs.
+// The result so far, and what the current option needs.
 struct Parsing {
     Options options;
     std::chrono::sys_seconds now;
     bool isPortNamed = false;
 
     DeviceOptions& Device() { return options.devices.back(); }
+    // Any option of the modem also puts one in front of the device.
     ModemBehaviour& Modem()
     {
         if (!Device().modem)
@@ -28,7 +29,7 @@ struct Parsing {
     }
 };
 
-// Throws UsageError.
+// The whole number that the text spells, at least `least`. Throws UsageError.
 int Number(std::string_view text, int least)
 {
     int number = 0;
@@ -41,7 +42,7 @@ int Number(std::string_view text, int least)
     return number;
 }
 
-// "name=value" or just "name", with an empty value.
+// Splits "name=value"; a name alone has an empty value.
 std::pair<std::string_view, std::string_view> Split(std::string_view text)
 {
     const std::size_t equals = text.find('=');
@@ -78,7 +79,7 @@ void TakeField(Parsing& parsing, std::string_view value)
     parsing.Device().fields.emplace_back(name, text);
 }
 
-// "now", or "hh:mm dd/mm/yy".
+// value: "now" or "hh:mm dd/mm/yy".
 void TakeClock(Parsing& parsing, std::string_view value)
 {
     if (value == "now") {
@@ -161,6 +162,7 @@ Options ParseOptions(std::span<const char* const> arguments, std::chrono::sys_se
     Parsing parsing{.options = {}, .now = now};
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view argument = arguments[i];
+        // Both "--name=value" and "--name value" are accepted.
         const auto [name, joined] = Split(argument);
         const auto* const option = std::ranges::find(kOptions, name, &Option::name);
         if (option == kOptions.end())

@@ -26,12 +26,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// One device and its line. A member initialiser is the option's default.
 struct DeviceOptions {
     int port = 1;
     Model model = Model::stratoboxBuffer;
     std::vector<std::pair<std::string, std::string>> fields{}; // in the order given
     Faults faults{};
-    std::optional<ModemBehaviour> modem{}; // nothing: no modem between
+    std::optional<ModemBehaviour> modem{}; // nullopt: no modem in between
     std::chrono::sys_seconds clock = kClockAfterPowerLoss;
 
     static constexpr std::chrono::sys_seconds kClockAfterPowerLoss =
@@ -44,18 +45,19 @@ struct Options {
     bool help = false;
     bool version = false;
     bool quiet = false;
-    std::optional<std::string> traceFile{}; // nothing: standard output
+    std::optional<std::string> traceFile{}; // nullopt: standard output
     std::vector<DeviceOptions> devices{DeviceOptions{}};
 
     bool operator==(const Options&) const = default;
 };
 
-// From the arguments after the program's name. The first --port names the port of the first device, each
-// further one begins another device, and the options of a device belong to the one that was begun last. `now`
-// is the machine's local time. Throws UsageError.
+// Parses the arguments after the program's name. The first --port sets the first device's port and each
+// further one begins another device; a device's options belong to the device begun last. `now` is the
+// machine's local time, for "--clock now". Throws UsageError.
 Options ParseOptions(std::span<const char* const> arguments, std::chrono::sys_seconds now);
 
-// Throws UsageError at a field that the model does not have.
+// Builds the device, with its modem if there is one. nowMs: the time as in LineDevice. Throws UsageError for
+// a field that the model does not have.
 std::unique_ptr<LineDevice> MakeDevice(const DeviceOptions& options, std::int64_t nowMs);
 
 // What --help prints.

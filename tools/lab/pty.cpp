@@ -23,7 +23,7 @@ namespace
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-// The name of the slave, which exists from then on.
+// The path of the slave, which exists from then on.
 std::string Unlock(int master)
 {
     if (grantpt(master) != 0 || unlockpt(master) != 0)
@@ -54,11 +54,11 @@ Pty::Pty()
     , slave_(open(name_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), name_.c_str())
     , watch_(inotify_init1(IN_NONBLOCK | IN_CLOEXEC), "inotify")
 {
-    // Only once the slave is open here: this end's own visit is not to be seen.
+    // After opening the slave: our own opening must not be counted.
     if (inotify_add_watch(watch_.Get(), name_.c_str(), IN_OPEN | IN_CLOSE) < 0)
         Fail(name_.c_str());
 
-    // A terminal would echo and change line ends, even before the editor opens it.
+    // Raw mode: a terminal would echo and change line ends, even before the editor opens it.
     termios settings{};
     if (tcgetattr(slave_.Get(), &settings) != 0)
         Fail(name_.c_str());
@@ -91,7 +91,8 @@ std::size_t Pty::Write(std::string_view bytes)
 
 bool Pty::HasUnread() const
 {
-    // Unlike the count of waiting bytes this knows those that the system has still to hand over.
+    // Unlike the count of waiting bytes (FIONREAD), poll includes bytes that the system has not handed over
+    // yet.
     pollfd slave{.fd = slave_.Get(), .events = POLLIN, .revents = 0};
     return poll(&slave, 1, 0) > 0;
 }
@@ -113,6 +114,7 @@ Pty::Visits Pty::TakeVisits()
     if (count < 0 && errno != EAGAIN && errno != EINTR)
         Fail(name_.c_str());
     if (visits.closed > 0) {
+        // The next editor must find neither old bytes nor an old claim to exclusive use.
         tcflush(slave_.Get(), TCIFLUSH);
         ioctl(slave_.Get(), TIOCNXCL);
     }

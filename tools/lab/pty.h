@@ -7,12 +7,12 @@
 namespace corvrec::lab
 {
 
-// A file descriptor with one owner.
+// Owns a file descriptor and closes it at the end.
 class Descriptor
 {
 public:
-    // Takes the result of a call that makes a descriptor. Throws std::system_error, with the name of what was
-    // to be had, when the call has failed.
+    // Takes the result of a call that makes a descriptor. If the call has failed, throws std::system_error
+    // with `what`, the name of the thing opened.
     Descriptor(int descriptor, const char* what);
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
@@ -24,28 +24,29 @@ private:
     int descriptor_;
 };
 
-// A pseudo-terminal: the editor opens it as a serial port by its name, and here is the far end. It is raw
-// from the start. Destroying it is pulling the cable. Nothing waits; failures throw std::system_error.
+// A pseudo-terminal. The editor opens it by name as a serial port; this is the far end. It is in raw mode
+// from the start. Destroying it is like pulling the cable. No call blocks; failures throw std::system_error.
 class Pty
 {
 public:
     Pty();
 
-    // Of the device that the editor opens.
+    // The path of the device that the editor opens.
     [[nodiscard]] const std::string& Name() const { return name_; }
 
-    // Readable when something has come or the editor has opened or closed the device; writable when something
-    // can be sent.
+    // For poll. Line is readable when bytes have arrived, and writable when bytes can be sent. Watch is
+    // readable when the editor has opened or closed the device.
     [[nodiscard]] int Line() const { return master_.Get(); }
     [[nodiscard]] int Watch() const { return watch_.Get(); }
 
-    // What has come.
+    // The bytes that have arrived; empty when there are none.
     std::string Read();
 
-    // The count of bytes that were taken, from the first on; none when the editor does not fetch them.
+    // Sends as many bytes as fit, from the first on, and returns their number; 0 when the editor does not
+    // fetch them.
     std::size_t Write(std::string_view bytes);
 
-    // Whether something was sent that the editor has not fetched.
+    // Whether the editor has still to fetch something that was sent.
     [[nodiscard]] bool HasUnread() const;
 
     struct Visits {
@@ -53,14 +54,14 @@ public:
         int closed = 0;
     };
 
-    // How often the device was opened and closed since the last call. What was sent before a close and not
-    // fetched is thrown away, and so is a right of exclusive use that an editor could not hand back.
+    // How often the device was opened and closed since the last call. A close discards what was sent and not
+    // fetched, and takes back a right of exclusive use (TIOCEXCL) that an editor could not return.
     Visits TakeVisits();
 
 private:
     Descriptor master_;
     std::string name_;
-    // Without it the system would report a hang-up at this end whenever the editor closes its port.
+    // Kept open: otherwise the system would report a hang-up at this end whenever the editor closes its port.
     Descriptor slave_;
     Descriptor watch_;
 };

@@ -19,10 +19,10 @@ constexpr char kLineClear = '\x13';     // DC3
 
 constexpr std::size_t kClockDigits = 10;
 
-// How a field's value becomes the bytes of the reply.
+// How a field's value is encoded in the reply: as text, as one byte, or V, M and P as bytes.
 enum class Coding { text, number, usedMemory };
 
-// Positions count from 1, as in the device's manual.
+// A field of the reply, and its value at the start. Positions count from 1, as in the device's manual.
 struct FieldPlace {
     std::string_view name;
     std::size_t position;
@@ -64,15 +64,16 @@ constexpr std::array<FieldPlace, 9> kFields40{{
     {"printer", 40, 1, "1"},
 }};
 
+// The shape of a model's reply.
 struct Layout {
     std::string_view model;
     std::span<const FieldPlace> fields;
-    std::size_t length;        // with the "*"
-    std::size_t firstPart;     // what is sent before 0x13
+    std::size_t length;        // including the "*"
+    std::size_t firstPart;     // sent before 0x13
     std::size_t clockPosition; // of ddmmyyhhmm; 0: the device has no clock
 };
 
-// By Model.
+// In the order of Model.
 constexpr std::array<Layout, 4> kLayouts{{
     {"1.1", kFields11, 20, 18, 0},
     {"2.0", kFields30, 38, 38, 28},
@@ -85,6 +86,7 @@ const Layout& LayoutOf(Model model)
     return kLayouts.at(static_cast<std::size_t>(model));
 }
 
+// -1 when the text is not a number.
 int Number(std::string_view digits)
 {
     int number = -1;
@@ -129,12 +131,13 @@ std::string Encoded(const FieldPlace& field, std::string_view value)
     return std::string(field.width - value.size(), ' ') + std::string(value);
 }
 
+// Overwrites the reply from a position, counted from 1.
 void Put(std::string& reply, std::size_t position, std::string_view bytes)
 {
     reply.replace(position - 1, bytes.size(), bytes);
 }
 
-// ddmmyyhhmm.
+// The time as "ddmmyyhhmm".
 std::string ClockText(std::chrono::sys_seconds time)
 {
     const auto midnight = std::chrono::floor<std::chrono::days>(time);
@@ -146,7 +149,7 @@ std::string ClockText(std::chrono::sys_seconds time)
            TwoDigits(static_cast<unsigned>(ofDay.minutes().count()));
 }
 
-// From hhmmddmmyy; nothing when there is no such moment.
+// The time from "hhmmddmmyy"; nullopt when it does not exist.
 std::optional<std::chrono::sys_seconds> ClockTime(std::string_view digits)
 {
     constexpr int kCentury = 2000;
@@ -178,7 +181,7 @@ SimulatedBuffer::SimulatedBuffer(Model model, std::chrono::sys_seconds time, std
     , setAtMs_(nowMs)
 {
     const Layout& layout = LayoutOf(model);
-    reply_.front() = kStatusRequest; // a reply begins as its request
+    reply_.front() = kStatusRequest; // a reply begins with its request
     if (layout.firstPart == layout.length)
         reply_.back() = '*';
     for (const FieldPlace& field : layout.fields)
@@ -207,6 +210,7 @@ std::string SimulatedBuffer::Answer(char byte, std::int64_t nowMs)
             SetClock(nowMs);
         return {};
     }
+    // Any other byte ends a clock command, and is then a command of its own.
     clockDigits_.reset();
 
     switch (byte) {
@@ -238,7 +242,7 @@ std::string SimulatedBuffer::Status(std::int64_t nowMs)
         rest_ = reply.substr(layout.firstPart);
         return reply.substr(0, layout.firstPart);
     }
-    // The end mark and the answer to the 0x13 that is still to come arrive together.
+    // The answer to the 0x13 that is still to come is sent together with the end mark.
     return layout.firstPart == layout.length ? reply + kLineClear : reply;
 }
 

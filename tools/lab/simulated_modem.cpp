@@ -13,7 +13,7 @@ constexpr std::string_view kConnect = "CONNECT";
 constexpr char kEscape = '+';
 constexpr std::size_t kEscapes = 3;
 
-// Longer than any command; what is beyond it is lost.
+// Longer than any command; what comes after it is dropped.
 constexpr std::size_t kLongestLine = 1024;
 
 char Upper(char c)
@@ -93,6 +93,7 @@ void SimulatedModem::ReceiveCommand(char byte, std::int64_t nowMs)
 
 void SimulatedModem::ReceiveData(char byte, std::int64_t nowMs)
 {
+    // A "+" is held back until it is clear whether three in a row come; otherwise the device gets it.
     if (byte != kEscape) {
         device_->Receive(std::string(std::exchange(escapes_, 0), kEscape) + byte, nowMs);
     } else if (++escapes_ == kEscapes) {
@@ -104,7 +105,7 @@ void SimulatedModem::ReceiveData(char byte, std::int64_t nowMs)
 
 void SimulatedModem::Obey(std::string_view line, std::int64_t nowMs)
 {
-    if (!line.starts_with(kAttention)) // noise, as far as a modem is concerned
+    if (!line.starts_with(kAttention)) // noise, which a modem ignores
         return;
     const char command = line.size() > kAttention.size() ? line[kAttention.size()] : '\0';
     switch (command) {

@@ -12,21 +12,23 @@
 namespace corvrec::lab
 {
 
+// How the modem behaves. A member initialiser is the option's default.
 struct ModemBehaviour {
-    bool echo = false;   // commands come back
-    bool silent = false; // as one that is switched off
-    // What dialling leads to, after the delay. A text that begins with CONNECT makes the connection; with an
-    // empty one nothing ever comes.
+    bool echo = false;   // commands are sent back
+    bool silent = false; // answers nothing, as if switched off
+    // The answer to dialling, after the delay. A text that begins with CONNECT makes the connection. An empty
+    // text means that no answer ever comes.
     std::string dialAnswer = "CONNECT 9600";
     std::int64_t dialDelayMs = 1000;
 
     bool operator==(const ModemBehaviour&) const = default;
 };
 
-// A Hayes modem, and at the far end of its telephone line any device. Commands are lines that begin with AT
-// and end in a carriage return: ATD… dials, ATH and ATZ hang up, ATO goes back to the connection, all others
-// are just answered by OK. "+++" leads from the connection to the commands; no pauses are needed around it. A
-// byte that comes while dialling ends that with NO CARRIER, and so does a line that breaks.
+// A Hayes modem, with any device at the far end of its telephone line. Commands are lines that begin with AT
+// and end in a carriage return. ATD… dials, ATH and ATZ hang up, ATO returns to the connection; all others
+// are just answered with OK. "+++" switches from the connection to command mode; it needs no pauses around
+// it. A byte that arrives while dialling ends the dialling with NO CARRIER. A line that breaks ends the
+// connection with the same result.
 class SimulatedModem final : public LineDevice
 {
 public:
@@ -48,17 +50,21 @@ private:
     enum class State { command, dialling, online };
 
     void ReceiveCommand(char byte, std::int64_t nowMs);
+
+    // Passes a byte on to the device, or recognises "+++".
     void ReceiveData(char byte, std::int64_t nowMs);
     void Obey(std::string_view line, std::int64_t nowMs);
     void HangUp();
+
+    // Queues a result, such as OK, for the editor.
     void Tell(std::string_view result);
 
     std::unique_ptr<LineDevice> device_;
     ModemBehaviour behaviour_;
     State state_ = State::command;
-    bool isConnected_ = false; // also while commands are taken after "+++"
-    std::string line_;         // of a command, upper case, without its end
-    std::size_t escapes_ = 0;  // "+" that came last and are held back
+    bool isConnected_ = false; // also in command mode after "+++"
+    std::string line_;         // the command so far, in upper case
+    std::size_t escapes_ = 0;  // number of "+" held back, since they may become "+++"
     std::int64_t dialledMs_ = 0;
     std::string out_;
 };

@@ -9,19 +9,20 @@ namespace corvrec::lab
 
 enum class Direction { fromEditor, toEditor };
 
-// A line for each burst of bytes, and for each thing that happens to a port:
+// Writes one line for each burst of bytes and each event of a port:
 //
-//       3.021 COM1 opened
-//       3.024 COM1 < 13 02  ..
-//       3.024 COM1 > 13  .
+//      3.021 COM1 opened
+//      3.024 COM1 < 13 02  ..
+//      3.024 COM1 > 13  .
 //
-// The time is in seconds; "<" comes from the editor, ">" goes to it; the bytes are hexadecimal, then as ASCII
-// characters with a dot for those that cannot be printed. Every line is on its way when the call returns;
-// std::runtime_error when it cannot be.
+// The time is in seconds. "<" comes from the editor, ">" goes to it. The bytes are hexadecimal, then ASCII
+// with a dot for each that cannot be printed. Every line is flushed before the call returns; if that fails,
+// std::runtime_error is thrown.
 class Trace
 {
 public:
-    // Times of the calls count from this one. Nothing is written without an output.
+    // The times in the trace count from startMs. With a null output nothing is written; any other must
+    // outlive the trace.
     Trace(std::ostream* output, std::int64_t startMs)
         : output_(output)
         , startMs_(startMs)
