@@ -26,22 +26,24 @@ namespace corvrec
 namespace
 {
 
+// In the order of ScheduleKind.
 constexpr std::array kScheduleTexts{text::continuous, text::hourly, text::daily, text::weekly};
 
-// Height of the window at its first showing, in lines of text.
+// Limits for the window's height when it first opens, in lines of text.
 constexpr int kFewestLines = 22;
 constexpr int kMostLines = 36;
 
-// Size of the line under the list, as a part of the usual size of text.
+// Font size of the line below the list, relative to the normal size.
 constexpr double kSmallFont = 0.85;
 
-// The name of a key as the user's keyboard has it, where a menu shows it.
+// The part of a menu text that shows a key, named as on the user's keyboard.
 QString KeyColumn(Qt::Key key)
 {
     return u'\t' + QKeySequence(key).toString(QKeySequence::NativeText);
 }
 
-// Where a link leads, so that the user finds the file that is changed.
+// The settings file's path as shown, with links resolved, so that the user finds the file that is really
+// changed.
 QString ShownPath(const std::filesystem::path& file)
 {
     const QFileInfo info(QString::fromStdU16String(file.u16string()));
@@ -55,7 +57,7 @@ SiteRow RowOf(const ListedSite& site)
     return {.name = site.name, .code = site.code, .enabled = site.enabled, .schedule = ToStd(schedule)};
 }
 
-// Qt takes "[*]" out of a title; doubled, it is shown as it stands.
+// Qt removes "[*]" from a title; when doubled it is shown.
 QString TitleText(QString text)
 {
     return text.replace("[*]", "[*][*]");
@@ -72,8 +74,7 @@ frmSiti::frmSiti(Environment environment)
     connect(ui_->cmdRimuovi, &QPushButton::clicked, this, &frmSiti::cmdRimuovi_Click);
     connect(ui_->cmdProperties, &QPushButton::clicked, this, &frmSiti::cmdProperties_Click);
     connect(ui_->cmdChiudi, &QPushButton::clicked, this, &frmSiti::cmdChiudi_Click);
-    // Not "activated": where the desktop activates on a single click it would open the editor at each
-    // selection.
+    // Not "activated": on desktops that activate on a single click, each selection would open the editor.
     connect(ui_->dgrdGrigliaSiti, &QTableView::doubleClicked, this, &frmSiti::cmdProperties_Click);
     ui_->dgrdGrigliaSiti->installEventFilter(this);
     connect(ui_->dgrdGrigliaSiti, &SiteTable::MenuRequested, this, &frmSiti::ShowMenu);
@@ -138,6 +139,7 @@ std::span<const SiteRow> frmSiti::Sites() const
     return sites_.Rows();
 }
 
+// Load puts the port's name at the end of the title.
 int frmSiti::ComPort() const
 {
     return Whole16(LeadingNumber(ToStd(windowTitle().right(1))));
@@ -157,7 +159,7 @@ bool frmSiti::bCercaContAbilitata() const
     });
 }
 
-// As wide as the columns, and as high as the list of a usual recorder.
+// As wide as the columns, and high enough for the list of a typical recorder.
 QSize frmSiti::sizeHint() const
 {
     const QSize hint = QWidget::sizeHint();
@@ -168,7 +170,7 @@ QSize frmSiti::sizeHint() const
 bool frmSiti::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == ui_->dgrdGrigliaSiti && event->type() == QEvent::KeyPress) {
-        // click() does nothing on a button that is disabled.
+        // click() does nothing on a disabled button.
         switch (static_cast<QKeyEvent*>(event)->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
@@ -201,7 +203,7 @@ void frmSiti::resizeEvent(QResizeEvent* event)
     ShowFile();
 }
 
-// The commands of the buttons, which are enabled with them, and the one that has no button.
+// The context menu: the buttons' commands, enabled with their buttons, and the only command without a button.
 void frmSiti::MakeMenu()
 {
     const auto addButton = [this](QPushButton& button, Qt::Key key) {
@@ -232,7 +234,7 @@ void frmSiti::cmdAggiungi_Click()
     EditNewSite();
 }
 
-// A new site with the values of the marked one, but without its name and code.
+// Starts a new site with the values of the marked one, except name and code.
 void frmSiti::Duplica_Click()
 {
     StartNewSite();
@@ -264,7 +266,8 @@ void frmSiti::EditNewSite()
 
 void frmSiti::cmdRimuovi_Click()
 {
-    if (CurrentRow() < 0) // clicked while the last site was being removed, before the button was disabled
+    // The button may be clicked while the last site is being removed, before it is disabled.
+    if (CurrentRow() < 0)
         return;
     const QString question = Text(text::removingSite) + "\r" + Text(text::wantToContinue);
     if (!AskYesNo(this, question, MessageIcon::exclamation, Text(text::wantToContinue)))
@@ -282,7 +285,7 @@ void frmSiti::cmdRimuovi_Click()
 
 void frmSiti::cmdProperties_Click()
 {
-    if (CurrentRow() < 0) // as above
+    if (CurrentRow() < 0) // as in cmdRimuovi_Click
         return;
     editor_->InitFormDettagli();
     editor_->SetNuovo(false);
@@ -299,6 +302,7 @@ void frmSiti::cmdProperties_Click()
 
 void frmSiti::cmdChiudi_Click()
 {
+    // The rule that spans sites: checked only here, when the user closes the program with the button.
     if (lAbilitate() >= 2 && bCercaContAbilitata()) {
         ShowMessage(this, Text(text::continuousNotAlone), MessageIcon::exclamation, Text(text::attention));
         return;
@@ -312,7 +316,7 @@ int frmSiti::CurrentRow() const
     return marked.isEmpty() ? -1 : marked.constFirst().row();
 }
 
-// The grid stands on its only row by itself, so that commands never lack a site to act on.
+// The grid always marks a row if it has one, so that no command lacks a site to act on.
 void frmSiti::SetCurrentRow(int row)
 {
     ui_->dgrdGrigliaSiti->MarkRow(row);
@@ -325,8 +329,8 @@ void frmSiti::EnableCommands()
     ui_->cmdRimuovi->setEnabled(hasSites);
 }
 
-// Nothing reports a write that fails, or a site that the list has no room for at the next start: they are
-// said here, before they surprise anybody.
+// Nothing else reports a failed write, or a site for which the list will have no room at the next start. Say
+// so here before it surprises anybody.
 void frmSiti::ShowFile()
 {
     const QString path = ShownPath(environment_.directory / "Corvrec.ini");
@@ -339,7 +343,7 @@ void frmSiti::ShowFile()
     const int room = ui_->lblFile->width() - metrics.horizontalAdvance(note);
     ui_->lblFile->setText(metrics.elidedText(path, Qt::ElideMiddle, room) + note);
     ui_->lblFile->setAccessibleName(path + note);
-    ui_->lblFile->setAccessibleDescription(path + note); // not the markup of the tool tip
+    ui_->lblFile->setAccessibleDescription(path + note); // not the tool tip's mark-up
     ui_->lblFile->setToolTip(Qt::convertFromPlainText(path + note));
 }
 

@@ -20,25 +20,26 @@ namespace corvrec
 
 class frmDettaglio;
 
-// The site list, the program's main window: adds, removes and edits sites, and closes the program. It owns
-// the site array and the one rule that spans sites: a site of continuous acquisition may not be enabled
-// together with other sites.
+// The site list, the program's main window. It adds, removes and edits sites, and closes the program. It owns
+// the site array and enforces the one rule that spans sites: a site of continuous acquisition must not be
+// enabled together with other sites.
 class frmSiti : public QWidget, public SiteListView
 {
     Q_OBJECT
 
 public:
+    // What the environment refers to must outlive the window.
     explicit frmSiti(Environment environment);
     ~frmSiti() override;
 
-    // Reads the sites and the port from the settings file. False, after a message, when the file names no
-    // port: the program ends then.
+    // Reads the sites and the serial port from the settings file. False, after a message, when the file names
+    // no port; the program must end then.
     [[nodiscard]] bool Load();
 
-    // Creates the site editor, hidden.
+    // Creates the site editor, hidden. To be called once, before a site is edited.
     void LoadEditor();
 
-    // Makes the grid read the site array again.
+    // Makes the grid read the site array again, and marks the first row.
     void RefreshGrid();
 
     std::string SelectedSite() const override;
@@ -49,7 +50,7 @@ public:
     // Number of enabled sites.
     std::int32_t lAbilitate() const;
 
-    // Whether an enabled site is acquired continuously. Told by the shown text.
+    // Whether an enabled site is acquired continuously. Compared by displayed text.
     bool bCercaContAbilitata() const;
 
     QSize sizeHint() const override;
@@ -68,12 +69,18 @@ private:
     void cmdRimuovi_Click();
     void cmdProperties_Click();
     void cmdChiudi_Click();
+
+    // The first and the last part of adding a site; the caller sets values in between.
     void StartNewSite();
     void EditNewSite();
 
-    int CurrentRow() const; // the marked one; -1: none
+    int CurrentRow() const; // the marked row, or -1
     void SetCurrentRow(int row);
+
+    // Enables the commands that need a site.
     void EnableCommands();
+
+    // Shows the settings file's path below the list, and what is wrong with the file.
     void ShowFile();
 
     Environment environment_;

@@ -14,12 +14,13 @@
 int main(int argc, char* argv[])
 {
 #ifdef SIGXFSZ
-    // A limit on file sizes shall be a failed write, which leaves the file as it was, and not the end of the
-    // program.
+    // A limit on file sizes must be a failed write, which leaves the file as it was. By default the signal
+    // would end the program.
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
     QApplication application(argc, argv);
 
+    // With the system's separators: a new site's file names begin with this directory.
     const std::filesystem::path directory =
         std::filesystem::path(QCoreApplication::applicationDirPath().toStdU16String()).make_preferred();
     const std::unique_ptr<corvrec::ProfileFile> settings =

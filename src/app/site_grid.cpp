@@ -11,6 +11,7 @@ namespace corvrec
 namespace
 {
 
+// In the order of SiteColumn.
 constexpr std::array kCaptions{text::siteColumn, text::codeColumn, text::enabledColumn, text::scheduleColumn};
 
 QString CellText(const SiteRow& row, SiteColumn column)
@@ -85,7 +86,7 @@ QVariant SiteGrid::headerData(int section, Qt::Orientation orientation, int role
 {
     if (orientation != Qt::Horizontal)
         return {};
-    if (role == Qt::TextAlignmentRole) // as the cells below
+    if (role == Qt::TextAlignmentRole) // aligned like the cells below
         return QVariant::fromValue(Qt::AlignLeft | Qt::AlignVCenter);
     if (role != Qt::DisplayRole)
         return {};

@@ -9,10 +9,10 @@
 namespace corvrec
 {
 
-// Columns of the site list, as in the site array.
+// Columns of the site list, in the order of SiteRow's fields.
 enum class SiteColumn { name, code, enabled, schedule };
 
-// The site array as the grid's model: the grid reads it and owns no data of its own. Cells are read-only.
+// The site array as the grid's model. Cells are read-only. Rows count from 0 and must exist.
 class SiteGrid : public QAbstractTableModel
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
     void Remove(int row);
     void SetRow(int row, SiteRow site);
 
-    // Makes the views read everything again.
+    // Makes the views read everything again; clears their selection.
     void Refresh();
 
     int rowCount(const QModelIndex& parent = {}) const override;

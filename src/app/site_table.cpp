@@ -27,7 +27,7 @@ void SiteTable::MarkRow(int row)
 {
     const QModelIndex site = model()->index(row, 0);
     setCurrentIndex(site);
-    // The scroll bar does not know of new rows before they are laid out.
+    // The scroll bar does not know about new rows until they are laid out.
     executeDelayedItemsLayout();
     updateGeometries();
     scrollTo(site);
@@ -35,13 +35,13 @@ void SiteTable::MarkRow(int row)
 
 void SiteTable::keyboardSearch(const QString& search)
 {
-    // The base class searches the column of the current cell.
+    // The base class searches the current cell's column.
     if (currentIndex().isValid())
         selectionModel()->setCurrentIndex(currentIndex().siblingAtColumn(0), QItemSelectionModel::NoUpdate);
     QTableView::keyboardSearch(search);
 }
 
-// The base class would also take the mark away: by a click below the rows, or with Ctrl.
+// The base class would also clear the selection: on a click below the rows, or with Ctrl.
 QItemSelectionModel::SelectionFlags SiteTable::selectionCommand(const QModelIndex& index,
                                                                 const QEvent* /*event*/) const
 {
@@ -50,7 +50,7 @@ QItemSelectionModel::SelectionFlags SiteTable::selectionCommand(const QModelInde
     return QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
 }
 
-// Home and End lead to the first and the last site. By themselves they would move along the row.
+// Home and End go to the first and the last site. By default they move along the row.
 QModelIndex SiteTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
 {
     if (action == MoveHome)
@@ -60,6 +60,7 @@ QModelIndex SiteTable::moveCursor(CursorAction action, Qt::KeyboardModifiers mod
     return QTableView::moveCursor(action, modifiers);
 }
 
+// Wide enough for all columns without a cut.
 QSize SiteTable::viewportSizeHint() const
 {
     const int width = std::accumulate(wishedWidths_.begin(), wishedWidths_.end(), 0);
@@ -72,6 +73,7 @@ void SiteTable::resizeEvent(QResizeEvent* event)
     SetColumnWidths();
 }
 
+// A cell has a tool tip only if its text is cut.
 bool SiteTable::viewportEvent(QEvent* event)
 {
     if (event->type() != QEvent::ToolTip)
@@ -84,6 +86,7 @@ bool SiteTable::viewportEvent(QEvent* event)
     return true;
 }
 
+// By key the menu opens below the marked row, by mouse at the pointer.
 void SiteTable::contextMenuEvent(QContextMenuEvent* event)
 {
     const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
@@ -91,8 +94,8 @@ void SiteTable::contextMenuEvent(QContextMenuEvent* event)
     emit MenuRequested(isByKey ? belowRow : event->globalPos());
 }
 
-// Where the room is short, name and code give way: the code keeps up to half of what the two have, the name
-// the rest. The last column takes what is left over.
+// In a narrow window name and code give way: the code keeps up to half of their common width, the name gets
+// the rest. No column becomes narrower than its caption. The last column takes any width left over.
 void SiteTable::SetColumnWidths()
 {
     std::array<int, 4> widths = wishedWidths_;

@@ -7,10 +7,11 @@
 namespace corvrec
 {
 
-// The view of the site list. The marked row is always the current one, and while there is a site one row is
-// marked, whatever is clicked, pressed or dragged: a command acts on the row that the user sees marked.
+// The view of the site list. The marked row is always the current one, and as long as there is a site exactly
+// one row is marked, whatever is clicked, pressed or dragged: a command acts on the row that the user sees
+// marked.
 //
-// All columns stay in view: a name that is too long for the window is cut, and its tool tip shows it whole.
+// All columns stay visible. A name too long for the window is cut, and its tool tip shows it in full.
 class SiteTable : public QTableView
 {
     Q_OBJECT
@@ -18,17 +19,17 @@ class SiteTable : public QTableView
 public:
     using QTableView::QTableView;
 
-    // Measures every cell. To be called when the rows change; a change of the window's size needs no call.
+    // Measures every cell. To be called after the rows change; resizing the window needs no call.
     void FitColumns();
 
-    // Marks the row and brings it into view whole, also right after the rows have changed.
+    // Marks the row and scrolls all of it into view, even right after the rows have changed.
     void MarkRow(int row);
 
     // Finds a site by the beginning of its name, whichever column was clicked last.
     void keyboardSearch(const QString& search) override;
 
 signals:
-    // The user wants the context menu, by mouse or by key. `where` is its place on the screen.
+    // The user asks for the context menu, by mouse or key. `where` is its place on the screen.
     void MenuRequested(const QPoint& where);
 
 protected:
@@ -41,9 +42,10 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    // Distributes the view's width to the columns.
     void SetColumnWidths();
 
-    std::array<int, 4> wishedWidths_{}; // of each column, in pixels
+    std::array<int, 4> wishedWidths_{}; // of each column without a cut, in pixels
 };
 
 } // namespace corvrec

@@ -14,7 +14,7 @@ namespace corvrec
 namespace
 {
 
-// The program's own icon, so that it needs no installed theme.
+// The program's own icon, so that it does not depend on an installed theme.
 QIcon ProgramIcon()
 {
     QIcon icon;
@@ -23,8 +23,8 @@ QIcon ProgramIcon()
     return icon;
 }
 
-// Enter and Escape act once, however long they are held: what they bring to the front is not answered by the
-// key's repeats. A site would be saved that nobody has looked at, or changes thrown away.
+// Makes Enter and Escape act once, however long they are held. Otherwise the key's repeats would answer the
+// window that the first press brings up, saving a site that nobody has looked at, or discarding changes.
 class HeldKeys : public QObject
 {
 public:
@@ -40,7 +40,7 @@ public:
         case QEvent::ShortcutOverride:
         case QEvent::KeyPress:
             if (IsRepeat(*static_cast<QKeyEvent*>(event))) {
-                event->accept(); // nor is it a shortcut
+                event->accept(); // keeps it from being a shortcut too
                 return true;
             }
             break;
@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    // Under X11 a repeat is a release and a press of the same time, and Qt does not always know them as such.
+    // On X11 a repeat is a release and a press with the same time stamp, and Qt does not always recognise it.
     bool IsRepeat(const QKeyEvent& press) const
     {
         const int key = press.key();
@@ -61,7 +61,7 @@ private:
                (press.isAutoRepeat() || isSameTime);
     }
 
-    int released_ = 0;
+    int released_ = 0; // the key released last
     quint64 releasedAt_ = 0;
 };
 
@@ -71,7 +71,7 @@ int RunEditor(QApplication& application, const Environment& environment)
 {
     InstallTexts(application);
     QApplication::setWindowIcon(ProgramIcon());
-    // Under Wayland the desktop takes the icon from the desktop entry of this name.
+    // On Wayland the desktop takes the icon from the desktop entry with this name.
     QApplication::setDesktopFileName(QStringLiteral("org.corvanerecorder.CorvrecConfig"));
     const Guide guide(application);
     const HeldKeys heldKeys(application);

@@ -51,7 +51,8 @@ constexpr int files = 2;
 constexpr int behindLast = 3;
 } // namespace tab
 
-// How the schedule's controls look for a kind. A kind without a unit has no parameters.
+// How the schedule's controls look for a kind. A kind without a unit has no parameters. mask and format
+// belong to the interval field; interval is the text that it gets when the kind is chosen.
 struct KindRule {
     TextId kind;
     TextId help;
@@ -62,6 +63,7 @@ struct KindRule {
     bool weekdays;
 };
 
+// In the order of ScheduleKind.
 constexpr std::array<KindRule, 4> kKindRules{{
     {text::continuous, text::continuousHelp, std::nullopt, "", "", "1", false},
     {text::hourly, text::hourlyHelp, text::hoursFrom, "##:##", "hh:mm", "__:__", false},
@@ -69,6 +71,7 @@ constexpr std::array<KindRule, 4> kKindRules{{
     {text::weekly, text::weeklyHelp, text::weeksAt, "", "", "1", true},
 }};
 
+// In the order of the list, as kWeekdayRows.
 constexpr std::array kWeekdayNames{text::monday, text::tuesday,  text::wednesday, text::thursday,
                                    text::friday, text::saturday, text::sunday};
 
@@ -220,6 +223,7 @@ void frmDettaglio::InitFormDettagli()
     EnableConnectionKind(false);
     ui_->optLocale->setChecked(true);
     SelectRow(*ui_->cboTipoConn, device::pabx, *this, &frmDettaglio::cboTipoConn_Click);
+    // 1 stop bit, no parity, 8 data bits, 9600 baud; hardware handshake; continuous.
     SetRow(*ui_->cboBitStop, 0);
     SetRow(*ui_->cboParita, 0);
     SetRow(*ui_->cboBitDati, 1);
@@ -230,6 +234,7 @@ void frmDettaglio::InitFormDettagli()
     const DateTime now = environment_.clock.Now();
     ui_->mskOrario->setSelection(0, 2);
     ui_->mskOrario->setSelText(ToQt(TwoDigits(now.hour)));
+    // Position 2 is the colon, which filling in skips.
     ui_->mskOrario->setSelection(2, 2);
     ui_->mskOrario->setSelText(ToQt(TwoDigits(now.minute)));
 
@@ -329,6 +334,7 @@ bool frmDettaglio::eventFilter(QObject* watched, QEvent* event)
 
 // --- Rules of the connection page
 
+// What the device allows: handshake, local or remote connection, modem, high speeds, the status window.
 void frmDettaglio::cboTipoConn_Click()
 {
     const int row = ui_->cboTipoConn->currentIndex();
@@ -344,6 +350,7 @@ void frmDettaglio::cboTipoConn_Click()
         ui_->btnModem->setEnabled(false);
         ComboVelocita(false);
         break;
+    // The speed list stays as the previous device left it.
     case device::stratobox11:
         optLocale_Click();
         ui_->cmdSX->setEnabled(true);
@@ -496,6 +503,8 @@ void frmDettaglio::cmdFileAvanzate_Click()
     alerts_->exec();
 }
 
+// The window works with what the controls show, whether saved or not. It is created for each use, and so
+// closes its port at the end.
 void frmDettaglio::cmdSX_Click()
 {
     ui_->cmdSX->setFocus();
@@ -588,6 +597,7 @@ bool frmDettaglio::ScheduleComplete()
     return true;
 }
 
+// The file names first, then the site's name and code.
 bool frmDettaglio::TextsComplete()
 {
     struct Check {

@@ -126,6 +126,8 @@ void frmDettaglio::ShowFiles(const SiteRecord& site)
     ShowPath(site.logFile, *ui_->txtLog);
 }
 
+// Fills every field, since a save writes every key. A field that holds a row stays empty when its list has no
+// selection.
 SiteRecord frmDettaglio::TakeRecord() const
 {
     SiteRecord site;

@@ -19,7 +19,9 @@ namespace corvrec
 namespace
 {
 
-// Offered when the catalogue is empty. Any Hayes modem understands it.
+// Offered when the catalogue is empty; any Hayes modem understands it. Among other things it turns off
+// automatic answering (S0=0), makes the carrier line follow the carrier (&C1), which the buffer window
+// checks, and makes the modem hang up when DTR falls (&D2).
 constexpr auto kGenericInitString = "X3S0=0&M5&K0&C1&D2&R1";
 
 // The catalogue's names as a list model. Each name is made only when it is asked for, as there may be a
@@ -99,6 +101,7 @@ frmModem::Values frmModem::Take() const
 
 void frmModem::ShowRecord(const SiteRecord& site)
 {
+    // Without its rule: the site's own initialisation string follows, not the catalogue's.
     if (site.modemModel)
         SelectByPrefix(*ui_->cboModem, ToQt(*site.modemModel));
     if (site.initString)

@@ -99,7 +99,7 @@ public:
     }
 };
 
-// As Tab decides; a widget with a focus proxy leaves the focus to the proxy.
+// The same conditions as for Tab. A widget with a focus proxy leaves the focus to the proxy.
 bool CanTakeFocus(const QWidget& widget, const QWidget& scope)
 {
     return (widget.focusPolicy() & Qt::TabFocus) != 0 && widget.focusProxy() == nullptr &&

@@ -61,8 +61,8 @@ private:
 
     MaskedText masked_;
     QString format_;
-    std::optional<Selection> selectedByFocus_; // from the focus of a click until its press
-    std::optional<Selection> selectedAfter_;   // from that press until its release
+    std::optional<Selection> selectedByFocus_; // between a click's focus event and its press
+    std::optional<Selection> selectedAfter_;   // between that press and its release
     QPoint pressedAt_;
 };
 
