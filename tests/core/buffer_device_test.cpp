@@ -67,7 +67,7 @@ TEST(SXAzzeraLinea, PassesThePortsErrorOn)
     EXPECT_THAT([&] { SXAzzeraLinea(line.wait, 30000); }, Throws<PortError>());
 }
 
-// Every model that ends its reply with "*", and a number that is no model's.
+// Every model whose reply ends with "*", and numbers that belong to no model.
 class RiceviSXStatusByText : public testing::TestWithParam<int>
 {
 };
@@ -120,7 +120,8 @@ TEST(RiceviSXStatus, TakesOneMoreCharacterAtTheEnd)
     EXPECT_EQ(line.port.Waiting(), "?");
 }
 
-// The wait takes the line clear before its first pass, and looks at it after it has taken the next.
+// The wait consumes the line clear before its first pass, and looks at it only after it has taken the next
+// character.
 TEST(RiceviSXStatus, TakesTwoMoreCharactersWhenTheLineClearWaitsAlready)
 {
     SerialLine line;
@@ -133,7 +134,7 @@ TEST(RiceviSXStatus, TakesTwoMoreCharactersWhenTheLineClearWaitsAlready)
     EXPECT_EQ(line.port.Waiting(), ".");
 }
 
-TEST(RiceviSXStatus, OfA11Takes18AndThen2AndThen1)
+TEST(RiceviSXStatus, Takes18Then2Then1CharactersFromAnA11)
 {
     SerialLine line;
     line.port.Answer(kStatusRequest, "abc*efghijklmno\x13qr");
@@ -146,7 +147,7 @@ TEST(RiceviSXStatus, OfA11Takes18AndThen2AndThen1)
     EXPECT_EQ(line.port.Waiting(), "v");
 }
 
-TEST(RiceviSXStatus, OfA11IsAsLongAsWhatCame)
+TEST(RiceviSXStatus, ReturnsAShortReplyOfAnA11)
 {
     SerialLine line;
     line.port.Answer(kStatusRequest, "abcdefghijklmnopqr");
@@ -175,7 +176,7 @@ TEST_P(SilentDevice, GivesAnEmptyReplyAfterBothTimeOuts)
 
 INSTANTIATE_TEST_SUITE_P(, SilentDevice, testing::Values(11, 20, 30, 40));
 
-TEST(RiceviSXStatus, KeepsAPartOfAReply)
+TEST(RiceviSXStatus, ReturnsAPartialReply)
 {
     SerialLine line;
     line.pump.At(10, [&] {
@@ -238,7 +239,7 @@ TEST(RiceviSXStatus, LeavesThePortReadingAllThatIsThere)
     EXPECT_EQ(line.port.InputLen(), 0);
 }
 
-TEST(RiceviSXStatus, EndsWithThePortsErrorWhenThePortGoesBeforeTheStar)
+TEST(RiceviSXStatus, ThrowsWhenThePortIsLostBeforeTheStar)
 {
     SerialLine line;
     line.pump.At(10, [&] { line.port.Receive("status"); });
@@ -250,7 +251,7 @@ TEST(RiceviSXStatus, EndsWithThePortsErrorWhenThePortGoesBeforeTheStar)
     EXPECT_EQ(Elapsed(line), 15);
 }
 
-TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesAfterTheStar)
+TEST(RiceviSXStatus, KeepsTheReplyWhenThePortIsLostAfterTheStar)
 {
     SerialLine line;
     line.pump.At(10, [&] { line.port.Receive("status*"); });
@@ -262,8 +263,8 @@ TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesAfterTheStar)
     EXPECT_EQ(Elapsed(line), 15);
 }
 
-// All of it is received, and most of it not yet taken.
-TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesWithTheStar)
+// All characters are received, and most of them are not yet taken.
+TEST(RiceviSXStatus, KeepsTheReplyWhenThePortIsLostWithTheStar)
 {
     SerialLine line;
     line.pump.At(10, [&] {
@@ -274,7 +275,7 @@ TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesWithTheStar)
     EXPECT_EQ(RiceviSXStatus(line.wait, 40, 30000), "status*");
 }
 
-TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesAfterTheLineClear)
+TEST(RiceviSXStatus, KeepsTheReplyWhenThePortIsLostAfterTheLineClear)
 {
     SerialLine line;
     line.port.Answer(kStatusRequest, "status*");
@@ -286,7 +287,7 @@ TEST(RiceviSXStatus, KeepsAReplyWhosePortGoesAfterTheLineClear)
     EXPECT_EQ(RiceviSXStatus(line.wait, 30, 30000), "status*\x13");
 }
 
-TEST(RiceviSXStatus, OfA11IsKeptWhenThePortGoesAfterAll20)
+TEST(RiceviSXStatus, KeepsAnA11sReplyWhenThePortIsLostAfterAll20Characters)
 {
     SerialLine line;
     line.port.Answer(kStatusRequest, "abcdefghijklmnopqr");
@@ -298,7 +299,7 @@ TEST(RiceviSXStatus, OfA11IsKeptWhenThePortGoesAfterAll20)
     EXPECT_EQ(RiceviSXStatus(line.wait, 11, 30000), "abcdefghijklmnopqrst");
 }
 
-TEST(RiceviSXStatus, OfA11EndsWithThePortsErrorWhenThePortGoesAfter18)
+TEST(RiceviSXStatus, ThrowsWhenAnA11sPortIsLostAfter18Characters)
 {
     SerialLine line;
     line.port.Answer(kStatusRequest, "abcdefghijklmnop*r");
@@ -307,7 +308,7 @@ TEST(RiceviSXStatus, OfA11EndsWithThePortsErrorWhenThePortGoesAfter18)
     EXPECT_THAT([&] { static_cast<void>(RiceviSXStatus(line.wait, 11, 30000)); }, Throws<PortError>());
 }
 
-TEST(RiceviSXStatus, OfADeviceThatNeverStopsStaysSmall)
+TEST(RiceviSXStatus, StaysSmallWhenTheDeviceNeverStops)
 {
     SerialLine line;
     line.pump.SetPassMs(3);
@@ -319,7 +320,7 @@ TEST(RiceviSXStatus, OfADeviceThatNeverStopsStaysSmall)
     EXPECT_EQ(Elapsed(line), 2 * 200'004);          // each wait's last pass begins at 200 001
 }
 
-TEST(ImpostaDataOra, SendsEachDigitWithAPauseBehindIt)
+TEST(ImpostaDataOra, PausesAfterEachDigit)
 {
     SerialLine line;
 

@@ -34,8 +34,8 @@ struct Sample {
     std::string_view reply;
 };
 
-// What a label shows once so many characters of the sample reply have come: the entry with the highest length
-// that is not above.
+// What a label shows by the number of characters received: the entry with the highest length up to that
+// number.
 using Growth = std::map<std::size_t, std::string>;
 
 struct SampleField {
@@ -58,7 +58,7 @@ TEST_P(CutReply, ShowsWhatHasCome)
 {
     const auto& [name, sample, field, growth] = GetParam();
     for (std::size_t length = 0; length <= sample.reply.size(); ++length) {
-        // Memory of its own: a sanitizer sees a read beyond it.
+        // A buffer of its own, so that a sanitizer sees a read beyond its end.
         const std::string cut(sample.reply.substr(0, length));
         const BufferStatus status = sample.decode(cut);
 
@@ -74,7 +74,7 @@ std::string NameOf(const testing::TestParamInfo<Param>& info)
     return info.param.name;
 }
 
-// Each part with the position of its first character.
+// The position of each part's first character.
 constexpr Sample k30{Sx30Status,
                      "\x02"      // 1
                      "0262144"   // 2
@@ -146,7 +146,7 @@ INSTANTIATE_TEST_SUITE_P(
         SampleField{"lblModem", k30, &BufferStatus::modem, {{0, "N/A"}}}),
     NameOf<SampleField>);
 
-// Each part with the position of its first character.
+// The position of each part's first character.
 constexpr Sample k40{Sx40Status,
                      "\x02"      // 1
                      "0524288"   // 2
@@ -216,7 +216,7 @@ INSTANTIATE_TEST_SUITE_P(
         SampleField{"lblSelezione", k40, &BufferStatus::selezione, {{0, "N/A"}}}),
     NameOf<SampleField>);
 
-// Each part with the position of its first character.
+// The position of each part's first character.
 constexpr Sample k11{Sx11Status,
                      "\x02"    // 1
                      "07"      // 2
@@ -260,7 +260,7 @@ INSTANTIATE_TEST_SUITE_P(
         SampleField{"lblModem", k11, &BufferStatus::modem, {{0, "N/A"}}}),
     NameOf<SampleField>);
 
-// A field of one byte: what each of the 256 shows.
+// A field of one byte, and what each of the 256 values shows.
 struct CodedField {
     const char* name;
     Sample sample;

@@ -12,7 +12,7 @@ namespace corvrec
 namespace
 {
 
-// Seconds since the epoch of a local time, by the C library and not by the code under test.
+// Seconds since the epoch of a local time, computed by the C library instead of the code under test.
 std::time_t SecondsOf(const DateTime& local)
 {
     std::tm parts{};
@@ -39,8 +39,7 @@ TEST(SystemClock, NowIsTheLocalTime)
 
     const std::time_t now = SecondsOf(clock.Now());
 
-    // In the hour that a change back from summer time repeats, the local time does not tell which of the two
-    // it is.
+    // The hour before the end of summer time comes twice, and the local time is ambiguous.
     const std::time_t repeatedHour = 3600;
     EXPECT_GE(now, before - repeatedHour);
     EXPECT_LE(now, std::time(nullptr) + repeatedHour);
@@ -68,7 +67,7 @@ TEST(SystemClock, SleepLastsAsLongAsAsked)
     EXPECT_GE(std::chrono::steady_clock::now() - before, std::chrono::milliseconds(2));
 }
 
-TEST(FakeClock, StandsStillUntilTold)
+TEST(FakeClock, MovesOnlyWhenAsked)
 {
     FakeClock clock;
     const DateTime date{.year = 2024, .month = 2, .day = 29, .hour = 23, .minute = 59, .second = 58};

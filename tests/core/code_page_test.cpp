@@ -20,7 +20,7 @@ std::string AllBytes()
     return bytes;
 }
 
-TEST(CodePage, EveryByteSurvivesTheWayThereAndBack)
+TEST(CodePage, EveryByteSurvivesARoundTrip)
 {
     const std::string bytes = AllBytes();
 
@@ -62,7 +62,7 @@ TEST(CodePage, ACharacterOutsideThePageBecomesOneQuestionMark)
               "a?b");
 }
 
-TEST(CodePage, TheNumberOfAnAssignedByteIsNoCharacterOfThePage)
+TEST(CodePage, ACharacterWithTheNumberOfAnAssignedByteIsOutsideThePage)
 {
     EXPECT_EQ(Cp1252FromUtf8("\xC2\x80"), "?"); // U+0080; the byte 80 is the euro sign
     EXPECT_EQ(Cp1252FromUtf8("\xC2\x9F"), "?");
@@ -112,7 +112,7 @@ TEST(CodePage, NulIsACharacterLikeOthers)
     EXPECT_EQ(Utf8FromCp1252("a\0b"s), "a\0b"s);
 }
 
-TEST(CodePage, NothingGivesNothing)
+TEST(CodePage, EmptyTextStaysEmpty)
 {
     EXPECT_EQ(Cp1252FromUtf8(""), "");
     EXPECT_EQ(Utf8FromCp1252(""), "");

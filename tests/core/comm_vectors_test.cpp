@@ -13,15 +13,14 @@
 #include <map>
 #include <string>
 
-// The lists of tests/data/conversions.json that the device logic serves; README.md beside it tells their
-// fields.
+// The lists of tests/data/conversions.json for the device logic; the README.md there explains their fields.
 namespace corvrec
 {
 
 namespace
 {
 
-// "41 54 0d" as the bytes.
+// The bytes of hexadecimal text such as "41 54 0d".
 std::string BytesOf(const Json& one, const char* field)
 {
     const std::string hex = TextOf(one, field);
@@ -31,7 +30,7 @@ std::string BytesOf(const Json& one, const char* field)
     return bytes;
 }
 
-// "2026-11-21T10:20:30"
+// A moment such as "2026-11-21T10:20:30".
 DateTime MomentOf(const Json& one)
 {
     const std::string iso = TextOf(one, "now");
@@ -156,7 +155,7 @@ TEST(CommVectors, Reply11)
     });
 }
 
-// Each wait is brought to an end at the case's moment, by a character or by a cancel when its time is not up.
+// Each wait ends at the case's moment: by a character, by a cancel, or because its time is up.
 TEST(CommVectors, WaitResult)
 {
     ForEachCase("wait_result", [](const Json& one) {
@@ -164,8 +163,8 @@ TEST(CommVectors, WaitResult)
         const auto timeOutMs = one.at("timeout").get<int>();
         const bool cancel = one.at("cancel").get<bool>();
         SerialLine line;
-        line.pump.At(elapsed, [&] {     // a pass that brings the clock there,
-            line.pump.At(elapsed, [&] { // and one that begins there
+        line.pump.At(elapsed, [&] {     // a pass that sets the clock to that moment,
+            line.pump.At(elapsed, [&] { // and one that begins at it
                 line.cancel.raised = cancel;
                 line.port.Receive("a");
             });

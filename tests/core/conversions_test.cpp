@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-// What the list of shared cases does not hold: limits, and texts that no field and no file should bring.
+// What the shared vectors leave out: limits, and texts that no field and no file should contain.
 namespace corvrec
 {
 
@@ -94,7 +94,7 @@ TEST(TwoDigits, PutsTheSignInFrontOfThem)
 
 TEST(PercentText, RoundsTheDecimalForm)
 {
-    EXPECT_EQ(PercentText(1.005), "1,01"); // a little below in binary
+    EXPECT_EQ(PercentText(1.005), "1,01"); // slightly less in binary
     EXPECT_EQ(PercentText(0.015), ",02");
     EXPECT_EQ(PercentText(1.0049999), "1,");
     EXPECT_EQ(PercentText(7.9949999999999992), "7,99"); // one step below 7.995
@@ -102,7 +102,7 @@ TEST(PercentText, RoundsTheDecimalForm)
     EXPECT_EQ(PercentText(10), "10,");
 }
 
-TEST(PercentText, WritesNoSignForANegativeNumberThatRoundsToNothing)
+TEST(PercentText, WritesNoSignForANegativeNumberThatRoundsToZero)
 {
     EXPECT_EQ(PercentText(-0.004), ",");
     EXPECT_EQ(PercentText(-0.5), "-,5");
@@ -141,7 +141,7 @@ TEST(Interval, EndsAtTheLastWholeCountThatIsReadBack)
     EXPECT_EQ(IntervalText(ScheduleKind::weekly, "-9007199254368000"), "-14892855910");
 }
 
-TEST(Interval, HourlyTakesWhatDigitsTheFieldHolds)
+TEST(Interval, OfTheHourlyKindMayBeIncomplete)
 {
     EXPECT_EQ(StoredInterval(ScheduleKind::hourly, ""), " 0");
     EXPECT_EQ(StoredInterval(ScheduleKind::hourly, "__:__"), " 0");
@@ -151,7 +151,7 @@ TEST(Interval, HourlyTakesWhatDigitsTheFieldHolds)
     EXPECT_EQ(StoredInterval(ScheduleKind::hourly, "9999999999:9999999999"), " 7859790148020");
 }
 
-TEST(Interval, OfAnUnknownKindIsThatOfTheContinuousOne)
+TEST(Interval, OfAnUnknownKindIsThatOfTheContinuousKind)
 {
     const auto unknown = static_cast<ScheduleKind>(7);
 
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Start{"blankInside", "08 :30", "__:__"}, Start{"twoMarks", "08:30pp", "__:__"}),
     [](const auto& row) { return row.param.name; });
 
-TEST(StartTime, TwoMarksAreOneMark)
+TEST(StartTime, TwoMarksCountAsOne)
 {
     EXPECT_TRUE(ReadStartTime("08:30pp").marked);
 }
@@ -211,7 +211,7 @@ TEST(FlowCharacter, EveryControlCharacterIsStoredAsItWasRead)
     }
 }
 
-TEST(FlowCharacter, OfAnEmptyFieldDoesNotExist)
+TEST(FlowCharacter, AnEmptyFieldCannotBeStored)
 {
     EXPECT_THROW(StoredFlowCharacter({.control = true, .text = ""}), std::out_of_range);
 }

@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-// The lists of tests/data/conversions.json that config/ serves; README.md beside it tells their fields.
+// The lists of tests/data/conversions.json for src/core/site; the README.md there explains their fields.
 namespace corvrec
 {
 
@@ -105,7 +105,7 @@ TEST(ConversionVectors, ScheduleKindFromText)
 
 TEST(ConversionVectors, ScheduleKindOfTheSiteList)
 {
-    // The texts of the four kinds follow each other in the string table; 0 stands for an empty cell.
+    // The texts of the four kinds are consecutive in the string table; 0 means an empty cell.
     constexpr int kFirstKindText = 10724;
     ForEachCase("schedule_kind_from_text", [](const Json& one) {
         SettingsFile file("[Siti]\r\nUFF=Ufficio\r\n[UFF]\r\nRicorrenza=" + TextOf(one, "in") + "\r\n");
@@ -142,7 +142,7 @@ TEST(ConversionVectors, WeekdayRowsFromMask)
 
         LoadSite(*file, "UFF", site);
 
-        auto rows = one.at("before").get<std::set<std::size_t>>(); // marks are only ever added
+        auto rows = one.at("before").get<std::set<std::size_t>>(); // marks are only added
         for (std::size_t row = 0; row < kWeekdayRows.size(); ++row) {
             if ((site.weekdays.value() & kWeekdayRows.at(row)) != 0)
                 rows.insert(row);
@@ -227,7 +227,7 @@ TEST(ConversionVectors, ControlCharLoad)
     });
 }
 
-// Nothing: there is no such character to store.
+// nullopt: there is no such character to store.
 std::optional<std::string> Stored(const FlowCharacter& character)
 {
     try {

@@ -17,7 +17,8 @@ namespace
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 
-// UTF-16 little endian with its mark; the bytes 80 to 9F are not in use here, all others keep their number.
+// UTF-16 little endian with a byte order mark. Bytes keep their number; 80 to 9F, which would not, do not
+// occur here.
 std::string Wide(std::string_view text)
 {
     std::string wide = "\xFF\xFE";
@@ -58,21 +59,21 @@ TEST(IniText, AValueThatDiffersInABlankIsWritten)
     EXPECT_EQ(text.Put("MI", "Ogni", "62"), (Edit{.offset = 11, .removed = 3, .inserted = "62"}));
 }
 
-TEST(IniText, ANewKeyGoesBehindTheLastKeyBeforeCommentsAndBlankLines)
+TEST(IniText, ANewKeyFollowsTheLastKeyBeforeCommentsAndBlankLines)
 {
     IniText text("[MI]\nA=1\n; note\n\n[NA]\n");
 
     EXPECT_EQ(text.Put("MI", "B", "2"), (Edit{.offset = 9, .removed = 0, .inserted = "B=2\r\n"}));
 }
 
-TEST(IniText, ANewSectionGoesToTheEndBehindALineEnd)
+TEST(IniText, ANewSectionIsAppendedAfterALineEnd)
 {
     IniText text("[MI]\r\nA=1");
 
     EXPECT_EQ(text.Put("NA", "B", "2"), (Edit{.offset = 9, .removed = 0, .inserted = "\r\n[NA]\r\nB=2\r\n"}));
 }
 
-TEST(IniText, AnErasedSectionLeavesItsCommentsInOneEdit)
+TEST(IniText, ErasingASectionKeepsItsCommentsAndIsOneEdit)
 {
     IniText text("[A]\r\nk=1\r\n[B]\r\n; one\r\nk=2\r\n\r\nbare\r\n; two\r\n[C]\r\n");
 
@@ -107,7 +108,7 @@ TEST(IniText, LongValuesCountModulo65536)
     EXPECT_EQ(text.Read("A", "more", "none", 100), "yy");
 }
 
-TEST(IniText, AHeaderIsFoundBehindEveryKindOfBlank)
+TEST(IniText, AHeaderIsFoundAfterEveryKindOfBlank)
 {
     IniText text("x=0\r\n \t\v\f\x1A\0[A]\rk=1"s);
 
@@ -123,7 +124,7 @@ TEST(IniText, ABracketInsideALineIsNoHeader)
     EXPECT_EQ(text.Keys("C[B", "none", 100), "none");
 }
 
-// The page's letters in pairs; every other byte is its own partner.
+// The code page's pairs of letters; every other byte is its own upper case.
 char UpperOf(char byte)
 {
     constexpr auto upper = "ABCDEFGHIJKLMNOPQRSTUVWXYZ\x8A\x8C\x8E\x9F"
@@ -136,7 +137,7 @@ char UpperOf(char byte)
     return index == std::string_view::npos ? byte : upper[index];
 }
 
-// All bytes that a name may hold.
+// All bytes that a name may contain.
 std::string NameBytes()
 {
     std::string bytes;
@@ -234,7 +235,7 @@ TEST(IniText, Utf16OfOddLengthIsReadAndNeverChanged)
     EXPECT_EQ(text.EraseSection("A"), std::nullopt);
 }
 
-TEST(IniText, FillerChangesNoReading)
+TEST(IniText, FillerIsNeverRead)
 {
     EXPECT_EQ(IniText("[A]").Filler(0), "");
     EXPECT_EQ(IniText("[A]").Filler(1), "\n");
@@ -266,9 +267,9 @@ TEST(IniText, KeysAreFoundWhileTheirSectionGrowsAndShrinks)
     EXPECT_EQ(text.Read("B", "fine", "none", 100), "1");
 }
 
-TEST(IniText, AKeyThatComesWithAValueIsFoundBesideOneThatOnlyReadsLikeIt)
+TEST(IniText, AKeyInsideAWrittenValueIsFoundBeforeOneThatOnlyReadsLikeIt)
 {
-    // The second name, outside the page, reads as '?' and equals no name.
+    // The second name holds a character outside the code page: it reads as '?' and matches no name.
     const std::string outside = "\x16\x04" + Wide("=5\r\n").substr(2);
     IniText text(Wide("[A]\r\nk=1\r\n") + outside);
     ASSERT_EQ(text.Read("A", "?", "none", 100), "none");
@@ -280,7 +281,7 @@ TEST(IniText, AKeyThatComesWithAValueIsFoundBesideOneThatOnlyReadsLikeIt)
     EXPECT_EQ(text.Bytes(), Wide("[A]\r\nk=2\r\n?=8\r\n") + outside);
 }
 
-// Random files of awkward pieces, and random edits of them. A fixed seed: the same cases at every run.
+// Random files made of awkward pieces, and random edits. A fixed seed repeats the same cases in every run.
 class RandomIniText : public testing::Test
 {
 protected:
@@ -309,7 +310,7 @@ protected:
         return names.at(Below(names.size()));
     }
 
-    // The same random change of both, which hold the same text. The edit is the first one's.
+    // Makes the same random change to both, which hold the same text, and returns the edit of the first.
     Edit ChangeBoth(IniText& first, IniText& second)
     {
         const std::string_view section = Name();
@@ -334,7 +335,7 @@ private:
     std::mt19937 random_{20260303}; // NOLINT(cert-msc51-cpp): repeatable on purpose
 };
 
-// Every answer about the names in use, as one text.
+// Every answer about the names in use, joined.
 std::string AllAnswers(IniText& text)
 {
     std::string answers;
@@ -346,13 +347,13 @@ std::string AllAnswers(IniText& text)
     return answers;
 }
 
-TEST_F(RandomIniText, AnswersLikeAFreshOneAfterEveryEdit)
+TEST_F(RandomIniText, AnswersLikeAFreshObjectAfterEveryEdit)
 {
     for (int step = 0; step < 5000; ++step) {
         if (step % 12 == 0)
             text = IniText(Pieces(30));
         const std::string before = text.Bytes();
-        AllAnswers(text); // so that there is an index to be kept
+        AllAnswers(text); // so that it has an index to maintain
         IniText fresh(before);
 
         const Edit edit = ChangeBoth(text, fresh);
@@ -368,7 +369,7 @@ TEST_F(RandomIniText, GivesTheSameTextInUtf16AsInSingleBytes)
     IniText wide;
     for (int step = 0; step < 5000; ++step) {
         if (step % 12 == 0) {
-            text = IniText(";\n" + Pieces(30)); // never empty: a lone mark counts as an unfinished line
+            text = IniText(";\n" + Pieces(30)); // never empty: a byte order mark alone is an unfinished line
             wide = IniText(Wide(text.Bytes()));
         }
 

@@ -1,5 +1,4 @@
-// What reading takes of the heap at most, whatever a file holds. Counted in bytes, so no figure depends on
-// time.
+// Peak heap use of reading, for any content of a file. Counted in bytes, so it does not depend on timing.
 #include "core/file/ini_text.h"
 #include "core/site/modem_catalogue.h"
 #include "tests/support/settings_file.h"
@@ -65,7 +64,7 @@ namespace
 constexpr std::size_t kMebibyte = std::size_t{1024} * 1024;
 constexpr std::size_t kFileSize = kMebibyte;
 
-// Bytes of the heap that the action takes at most, in addition to what is taken already.
+// The most bytes that the action allocates at a time, in addition to what is allocated already.
 std::size_t PeakOf(const std::function<void()>& action)
 {
     const std::size_t before = allocated;
@@ -83,7 +82,7 @@ std::string Repeated(std::string_view piece)
     return bytes;
 }
 
-// Names of three letters between head and tail, each another one as long as there are any.
+// Lines of head, a name of three letters, and tail. The names differ until all combinations are used up.
 std::string Numbered(std::string_view begin, std::string_view head, std::string_view tail)
 {
     std::string bytes(begin);
@@ -156,7 +155,7 @@ TEST_P(Memory, OfAFileIsAtMostTenTimesItsSize)
     const SettingsFile place;
     place.Rewrite(GetParam().bytes());
     const auto takes = [&](const std::function<void(ProfileFile&)>& use) {
-        // The key without a name that is deleted may be the most of the file.
+        // Erasing the key without a name may shrink the file to almost nothing.
         const std::size_t size = std::max(std::filesystem::file_size(place.Path()), kMebibyte / 4);
         EXPECT_LE(PeakOf([&] { use(*OpenProfileFile(place.Path())); }), 10 * size);
     };
@@ -198,8 +197,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Content{"wideLineEnds", [] { return Wide(Repeated("\n")); }}),
     [](const auto& test) { return std::string(test.param.name); });
 
-// A million models without a name and a string.
-TEST(CatalogueMemory, OfLineEndsIsThatOfTheirPlaces)
+// A million models without name and string.
+TEST(CatalogueMemory, OfAFileOfLineEndsIsThatOfTheirPositions)
 {
     const SettingsFile place;
     const std::filesystem::path file = place.Directory() / "modem.dat";
@@ -212,7 +211,7 @@ TEST(CatalogueMemory, OfLineEndsIsThatOfTheirPlaces)
     EXPECT_EQ(models, kMebibyte);
 }
 
-TEST(CatalogueMemory, OfAFileOf4GiBWithoutDataIsThatOfWhatIsRead)
+TEST(CatalogueMemory, OfASparse4GiBFileIsThatOfThePartRead)
 {
     const SettingsFile place("");
     const std::filesystem::path file = place.Directory() / "modem.dat";

@@ -40,7 +40,7 @@ private:
 using ForCount = ReplyWaitTest;
 using ForText = ReplyWaitTest;
 
-TEST_F(ForCount, TakesSoManyCharactersAndLeavesTheRest)
+TEST_F(ForCount, TakesTheGivenNumberOfCharactersAndLeavesTheRest)
 {
     line_.port.Receive("abcdef");
 
@@ -106,7 +106,7 @@ TEST_F(ForCount, OfASilentDeviceTimesOutOnceTheTimeIsPast)
 
 TEST_F(ForCount, EndedExactlyAtItsTimeOutIsASuccess)
 {
-    line_.pump.At(3000, [] {}); // some event of a window
+    line_.pump.At(3000, [] {}); // any event of a window
 
     const Wait result = line_.wait.ForCount(3000, 1, buffer_);
 
@@ -135,7 +135,7 @@ TEST_F(ForCount, DoesNotRestWhileCharactersWait)
     EXPECT_EQ(Elapsed(), 0);
 }
 
-TEST_F(ForCount, GoesOnRestingAfterAnEventThatBringsNothing)
+TEST_F(ForCount, RestsAgainAfterAnEventThatBringsNothing)
 {
     line_.pump.At(10, [] {});
     line_.pump.At(20, [] {});
@@ -210,7 +210,7 @@ TEST_F(ForCount, PassesThePortsErrorOnAndReadsAsBefore)
     EXPECT_EQ(buffer_, "a");
 }
 
-TEST_F(ForCount, OnAClosedPortIsThePortsError)
+TEST_F(ForCount, ThrowsOnAClosedPort)
 {
     line_.port.Close();
 
@@ -246,9 +246,9 @@ TEST_F(ForText, FindsAnUpperCaseReply)
     EXPECT_EQ(buffer_, "CONNECT");
 }
 
-TEST_F(ForText, ComparesNothingButLettersWithoutRegardToCase)
+TEST_F(ForText, IgnoresTheCaseOfLettersOnly)
 {
-    // All 0x20 apart, as upper and lower case are.
+    // Bytes that differ by 0x20, as upper and lower case do.
     const std::vector<std::pair<std::string, std::string>> pairs{{"[", "{"}, {"@", "`"}, {"\xC8", "\xE8"}};
     for (const auto& [received, text] : pairs) {
         line_.port.Receive(received);
@@ -409,7 +409,7 @@ TEST_F(ForText, PassesThePortsErrorOnAndReadsAsBefore)
     EXPECT_EQ(Elapsed(), 200);
 }
 
-TEST_F(ForText, OnAPortThatIsGoneIsThePortsErrorAtOnce)
+TEST_F(ForText, ThrowsAtOnceOnALostPort)
 {
     line_.port.SetInputLen(7);
     line_.port.Lose();
@@ -420,7 +420,7 @@ TEST_F(ForText, OnAPortThatIsGoneIsThePortsErrorAtOnce)
     EXPECT_THAT(line_.pump.MayRest(), IsEmpty());
 }
 
-// A device that sends a character every three milliseconds without end, first "begin", after 299 s the text.
+// A device that sends "begin", then a character every three milliseconds, and after 299 s the text.
 class Flood : public ReplyWaitTest
 {
 protected:
@@ -436,7 +436,7 @@ protected:
     }
 };
 
-TEST_F(Flood, LeavesTheBeginningAndTheEndInTheBuffer)
+TEST_F(Flood, KeepsTheBeginningAndTheEndInTheBuffer)
 {
     const Wait result = line_.wait.ForText(300'000, "connect", buffer_);
 
@@ -450,7 +450,7 @@ TEST_F(Flood, IsTimedOutLikeSilence)
 {
     EXPECT_EQ(line_.wait.ForText(290'000, "connect", buffer_), Wait::timeOut);
 
-    EXPECT_EQ(Elapsed(), 290'004); // the last pass began at 290 001
+    EXPECT_EQ(Elapsed(), 290'004); // the last pass begins at 290 001
 }
 
 TEST_F(Flood, NeverGrowsABufferThatKeepsNothing)
@@ -475,7 +475,7 @@ TEST_F(Flood, IsEndedByTheCancelFlag)
     EXPECT_EQ(Elapsed(), 50'001);
 }
 
-// The text is found wherever it lies in relation to what the buffer keeps.
+// The text is found wherever it is relative to the part that the buffer keeps.
 class KeptHead : public ReplyWaitTest, public testing::WithParamInterface<std::size_t>
 {
 };
@@ -492,7 +492,7 @@ TEST_P(KeptHead, DoesNotHideTheText)
 
 INSTANTIATE_TEST_SUITE_P(, KeptHead, testing::Range(std::size_t{0}, std::size_t{12}));
 
-// Else a wait could end exactly at its time-out, and a silent device would pass for one that answered.
+// Otherwise a wait could end exactly at its time-out, and a silent device would pass for one that answered.
 TEST(TimeOuts, AreNoMultiplesOfTheClocksStep)
 {
     for (const int timeOutMs : {kModemCommandTimeOutMs, kDialTimeOutMs, kEscapeTimeOutMs, kHangUpTimeOutMs,

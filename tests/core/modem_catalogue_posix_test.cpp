@@ -13,12 +13,12 @@ namespace corvrec
 namespace
 {
 
-// Open descriptors of this process that lead to the file.
+// The number of this process's open descriptors of the file.
 int DescriptorsOf(const std::filesystem::path& file)
 {
     int count = 0;
     for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code gone; // the iterator's own descriptor
+        std::error_code gone; // the iterator's own descriptor no longer exists
         if (std::filesystem::equivalent(entry.path(), file, gone))
             ++count;
     }
@@ -27,7 +27,7 @@ int DescriptorsOf(const std::filesystem::path& file)
 
 TEST(CatalogueOnPosix, TheFileStaysOpenAsLongAsTheCatalogueLives)
 {
-    const SettingsFile settings; // for its directory
+    const SettingsFile settings; // only for its directory
     const std::filesystem::path file = settings.Directory() / "modem.dat";
     std::ofstream(file) << "A=1";
     {
@@ -38,7 +38,7 @@ TEST(CatalogueOnPosix, TheFileStaysOpenAsLongAsTheCatalogueLives)
     EXPECT_EQ(DescriptorsOf(file), 0);
 }
 
-// Opening it for reading would wait for a writer that never comes.
+// Opening a FIFO for reading would wait for a writer that never comes.
 TEST(CatalogueOnPosix, AFifoInItsPlaceDoesNotBlock)
 {
     const SettingsFile settings;

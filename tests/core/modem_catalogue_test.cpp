@@ -17,7 +17,7 @@ namespace
 using namespace std::string_literals;
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
-// A directory with a modem.dat of these bytes.
+// A directory with a modem.dat of the given bytes.
 class Catalogue : public testing::Test
 {
 protected:
@@ -47,7 +47,7 @@ protected:
     }
 
 private:
-    SettingsFile settings_; // for its directory
+    SettingsFile settings_; // only for its directory
 };
 
 TEST_F(Catalogue, FifteenLinesGiveFifteenModelsInFileOrder)

@@ -18,7 +18,7 @@ using testing::Throws;
 
 const ModemSettings kModem{.resetString = "&F", .initString = "X3", .number = "0123", .pulse = false};
 
-// A line of 7 data bits sends only the lower seven of each byte.
+// A line with 7 data bits sends only the low seven bits of each byte.
 TEST(CommandLine, HoldsNoByteThatIsAControlCharacterInSevenBits)
 {
     std::string everyByte;
@@ -38,10 +38,10 @@ TEST(CommandLine, HoldsNoSecondCommandOnSevenDataBits)
 {
     EXPECT_EQ(CommandLine("Z\xC2\x8D"
                           "ATD0190"),
-              "ATZATD0190\r"); // 8D is a carriage return then
+              "ATZATD0190\r"); // 8D becomes a carriage return
 }
 
-TEST(CommandLine, HoldsNoLineEndAndNoNulOfTheField)
+TEST(CommandLine, DropsLineEndsAndNuls)
 {
     EXPECT_EQ(CommandLine(std::string("Z\rATD0190\n\0S0=1\r\n", 16)), "ATZATD0190S0=1\r");
 }
@@ -54,10 +54,10 @@ TEST(CommandLine, JudgesThePrefixByWhatIsSent)
 TEST(CommandLine, IsCodePage1252)
 {
     EXPECT_EQ(CommandLine("\xC3\xA8\xC2\xA3\xE2\x86\x92"),
-              "AT\xE8\xA3?\r"); // è, £, and an arrow that it lacks
+              "AT\xE8\xA3?\r"); // è, £, and an arrow, which the code page lacks
 }
 
-TEST(DialLine, HoldsNoLineEndAndNoNulOfTheField)
+TEST(DialLine, DropsLineEndsAndNuls)
 {
     EXPECT_EQ(DialLine(std::string("01\r2\n3\0\r", 8), false), "ATDT0123\r");
 }
@@ -130,7 +130,7 @@ TEST(InitModem, DoesNotTakeWhatCameBeforeForAnAnswer)
     EXPECT_EQ(line.port.Sent(), "AT&F\r");
 }
 
-TEST(InitModem, DoesNotTakeARestOfTheResetsAnswerForTheNext)
+TEST(InitModem, DoesNotTakeTheRestOfTheResetsAnswerForTheNext)
 {
     SerialLine line;
     line.port.Answer("AT&F\r", "OK\r\nOK\r\n");
@@ -237,7 +237,7 @@ TEST(InitModem, PassesTheErrorOfAPortLostWhileDiallingOn)
     EXPECT_EQ(line.clock.TickMs(), FakeClock().TickMs() + 5000);
 }
 
-TEST(InitModem, OnAClosedPortIsThePortsError)
+TEST(InitModem, ThrowsOnAClosedPort)
 {
     SerialLine line;
     line.port.Close();

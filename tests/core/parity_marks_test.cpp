@@ -29,7 +29,7 @@ TEST(ParityMarks, LeaveOtherCharactersAsTheyAre)
 TEST(ParityMarks, MakeADamagedCharacterAQuestionMark)
 {
     EXPECT_EQ(Decoded("a\xFF\0bc"sv), "a?c");
-    EXPECT_EQ(Decoded("\xFF\0\xFF\xFF\0*"sv), "??"); // the damaged one can be an FF
+    EXPECT_EQ(Decoded("\xFF\0\xFF\xFF\0*"sv), "??"); // the damaged character may be FF itself
 }
 
 TEST(ParityMarks, OfADoubledFFIsOneFF)
@@ -38,10 +38,10 @@ TEST(ParityMarks, OfADoubledFFIsOneFF)
                       "b"sv),
               "a\xFF"
               "b");
-    EXPECT_EQ(Decoded("\xFF\xFF\xFF\xFF\0"sv), "\xFF\xFF\0"sv); // no mark: two FF and a NUL
+    EXPECT_EQ(Decoded("\xFF\xFF\xFF\xFF\0"sv), "\xFF\xFF\0"sv); // two FF and a NUL, no mark
 }
 
-TEST(ParityMarks, OfABreakAreNoCharacter)
+TEST(ParityMarks, OfABreakGiveNoCharacter)
 {
     EXPECT_EQ(Decoded("a\xFF\0\0b"sv), "ab");
 }
@@ -62,7 +62,7 @@ TEST(ParityMarks, MayBeSplitAnywhere)
     }
 }
 
-TEST(ParityMarks, ForgetABegunMark)
+TEST(ParityMarks, ForgetAnUnfinishedMarkOnReset)
 {
     ParityMarks marks;
     EXPECT_EQ(marks.Decode("\xFF\0"sv), "");

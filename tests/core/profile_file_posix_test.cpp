@@ -49,7 +49,7 @@ struct stat StatusOf(const std::filesystem::path& path)
     return status;
 }
 
-// Until a change of a file beside it gets another time than this one has. A matter of milliseconds.
+// Waits until a change of another file would get a different time than this file has. Takes milliseconds.
 void AwaitNextTick(const SettingsFile& file)
 {
     const timespec time = StatusOf(file.Path()).st_ctim;
@@ -63,7 +63,7 @@ void AwaitNextTick(const SettingsFile& file)
     std::filesystem::remove(beside);
 }
 
-// A settings file that is opened over probed calls.
+// A settings file opened over probed calls.
 class Probed
 {
 public:
@@ -73,7 +73,7 @@ public:
     {
     }
 
-    // As the last snapshot that is old enough to be trusted.
+    // Makes the snapshot old enough to be trusted.
     void Trust()
     {
         calls.LetFilesAge();
@@ -114,8 +114,8 @@ TEST(ProfileFileCost, AReadOfAYoungFileComparesItsBytes)
     EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
 }
 
-// Somebody else may have written in the same tick.
-TEST(ProfileFileCost, AReadBehindAWriteComparesItsBytes)
+// Another program may have written in the same tick.
+TEST(ProfileFileCost, AReadAfterAWriteComparesTheBytes)
 {
     Probed probed(SampleBytes());
     probed.Trust();
@@ -140,7 +140,7 @@ TEST(ProfileFileCost, AFileThatHasAgedIsComparedOnce)
                 ElementsAre("stat", "open", "pread", "fstat", "fstatfs", "close", "stat"));
 }
 
-// Such times may be those of a file system that knows no finer ones.
+// Times in whole seconds may come from a file system that has no finer ones.
 TEST(ProfileFileCost, AFileWithATimeInWholeSecondsIsComparedForTwoSeconds)
 {
     Probed probed(SampleBytes());
@@ -188,8 +188,8 @@ TEST(ProfileFileCost, AnEqualValueIsNotWritten)
     EXPECT_EQ(StatusOf(probed.file.Path()).st_mtim.tv_nsec, before.st_mtim.tv_nsec);
 }
 
-// After an equal value was "written" the snapshot is as good as it was.
-TEST(ProfileFileCost, AnEqualValueLeavesTheTrust)
+// Writing an equal value does not change the file, so the snapshot stays valid.
+TEST(ProfileFileCost, AnEqualValueKeepsTheSnapshotTrusted)
 {
     Probed probed(SampleBytes());
     probed.Trust();
@@ -304,7 +304,7 @@ TEST(ProfileFileCost, FlushGoesOnWithoutADirectoryThatCannotBeOpened)
     EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fdatasync", "open", "close"));
 }
 
-TEST(ProfileFileCost, AFileSystemThatDoesNotTellItsTypeIsNotTrusted)
+TEST(ProfileFileCost, AFileSystemOfUnknownTypeIsNotTrusted)
 {
     Probed probed(SampleBytes());
     probed.calls.FailAll("fstatfs", EIO);
@@ -315,12 +315,12 @@ TEST(ProfileFileCost, AFileSystemThatDoesNotTellItsTypeIsNotTrusted)
     EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
 }
 
-// One change of each way to write, and calls that it makes.
+// One change for each way to write.
 struct Scenario {
     std::string_view name;
     std::optional<std::string> before;
     bool (*change)(ProfileFile&);
-    std::string_view refused; // a call that answers EOPNOTSUPP, or none
+    std::string_view refused; // a call that fails with EOPNOTSUPP, or empty
 };
 
 // NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name
@@ -366,7 +366,7 @@ std::vector<Scenario> Scenarios()
     };
 }
 
-// Every number with every other one.
+// Every number combined with every other value.
 std::vector<std::pair<std::size_t, int>> Combined(const std::vector<std::size_t>& numbers,
                                                   std::initializer_list<int> others)
 {
@@ -385,7 +385,7 @@ std::vector<std::size_t> NumbersOf(const std::vector<std::string>& made)
     return numbers;
 }
 
-// The numbers of the calls that have one of the names.
+// The positions of the calls with one of these names.
 std::vector<std::size_t> NumbersOf(const std::vector<std::string>& made, std::string_view name,
                                    std::string_view orName = "")
 {
@@ -395,7 +395,7 @@ std::vector<std::size_t> NumbersOf(const std::vector<std::string>& made, std::st
     return numbers;
 }
 
-// The object must tell what is in the file, not what it meant to write.
+// The object must report what is in the file, not what it tried to write.
 void ExpectTruth(Probed& probed)
 {
     const auto fresh = OpenProfileFile(probed.file.Path());
@@ -411,7 +411,7 @@ void ExpectTruth(Probed& probed)
             << section << " " << key;
 }
 
-// The bytes without what a filler may add at their end.
+// The bytes without any filler at their end.
 std::string MeaningOf(std::string_view bytes)
 {
     const bool isWide = bytes.starts_with("\xFF\xFE");
@@ -423,7 +423,7 @@ std::string MeaningOf(std::string_view bytes)
 class ProfileFileFailure : public testing::TestWithParam<Scenario>
 {
 protected:
-    // The scenario's file, read once so that a snapshot exists, ready for the change.
+    // The scenario's file, read once so that a snapshot exists.
     static std::unique_ptr<Probed> Ready()
     {
         auto probed = std::make_unique<Probed>(GetParam().before);
@@ -436,7 +436,7 @@ protected:
 
     static std::string Before() { return GetParam().before.value_or(""); }
 
-    // The new bytes, behind which a failed truncation leaves a filler; or the old ones.
+    // Either the old bytes, or the new ones, which filler may follow after a failed truncation.
     void ExpectBytes(Probed& probed, bool isWritten) const
     {
         const std::string bytes = probed.file.Bytes();
@@ -453,7 +453,7 @@ protected:
         after_ = probed->file.Bytes();
     }
 
-    // The calls of the change and its bytes when nothing fails.
+    // The calls and the resulting bytes of the change when nothing fails.
     std::vector<std::string> made_;
     std::string after_;
 };
@@ -467,7 +467,7 @@ TEST_P(ProfileFileFailure, OfAnyCallLeavesTheOldBytesOrAllOfTheNew)
 
         const bool isDone = GetParam().change(*probed->profile);
 
-        ExpectBytes(*probed, isDone || made_[number] == "close"); // then it comes too late to undo anything
+        ExpectBytes(*probed, isDone || made_[number] == "close"); // close fails too late to undo anything
     }
 }
 
@@ -476,7 +476,7 @@ TEST_P(ProfileFileFailure, ByASignalIsRepeated)
     auto numbers = NumbersOf(made_);
     std::erase_if(numbers, [this](std::size_t number) {
         return made_[number] == "fstat" ||
-               made_[number] == GetParam().refused; // never interrupted; refused anyway
+               made_[number] == GetParam().refused; // never interrupted, or refused anyway
     });
     for (const std::size_t number : numbers) {
         SCOPED_TRACE(std::to_string(number) + " " + made_[number]);
@@ -504,7 +504,7 @@ TEST_P(ProfileFileFailure, ByAShortTransferIsContinued)
     }
 }
 
-TEST_P(ProfileFileFailure, BehindAShortWriteIsUndone)
+TEST_P(ProfileFileFailure, AfterAShortWriteIsUndone)
 {
     for (const auto& [number, bytes] : Combined(NumbersOf(made_, "pwrite"), {1, 7, 4096})) {
         SCOPED_TRACE(std::to_string(number) + " " + std::to_string(bytes));
@@ -512,7 +512,7 @@ TEST_P(ProfileFileFailure, BehindAShortWriteIsUndone)
         probed->calls.ShortenAt(number, static_cast<std::size_t>(bytes));
         probed->calls.FailAt(number + 1, ENOSPC);
 
-        // Done when the write was not longer than that: what failed behind it is the truncation or a stat.
+        // Succeeds when the write was no longer than that: the failing call is then the truncation or a stat.
         const bool isDone = GetParam().change(*probed->profile);
 
         ExpectBytes(*probed, isDone);
@@ -532,7 +532,7 @@ TEST_P(ProfileFileFailure, OfAWriteOfNoBytesIsUndone)
     }
 }
 
-TEST_P(ProfileFileFailure, OfTheProcessBetweenTwoCallsLeavesTheOldReadingOrTheNew)
+TEST_P(ProfileFileFailure, OfTheProcessBetweenTwoCallsLeavesTheOldOrTheNewContent)
 {
     for (const std::size_t number : NumbersOf(made_)) {
         SCOPED_TRACE(std::to_string(number) + " " + made_[number]);
@@ -554,17 +554,17 @@ TEST(ProfileFileFailures, AFailedReadGivesTheFallbackAndTheNextOneTheValue)
         Probed probed(SampleBytes());
         probed.calls.FailAt(number, EIO);
 
-        // The last call is close, and by then all has been read.
+        // The last call is close, after everything has been read.
         EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), number < 4 ? "none" : "COM1");
         EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), "COM1");
     }
 }
 
-// A change that took the bytes for all of the file would write over those behind them.
-TEST(ProfileFileFailures, AReadThatStopsTooEarlyIsMadeAgainBeforeAWrite)
+// A change based on the truncated bytes would overwrite those after them.
+TEST(ProfileFileFailures, AShortReadIsRepeatedBeforeAWrite)
 {
     Probed probed(SampleBytes());
-    probed.calls.ShortenAt(2, 10); // behind open and fstat
+    probed.calls.ShortenAt(2, 10); // after open and fstat
     probed.calls.ShortenAt(3, 0);
 
     EXPECT_TRUE(probed.profile->Write("NA", "Ogni", "1"));
@@ -572,7 +572,7 @@ TEST(ProfileFileFailures, AReadThatStopsTooEarlyIsMadeAgainBeforeAWrite)
     EXPECT_EQ(probed.file.Bytes(), SampleBytes() + "\r\n[NA]\r\nOgni=1\r\n");
 }
 
-TEST(ProfileFileFailures, AReadThatStopsTooEarlyEachTimeIsAFailedWrite)
+TEST(ProfileFileFailures, ShortReadsEachTimeAreAFailedWrite)
 {
     Probed probed(SampleBytes());
     for (const std::size_t pread : {2U, 4U, 6U})
@@ -589,7 +589,7 @@ TEST(ProfileFileFailures, AFailedCloseIsAFailedWrite)
     probed.calls.FailAll("close", EDQUOT);
 
     EXPECT_FALSE(probed.profile->Write("General", "Com", "COM2"));
-    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM2")); // it stands there: nothing is written
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM2")); // already there: nothing to write
 }
 
 TEST(ProfileFileFailures, AFailedTruncationIsASuccessWithFiller)
@@ -603,7 +603,7 @@ TEST(ProfileFileFailures, AFailedTruncationIsASuccessWithFiller)
     EXPECT_EQ(probed.profile->Read("General", "Log", "none", 100), "x");
 }
 
-TEST(ProfileFileFailures, AReservationRefusedForWantOfRoomWritesNothing)
+TEST(ProfileFileFailures, AFailedReservationWritesNothing)
 {
     for (const int error : {ENOSPC, EDQUOT, EFBIG, EIO}) {
         Probed probed(SampleBytes());
@@ -615,12 +615,12 @@ TEST(ProfileFileFailures, AReservationRefusedForWantOfRoomWritesNothing)
     }
 }
 
-TEST(ProfileFileFailures, AReservationThatIsUnknownIsReplacedByFiller)
+TEST(ProfileFileFailures, AnUnsupportedReservationIsReplacedByFiller)
 {
     for (const int error : {EOPNOTSUPP, ENOSYS, EINVAL}) {
         Probed probed(SampleBytes());
         probed.calls.FailAll("fallocate", error);
-        probed.calls.FailFrom(5, EIO); // behind open, fstat, pread, fallocate and the filler's pwrite
+        probed.calls.FailFrom(5, EIO); // after open, fstat, pread, fallocate and the filler's pwrite
 
         EXPECT_FALSE(probed.profile->Write("General", "Com", "COM1234567"));
 
@@ -706,7 +706,7 @@ TEST(ProfileFileOnDisk, AFileReplacedByADirectoryReadsAsMissing)
     EXPECT_FALSE(file->Write("A", "k", "2"));
 }
 
-TEST(ProfileFileOnDisk, AnOldTimeSetBackIsSeenThroughTheTimeOfChange)
+TEST(ProfileFileOnDisk, ARestoredModificationTimeIsSeenThroughTheChangeTime)
 {
     Probed probed("[General]\r\nCom=COM1\r\n");
     const struct stat before = StatusOf(probed.file.Path());
@@ -729,7 +729,7 @@ TEST(ProfileFileOnDisk, AFileThatChangesWhileItIsReadIsReadAgain)
                 ElementsAre("stat", "open", "pread", "fstat", "pread", "fstat", "close"));
 }
 
-TEST(ProfileFileOnDisk, AFileThatNeverRestsIsUsedAsLastSeenAndNotTrusted)
+TEST(ProfileFileOnDisk, AFileThatKeepsChangingIsUsedAsLastSeenAndNotTrusted)
 {
     Probed probed("[General]\r\nCom=1\r\n");
     probed.calls.LetFilesAge();
@@ -750,7 +750,7 @@ TEST(ProfileFileOnDisk, AFileThatGrowsWhileItIsReadIsReadToItsEnd)
     EXPECT_EQ(probed.profile->Read("NA", "Ogni", "none", 100), "1");
 }
 
-TEST(ProfileFileOnDisk, AFileThatLosesItsEndWhileItIsComparedIsReadAgain)
+TEST(ProfileFileOnDisk, AFileTruncatedWhileItIsComparedIsReadAgain)
 {
     const std::string beginning = "[A]\r\nk=1\r\n";
     Probed probed(beginning + "[B]\r\nk=1\r\n");

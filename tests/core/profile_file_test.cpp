@@ -15,7 +15,7 @@ namespace corvrec
 namespace
 {
 
-// "[S0]" to the last site, with as many keys each: "K0=S0 0", "K1=S0 1" ...
+// Sites "[S0]", "[S1]" ... with the given number of keys each: "K0=S0 0", "K1=S0 1" ...
 std::string ManySites(std::size_t sites, std::size_t keys)
 {
     std::string bytes;
@@ -57,7 +57,7 @@ TEST(ProfileFile, NoOtherFileIsLeftInTheDirectory)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(file.Directory()), {}), 1);
 }
 
-TEST(ProfileFile, AFlushLeavesTheBytesAndLetsGoOfTheFile)
+TEST(ProfileFile, AFlushKeepsTheBytesAndClosesTheFile)
 {
     SettingsFile file("[A]\r\nk=1\r\n");
 
@@ -65,9 +65,9 @@ TEST(ProfileFile, AFlushLeavesTheBytesAndLetsGoOfTheFile)
     file->Flush();
 
     EXPECT_EQ(file.Bytes(), "[A]\r\nk=2\r\n");
-    file.Remove(); // on Windows a file that is open anywhere stays
+    file.Remove(); // on Windows an open file cannot be removed
     EXPECT_FALSE(file.Exists());
-    file->Flush(); // and of no file makes none
+    file->Flush(); // does not create a missing file
     EXPECT_FALSE(file.Exists());
 }
 
@@ -75,7 +75,7 @@ TEST(ProfileFile, AChangeByAnotherProgramIsSeenByTheVeryNextCall)
 {
     SettingsFile file("[A]\r\nk=1\r\n");
     for (int i = 0; i < 200; ++i) {
-        const std::string value = std::to_string(100 + i); // the same size, mostly within the same tick
+        const std::string value = std::to_string(100 + i); // the same size, and mostly the same tick
         file.Rewrite("[A]\r\nk=" + value + "\r\n");
         ASSERT_EQ(file->Read("A", "k", "none", 100), value);
     }
@@ -103,7 +103,7 @@ TEST(ProfileFile, TwoObjectsOnOneFileSeeEachOther)
     }
 }
 
-TEST(ProfileFile, AFileThatVanishesIsCreatedAnew)
+TEST(ProfileFile, AFileThatVanishesIsCreatedAgain)
 {
     SettingsFile file("[A]\r\nk=1\r\n");
     EXPECT_EQ(file->Read("A", "k", "none", 100), "1");
@@ -124,7 +124,7 @@ TEST(ProfileFile, ATruncatedFileIsEmpty)
     EXPECT_EQ(file->Read("A", "k", "none", 100), "none");
 }
 
-TEST(ProfileFile, AFileReplacedByRenameIsReadAnew)
+TEST(ProfileFile, AFileReplacedByRenameIsReadAgain)
 {
     SettingsFile file("[A]\r\nk=1\r\n");
     EXPECT_EQ(file->Read("A", "k", "none", 100), "1");
@@ -196,7 +196,7 @@ TEST(ProfileFile, ABareNameIsAFileOfTheWorkingDirectory)
     EXPECT_EQ(file.Bytes(), "[A]\r\nk=2\r\n");
 }
 
-// What the file answers for so many sites and keys, in the form of ManySites.
+// Everything that the file returns for these sites and keys, in the form of ManySites.
 std::string AllRead(ProfileFile& file, std::size_t sites, std::size_t keys)
 {
     std::string read;

@@ -22,7 +22,7 @@ namespace
 
 using nlohmann::json;
 
-// Every character of a text stands for the byte of that number, so it is one byte of UTF-8 or two.
+// Each character of the text is the byte with its number, so it is encoded in one or two bytes of UTF-8.
 std::optional<std::string> BytesOf(const json& value)
 {
     if (value.is_null())
@@ -42,7 +42,7 @@ struct VectorCase {
     [[nodiscard]] std::string Name() const { return data.at("name"); }
 };
 
-// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name. Shows the name instead of all bytes.
+// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name. Prints the name instead of all bytes.
 void PrintTo(const VectorCase& vector, std::ostream* out)
 {
     *out << vector.Name();
@@ -109,7 +109,7 @@ void Play(SettingsFile& directory, ProfileFile& file, const json& operations)
     }
 }
 
-// The path that the vector is about, made what its fixture says.
+// The path that the vector uses, prepared as its fixture says.
 std::filesystem::path PathOf(const SettingsFile& directory, std::string_view fixture)
 {
     const auto path = directory.Path();
@@ -122,13 +122,13 @@ std::filesystem::path PathOf(const SettingsFile& directory, std::string_view fix
     return fixture == "missing-parent" ? directory.Directory() / "missing" / path.filename() : path;
 }
 
-// The superuser may write every file.
+// Tries it, since the superuser may also write read-only files.
 bool IsWritable(const std::filesystem::path& path)
 {
     return std::ofstream(path, std::ios::in | std::ios::out).is_open();
 }
 
-// Of a path that is no file there is nothing to compare.
+// A path that is no regular file has no bytes to compare.
 void ExpectBytes(const SettingsFile& directory, std::string_view fixture,
                  const std::optional<std::string>& bytes)
 {

@@ -15,7 +15,7 @@ namespace
 using namespace std::string_literals;
 using testing::ElementsAre;
 
-TEST(Section, AMissingKeyIsNothing)
+TEST(Section, AMissingKeyHasNoValue)
 {
     SettingsFile file("[UFF]\r\nBaud=9600\r\n");
 
@@ -119,7 +119,7 @@ TEST(Section, DeletesAKey)
     EXPECT_EQ(file.Bytes(), "[Siti]\r\nA=Alfa\r\n");
 }
 
-TEST(Section, DeletesItselfWhole)
+TEST(Section, DeletesTheWholeSection)
 {
     SettingsFile file("[A]\r\nBaud=1\r\n[Citt\xE0]\r\nBaud=2\r\n[C]\r\nBaud=3\r\n");
 
@@ -128,7 +128,7 @@ TEST(Section, DeletesItselfWhole)
     EXPECT_EQ(file.Bytes(), "[A]\r\nBaud=1\r\n[C]\r\nBaud=3\r\n");
 }
 
-TEST(Section, TellsOfFailures)
+TEST(Section, ReportsFailures)
 {
     NotingProfileFile file;
     file.failing = {"Baud", "UFF"};
@@ -140,7 +140,7 @@ TEST(Section, TellsOfFailures)
     EXPECT_THAT(file.writes, ElementsAre("[UFF]Baud=9600", "delete [UFF]Baud", "delete [UFF]"));
 }
 
-TEST(WithoutLineBreaks, KeepsAllElse)
+TEST(WithoutLineBreaks, KeepsEverythingElse)
 {
     EXPECT_EQ(WithoutLineBreaks("\r\n a\tb\0c è\r"s), " a\tbc è");
     EXPECT_EQ(WithoutLineBreaks("\r\n"), "");

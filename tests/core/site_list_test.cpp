@@ -24,7 +24,7 @@ SiteRow Row(std::string_view code)
     return row;
 }
 
-// The only site of a file, with this line in its section.
+// The only site of a file whose section has this line.
 ListedSite SiteWith(const std::string& line)
 {
     SettingsFile file("[Siti]\r\nA=Alfa\r\n[A]\r\n" + line + "\r\n");
@@ -111,7 +111,7 @@ TEST(ListSites, TheKindIsThatOfTheRoundedNumber)
 
 TEST(ListSites, TheKeyListIsCutAt498Bytes)
 {
-    // 100 names of 4 bytes and a NUL: 99 fit whole in 498, and the last one loses its NUL and a letter.
+    // 100 names of 4 bytes and a NUL: 99 fit into 498, and the last one loses its NUL and a letter.
     std::string bytes = "[Siti]\r\n";
     for (int i = 0; i < 100; ++i)
         bytes += "S" + std::to_string(100 + i) + "=Sito\r\n";
@@ -125,7 +125,7 @@ TEST(ListSites, TheKeyListIsCutAt498Bytes)
 
 TEST(ListSites, ANameThatJustLosesItsNulIsNoSite)
 {
-    // 99 times 5 bytes are 495; the last name of 3 letters makes 499 with its NUL.
+    // 99 times 5 bytes are 495; a last name of 3 letters makes 499 with its NUL.
     std::string bytes = "[Siti]\r\n";
     for (int i = 0; i < 99; ++i)
         bytes += "S" + std::to_string(100 + i) + "=Sito\r\n";
@@ -173,7 +173,7 @@ TEST(ListSites, ANameOf200CharactersIsShownWhole)
     EXPECT_EQ(ListSites(*file).at(0).name, std::string(200, 'x'));
 }
 
-TEST(ReadComPort, GivesTheTextAsItStands)
+TEST(ReadComPort, GivesTheTextUnchanged)
 {
     SettingsFile file("[General]\r\nCom=COM12 \r\n");
 

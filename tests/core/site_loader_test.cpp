@@ -15,7 +15,7 @@ namespace
 
 using testing::ElementsAre;
 
-// What the lines give in the section of the site, loaded into an empty record.
+// An empty record after loading a section with these lines.
 SiteRecord Loaded(const std::string& lines)
 {
     SettingsFile file("[Siti]\r\nUFF=Ufficio\r\n[UFF]\r\n" + lines + "\r\n");
@@ -24,7 +24,7 @@ SiteRecord Loaded(const std::string& lines)
     return site;
 }
 
-// Lines of the section, and what they set in a record that is empty besides.
+// Lines of the section, and the fields that they set in an otherwise empty record.
 struct Row {
     const char* name;
     const char* lines;
@@ -345,7 +345,7 @@ TEST(LoadSite, TheSentinelAsAValueIsAMissingKey)
     EXPECT_EQ(Loaded("MODEM=-CaVacca-\r\nDati=-CaVacca-\r\nFileTimeout=-CaVacca-"), SiteRecord());
 }
 
-// What a load of these lines tells.
+// The result of loading these lines.
 bool Result(const std::string& lines)
 {
     SettingsFile file("[UFF]\r\n" + lines);
@@ -353,7 +353,7 @@ bool Result(const std::string& lines)
     return LoadSite(*file, "UFF", site);
 }
 
-TEST(LoadSite, TellsOnlyWhetherBothAlertsWereFound)
+TEST(LoadSite, ReportsOnlyWhetherBothAlertsWereFound)
 {
     EXPECT_TRUE(Result("FileTimeout=-1\r\nSpazioTimeout=\r\n"));
     EXPECT_FALSE(Result("FileTimeout=600\r\n"));

@@ -19,7 +19,7 @@ using namespace std::string_literals;
 
 constexpr DateTime kToday{.year = 2026, .month = 3, .day = 3};
 
-// The line of the key after a save of the sample with one change.
+// The key's line after saving the sample with one change.
 template <class Change>
 std::string LineAfter(const char* key, Change change)
 {
@@ -176,7 +176,7 @@ TEST(SaveSite, ChangesItsOwnKeysOfAnExistingFileAndNothingElse)
                             "Baud=1200");
 }
 
-TEST(SaveSite, SavedTwiceTheFileStaysAsItIs)
+TEST(SaveSite, ASecondSaveChangesNothing)
 {
     SettingsFile file;
     SaveSite(*file, "UFF", "Ufficio", SampleSite(), kToday);
@@ -187,7 +187,7 @@ TEST(SaveSite, SavedTwiceTheFileStaysAsItIs)
     EXPECT_EQ(file.Bytes(), once);
 }
 
-TEST(SaveSite, EverySiteSavesTheOneLog)
+TEST(SaveSite, AllSitesShareOneLog)
 {
     SettingsFile file;
     SiteRecord site = SampleSite();
@@ -201,7 +201,7 @@ TEST(SaveSite, EverySiteSavesTheOneLog)
     EXPECT_EQ(file.Line("B", "Log"), "");
 }
 
-TEST(SaveSite, SettingsOfTheRecorderAreResetEveryTime)
+TEST(SaveSite, EverySaveResetsTheRecordersSettings)
 {
     SettingsFile file("[UFF]\r\nSTimeRead=5\r\nSTimeWrite=5\r\nMTimeRead=5\r\nMTimeWrite=5\r\nFlagCRLF=1\r\n"
                       "TimeoutFineImp=5\r\nCharToDel=FF\r\n");
@@ -213,7 +213,7 @@ TEST(SaveSite, SettingsOfTheRecorderAreResetEveryTime)
                                  "FlagCRLF=0\r\nTimeoutFineImp=15\r\nCharToDel=00\r\n"));
 }
 
-// One change of the sample and the line that it gives.
+// One change of the sample, and the line that it results in.
 struct Row {
     const char* name;
     const char* key;
@@ -455,7 +455,7 @@ TEST(SaveSite, ACodeMayHoldAccents)
     EXPECT_EQ(file.Line("CITT\xC0", "Baud"), "Baud=9600");
 }
 
-// A change that the save cannot write, and the last line that stands in the file then.
+// A change that cannot be saved, and the last line written before it.
 struct Stop {
     const char* name;
     void (*change)(SiteRecord&);
@@ -466,7 +466,7 @@ class SaveSiteStops : public testing::TestWithParam<Stop>
 {
 };
 
-TEST_P(SaveSiteStops, AfterWhatCameBefore)
+TEST_P(SaveSiteStops, AfterTheEarlierLines)
 {
     SettingsFile file;
     SiteRecord site = SampleSite();
@@ -495,7 +495,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Stop{"parityAbove", [](SiteRecord& s) { s.parity = 3; }, "BitDati=8"}),
     kName);
 
-TEST(SaveSite, TellsOnlyOfTheLastWrite)
+TEST(SaveSite, ReportsOnlyTheLastWrite)
 {
     NotingProfileFile file;
     file.failing = {"CharToDel"};

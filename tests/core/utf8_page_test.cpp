@@ -1,4 +1,4 @@
-// A process whose manifest sets the code page to UTF-8, as Windows can be set as a whole.
+// A process whose manifest sets the code page to UTF-8, as Windows can be set system-wide.
 
 #include "tests/support/settings_file.h"
 

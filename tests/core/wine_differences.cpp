@@ -1,5 +1,4 @@
-// What the profile functions of Wine 8 do otherwise than those of Windows. On Windows itself nothing here
-// applies.
+// Where the profile functions of Wine 8 differ from those of Windows. Not used on Windows itself.
 
 #include <algorithm>
 #include <gtest/gtest-spi.h>
@@ -22,7 +21,7 @@ struct Difference {
     std::vector<std::string_view> tests;
 };
 
-// A test stands here by its own name, a vector by the vector's.
+// Tests by their own name, vectors by the name of the vector.
 const std::vector<Difference>& Differences()
 {
     static const std::vector<Difference> differences{
@@ -34,7 +33,7 @@ const std::vector<Difference>& Differences()
           "SaveSite.ScheduleFieldsThatAreNotKnownAreEmpty",
           "FlowCharacters/SaveSiteKey.WritesItsLine/lowerCase",
           "Files/SaveSiteKey.WritesItsLine/dataWithBlanksAndQuotes",
-          "SaveSite/SaveSiteStops.AfterWhatCameBefore/xoffEmpty",
+          "SaveSite/SaveSiteStops.AfterTheEarlierLines/xoffEmpty",
           "Section.OtherControlCharactersPass",
           "ConversionVectors.WeekdayMask",
           "write: leading blank of a value stays",
@@ -47,7 +46,7 @@ const std::vector<Difference>& Differences()
           "sequence: save twice is stable",
           "sequence: changed by another program before a write",
           "sequence: file vanishes before a write"}},
-        {"A write drops the blanks around all names and before all values, and what follows a header.",
+        {"A write drops the blanks around all names and before all values, and any text after a header.",
          {"SaveSite.ChangesItsOwnKeysOfAnExistingFileAndNothingElse",
           "write: blanks before the equals sign stay", "write: header with text after the bracket stays",
           "write: indented header stays", "write: bytes outside the line never change",
@@ -65,11 +64,11 @@ const std::vector<Difference>& Differences()
           "write: control Z at the end", "delete: blank lines survive their section"}},
         {"A write cuts lines at a NUL.",
          {"write: new section, last line unfinished", "write: trailing NUL as an editor may leave it"}},
-        {"A new key comes behind trailing comments and bare lines.",
+        {"A new key follows trailing comments and bare lines.",
          {"write: new comments follow the last key", "write: comments in place are kept",
           "write: new key before trailing comments", "write: new key in a section of comments",
           "write: new key before bare lines"}},
-        {"Comments go with their section.",
+        {"Comments are deleted with their section.",
          {"delete: comments survive their section", "delete: comments between keys survive",
           "delete: section that holds the unfinished comment", "write: UTF-16 key and section deleted"}},
         {"A comment with an equals sign is a key.",
@@ -89,25 +88,25 @@ const std::vector<Difference>& Differences()
         {"A line without a closing bracket is no header.",
          {"read: missing closing bracket", "read: missing closing bracket with equals sign",
           "write: header without closing bracket stays", "write: opening bracket in the key"}},
-        {"A name that is asked for loses all blanks at both ends, tabs too.",
+        {"A name to look up loses blanks and tabs at both ends.",
          {"read: section parameter keeps tabs", "read: key parameter keeps other blanks"}},
-        {"A name that is written loses all blanks in front, tabs too, and none behind.",
+        {"A written name loses leading blanks and tabs, and keeps trailing ones.",
          {"write: section parameter loses spaces", "write: key parameter loses spaces",
           "write: section parameter keeps tab", "write: key parameter keeps tab",
           "write: section parameter keeps vertical tab", "write: key parameter keeps vertical tab",
           "write: section parameter keeps carriage return", "write: key parameter keeps carriage return",
           "write: section parameter keeps line feed", "write: key parameter keeps line feed",
           "delete: section parameter loses spaces"}},
-        {"A written value that differs from the old one in blanks alone is not written.",
+        {"A value that differs from the old one only in blanks is not written.",
          {"write: same text with other blanks is written"}},
-        {"Upper and lower case are told apart beyond ASCII.",
+        {"Upper and lower case differ beyond ASCII.",
          {"read: CP1252 letters fold", "read: all folding pairs", "write: folding finds the existing key"}},
-        {"The mark of UTF-8 is known, and stays in front of the first header.",
+        {"The UTF-8 byte order mark is recognised, and stays before the first header.",
          {"read: UTF-8 mark spoils the first line only", "write: UTF-8 mark only",
           "write: UTF-8 mark before the header"}},
-        {"Big endian UTF-16 is known.",
+        {"Big endian UTF-16 is recognised.",
          {"read: UTF-16 big endian is not read", "write: UTF-16 big endian mark"}},
-        {"No line end is put behind a lone mark of UTF-16.", {"write: UTF-16 mark only"}},
+        {"No line end is written after a lone UTF-16 byte order mark.", {"write: UTF-16 mark only"}},
         {"A file of UTF-16 with an odd byte is written.", {"write: UTF-16 of odd length is left alone"}},
         {"The length of a value does not count modulo 65536.",
          {"read: value of 65536 characters", "read: value of 65537 characters"}},
@@ -117,9 +116,9 @@ const std::vector<Difference>& Differences()
         {"A default loses its quotes, or keeps a blank.",
          {"read: default of spaces only", "read: default keeps its quotes",
           "list: missing section gives the default"}},
-        {"A list that no byte fits of, or whose first name is empty, gives the default.",
+        {"A list of which no byte fits, or whose first name is empty, gives the default.",
          {"list: exact fit rule", "list: empty key name is not listed"}},
-        {"Erasing where there is no file creates none.",
+        {"Erasing in a missing file does not create it.",
          {"delete: key in no file creates an empty file",
           "delete: section in no file creates an empty file"}},
     };
@@ -141,8 +140,7 @@ const Difference* FindDifference(const testing::TestInfo& test)
     return found == Differences().end() ? nullptr : &*found;
 }
 
-// Lets the tests of the table run as all others do and fail: one that passes is out of place there, and
-// fails.
+// Expects the tests of the table to fail: one that passes does not belong there, and fails.
 class FailuresTurnedRound final : public testing::EmptyTestEventListener
 {
     void OnTestStart(const testing::TestInfo& test) override
@@ -158,10 +156,10 @@ class FailuresTurnedRound final : public testing::EmptyTestEventListener
             return;
         const bool isFailed = kept_->HasFailure();
         kept_.reset();
-        EXPECT_TRUE(isFailed) << "Passed, though of Wine is said: " << difference_->wine;
+        EXPECT_TRUE(isFailed) << "Passed, although the table says of Wine: " << difference_->wine;
     }
 
-    // What a test tells while this lives goes here, and no further.
+    // Intercepts what a test reports while this object lives.
     class Kept
     {
     public:
@@ -207,7 +205,7 @@ std::vector<std::string> NamesOfAllTests()
     return names;
 }
 
-TEST(WineDifferences, AreThoseOfTestsThatThereAre)
+TEST(WineDifferences, NameExistingTests)
 {
     const auto names = NamesOfAllTests();
     for (const Difference& difference : Differences()) {
