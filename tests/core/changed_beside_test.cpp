@@ -30,7 +30,7 @@ constexpr unsigned kInterleavings = 10'000;
 constexpr int kSteps = 12;
 constexpr unsigned kChangesInside = 10'000;
 
-// All seeds below the end, or the one that CORVREC_SEED names: a failure tells it.
+// All seeds below the end, or only the one in CORVREC_SEED, which a failure names.
 std::vector<unsigned> Seeds(unsigned end)
 {
     if (const char* const seed = std::getenv("CORVREC_SEED"))
@@ -41,7 +41,7 @@ std::vector<unsigned> Seeds(unsigned end)
     return TakenOf(seeds);
 }
 
-// The same choices from the same seed, on every machine.
+// Random choices that are the same for the same seed on every machine.
 class Choices
 {
 public:
@@ -67,7 +67,7 @@ constexpr std::array<std::string_view, 5> kKeys = {"Com", "Ogni", "Ora", "MI", "
 
 std::string AnyValue(Choices& choices)
 {
-    // Of few lengths, so that files of the same size are common.
+    // Few lengths, so that files of equal size are common.
     constexpr std::array<std::size_t, 5> lengths = {0, 4, 4, 4, 40};
     return std::string(choices.AnyOf(lengths), static_cast<char>('a' + choices.Below(26)));
 }
@@ -82,7 +82,7 @@ std::string AnyLine(Choices& choices)
     return line + std::string(choices.AnyOf(ends));
 }
 
-// Now and then longer than a page.
+// Sometimes longer than a page.
 std::string AnyFile(Choices& choices)
 {
     std::string bytes;
@@ -98,7 +98,7 @@ std::string AnyFile(Choices& choices)
     return bytes;
 }
 
-// What a profile function reads, from the bytes alone.
+// What the profile functions would read, worked out from the bytes alone.
 std::string ValueIn(std::string_view bytes, std::string_view section, std::string_view key)
 {
     const std::vector<IniLine> lines = LinesOf(bytes);
@@ -152,7 +152,7 @@ bool Make(const Operation& operation, ProfileFile& file)
     return file.DeleteSection(operation.section);
 }
 
-// All lines but those that the operation is about, as one.
+// All lines except those that the operation changes, joined.
 std::string OthersIn(std::string_view bytes, const Operation& operation, bool isSectionNew)
 {
     const std::vector<IniLine> lines = LinesOf(bytes);
@@ -172,25 +172,25 @@ std::string OthersIn(std::string_view bytes, const Operation& operation, bool is
     return others;
 }
 
-// The operation is in the file, and nothing else has changed.
+// Expects the operation in the file and nothing else changed.
 void ExpectMade(const Operation& operation, std::string_view before, std::string_view after)
 {
     const bool isSectionNew =
         operation.kind == Kind::write && SectionOf(LinesOf(before), operation.section) < 0;
     const Operation nothing{.kind = Kind::deleteKey, .section = operation.section, .key = "-", .value = {}};
-    // What is deleted is gone; a second one of that name that comes to light then is another line.
+    // A deleted name may uncover a second line with that name, which counts as a foreign line.
     const std::string others = OthersIn(before, operation, false);
     std::string left = operation.kind == Kind::write ? OthersIn(after, operation, isSectionNew)
                                                      : OthersIn(after, nothing, false);
     if (left == others + "\r\n" && !others.ends_with('\n') && !others.ends_with('\r'))
-        left = others; // an unfinished last line, finished because one came behind it
+        left = others; // the unfinished last line was ended before the new one
     EXPECT_EQ(left, others);
     if (operation.kind == Kind::write) {
         EXPECT_EQ(ValueIn(after, operation.section, operation.key), operation.value);
     }
 }
 
-// One settings file, our object over it, and somebody else who changes it.
+// One settings file, our object over it, and another program that changes it.
 class Beside
 {
 public:
@@ -249,7 +249,7 @@ private:
         calls_.Changed(path_);
     }
 
-    // The size stays; now and then the time of modification is set back.
+    // Keeps the size, and sometimes sets the modification time back.
     void ChangeOneByte()
     {
         std::string bytes = BytesOf(path_);
@@ -268,14 +268,14 @@ private:
         calls_.Changed(path_);
     }
 
-    // By another file of that name, often of the same size.
+    // Replaces the file by another one, often of the same size.
     void Replace()
     {
         std::string bytes = choices_.OneOf(2) ? AnyFile(choices_) : BytesOf(path_);
         std::ranges::replace(bytes, 'a', 'b');
         const std::string beside = path_ + ".new";
         std::ofstream(beside, std::ios::binary) << bytes;
-        const bool keepsTimes = choices_.OneOf(3); // as a copy with its times, where renaming is no change
+        const bool keepsTimes = choices_.OneOf(3); // as a copy that preserves times
         if (keepsTimes)
             calls_.CopyTimes(path_, beside);
         std::filesystem::rename(beside, path_);
@@ -300,7 +300,7 @@ private:
     std::unique_ptr<ProfileFile> profile_;
 };
 
-TEST(ChangedBeside, BetweenTwoOperationsIsReadAndKept)
+TEST(ChangedByAnotherProgram, BetweenTwoOperationsIsReadAndKept)
 {
     for (const unsigned seed : Seeds(kInterleavings)) {
         Beside beside(seed);
@@ -312,7 +312,7 @@ TEST(ChangedBeside, BetweenTwoOperationsIsReadAndKept)
     }
 }
 
-// One operation, and somebody who changes the file just before one of its calls.
+// One operation during which another program changes the file, just before one of our calls.
 struct Inside {
     explicit Inside(unsigned seed)
         : choices(seed)
@@ -340,7 +340,7 @@ struct Inside {
             calls.RewriteAt(call, settings.Path(), theirs);
     }
 
-    // Whether it was there for the last call of that name.
+    // Whether the change happened before the last call with that name.
     [[nodiscard]] bool IsBefore(std::string_view name) const
     {
         const auto& made = calls.Made();
@@ -348,8 +348,8 @@ struct Inside {
         return last != made.rend() && changedAt < static_cast<std::size_t>(made.rend() - last);
     }
 
-    // What we wrote behind the change stands in their bytes; a truncation may have cut their end, too, or a
-    // gap of NULs lie behind it.
+    // The other program's bytes, overwritten where we wrote after the change. A truncation of ours may have
+    // shortened them, and a gap before our bytes is filled with NULs.
     void ExpectOnlyOurBytes() const
     {
         const std::string left = settings.Bytes();
@@ -365,7 +365,7 @@ struct Inside {
         EXPECT_EQ(left, expected);
     }
 
-    // What the object tells is what the file holds.
+    // Expects the object to report what the file holds.
     void ExpectTruth()
     {
         calls.Mend();
@@ -387,7 +387,7 @@ struct Inside {
     std::size_t changedAt = 0;
 };
 
-TEST(ChangedBeside, DuringAReadGivesTheOldValueOrTheNew)
+TEST(ChangedByAnotherProgram, DuringAReadGivesTheOldValueOrTheNew)
 {
     for (const unsigned seed : Seeds(kChangesInside)) {
         SCOPED_TRACE("CORVREC_SEED=" + std::to_string(seed));
@@ -405,9 +405,9 @@ TEST(ChangedBeside, DuringAReadGivesTheOldValueOrTheNew)
     }
 }
 
-// There is no lock. What is there when the file is read is kept whole. What comes between that and the
-// writing loses the bytes that we write, and its end where we shorten the file; all others stay.
-TEST(ChangedBeside, DuringAWriteIsKeptButForTheBytesThatAreWritten)
+// There is no lock. A change before our read is kept whole. A change between our read and our write loses the
+// bytes that we write, and its end where we shorten the file; the rest stays.
+TEST(ChangedByAnotherProgram, DuringAWriteIsKeptExceptForTheWrittenBytes)
 {
     std::array<int, 3> seen = {};
     for (const unsigned seed : Seeds(kChangesInside)) {
@@ -422,7 +422,7 @@ TEST(ChangedBeside, DuringAWriteIsKeptButForTheBytesThatAreWritten)
         const std::string left = inside.settings.Bytes();
         const auto& made = inside.calls.Made();
         if (inside.changedAt >= made.size()) {
-            ExpectMade(operation, inside.ours, left); // nobody came
+            ExpectMade(operation, inside.ours, left); // the change never happened
         } else if (inside.IsBefore(inside.isReplaced ? "open" : "pread")) {
             ++seen[0];
             ExpectMade(operation, inside.theirs, left);
@@ -437,8 +437,8 @@ TEST(ChangedBeside, DuringAWriteIsKeptButForTheBytesThatAreWritten)
         inside.ExpectTruth();
         ASSERT_FALSE(HasFailure());
     }
-    std::cout << seen[0] << " changes kept whole, " << seen[1] << " in place of ours, " << seen[2]
-              << " but for our bytes\n";
+    std::cout << seen[0] << " changes kept whole, " << seen[1] << " replaced ours, " << seen[2]
+              << " kept except for our bytes\n";
 }
 
 } // namespace

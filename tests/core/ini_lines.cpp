@@ -11,7 +11,7 @@ namespace
 
 constexpr std::string_view kMark = "\xFF\xFE";
 
-// One byte for each character of UTF-16.
+// One byte for each UTF-16 character.
 std::string Narrowed(std::string_view units)
 {
     std::string text;
@@ -28,7 +28,7 @@ std::string_view WithoutBlanks(std::string_view text, bool inFrontToo = true)
     return begin < end ? text.substr(begin, end - begin) : std::string_view();
 }
 
-// Behind the line end of the line that begins there.
+// The position after the line that starts at begin, including its line end.
 std::size_t NextLine(std::string_view text, std::size_t begin)
 {
     const auto rest = text.substr(begin);
@@ -39,7 +39,7 @@ std::size_t NextLine(std::string_view text, std::size_t begin)
     return begin + static_cast<std::size_t>(end - rest.begin()) + (isPair ? 2 : 1);
 }
 
-// section: the one before the line.
+// section: the section that the line before it belongs to.
 IniLine LineOf(std::string_view text, int section)
 {
     const std::string_view line = WithoutBlanks(text.substr(0, text.find_first_of("\r\n")), false);

@@ -21,15 +21,14 @@ namespace corvrec
 namespace
 {
 
-// A kill inside one pwrite tears it at a multiple of this and nowhere else.
+// A kill inside a pwrite tears it only at multiples of this.
 constexpr std::size_t kPageSize = 4096;
 
-// Where the process ends: before the call of this number, or having made no more of that pwrite than its
-// first bytes.
+// Where the process ends: before the call with this number, or after the first bytes of that pwrite.
 struct Stop {
     std::size_t call = 0;
     std::size_t bytes = 0; // 0: before the call
-    std::size_t begin = 0; // of the pwrite, in the file
+    std::size_t begin = 0; // offset of the pwrite in the file
 };
 
 bool IsAppending(const ProbedCalls::Piece& piece, const Rehearsal& rehearsal)
@@ -47,7 +46,7 @@ std::vector<std::size_t> PageBordersIn(const ProbedCalls::Piece& piece)
     return cuts;
 }
 
-// Before each call and behind the last one.
+// Before each call and after the last one.
 std::vector<Stop> CleanStops(const Rehearsal& rehearsal)
 {
     std::vector<Stop> stops;
@@ -56,7 +55,7 @@ std::vector<Stop> CleanStops(const Rehearsal& rehearsal)
     return stops;
 }
 
-// Inside each pwrite that appends, at any place.
+// Inside each pwrite that appends, at any byte.
 std::vector<Stop> AppendingStops(const Rehearsal& rehearsal)
 {
     std::vector<Stop> stops;
@@ -73,7 +72,7 @@ std::vector<Stop> AppendingStops(const Rehearsal& rehearsal)
     return stops;
 }
 
-// Inside each pwrite that moves what stands behind it over a page border: the known limit.
+// Inside each pwrite that moves later bytes across a page border: the known limit.
 std::vector<Stop> TearingStops(const Rehearsal& rehearsal)
 {
     std::vector<Stop> stops;
@@ -86,7 +85,7 @@ std::vector<Stop> TearingStops(const Rehearsal& rehearsal)
     return stops;
 }
 
-// One file, over which the same change is made again and again, each time by a process of its own.
+// One file on which the same change is repeated, each time by a separate process.
 class KilledChange
 {
 public:
@@ -96,11 +95,11 @@ public:
         , settings_(before_)
         , profile_(OpenProfileFile(settings_.Path(), calls_))
     {
-        profile_->Read("General", "Com", "", 100); // as the site list has done
+        profile_->Read("General", "Com", "", 100); // the site list reads it before any change
         calls_.ForgetMade();
     }
 
-    // The file as the process leaves it.
+    // The file's bytes after the process ended there.
     std::string LeftAt(const Stop& stop)
     {
         settings_.Rewrite(before_);
@@ -117,7 +116,7 @@ public:
     [[nodiscard]] bool HasEndedThere() const { return hasEnded_; }
 
 private:
-    // Without the end of a program: nothing is written, closed or looked for any more.
+    // Skips everything that a normal exit does: no writing, closing or leak check.
     [[noreturn]] void ChangeAndEnd(const Stop& stop)
     {
         if (stop.bytes > 0)
@@ -168,10 +167,10 @@ protected:
     KilledChange change;
 };
 
-TEST_P(KilledBetweenCalls, LeavesEachKeyOldNewOrAbsentAndAllElseAsItWas)
+TEST_P(KilledBetweenCalls, LeavesEachKeyOldNewOrAbsentAndTheRestUnchanged)
 {
     const SiteView before = ViewOf(GetParam().Before(), GetParam().code);
-    std::string seen; // most calls leave what the one in front has left
+    std::string seen; // most calls leave the file as the previous one did
     SiteView view;
     for (const Stop& stop : TakenOf(CleanStops(rehearsal))) {
         SCOPED_TRACE("call " + std::to_string(stop.call));
@@ -192,7 +191,7 @@ TEST_P(KilledBetweenCalls, LeavesEachKeyOldNewOrAbsentAndAllElseAsItWas)
     }
 }
 
-TEST_P(KilledBetweenCalls, InsideOneWriteThatAppendsLeavesTheOldBytesAndABeginOfTheNewOnesBehindThem)
+TEST_P(KilledBetweenCalls, InsideAnAppendingWriteLeavesTheOldBytesFollowedByAPrefixOfTheNew)
 {
     for (const Stop& stop : TakenOf(AppendingStops(rehearsal))) {
         SCOPED_TRACE("call " + std::to_string(stop.call) + ", bytes " + std::to_string(stop.bytes));
@@ -205,9 +204,9 @@ TEST_P(KilledBetweenCalls, InsideOneWriteThatAppendsLeavesTheOldBytesAndABeginOf
     }
 }
 
-// The kernel may copy a part of one pwrite only, up to a page border. Where the file grows, what stood in the
-// new bytes' way is gone; where it shrinks, blanks take the place of what goes until the file is cut off.
-TEST_P(KilledBetweenCalls, InsideOneWriteOverAPageBorderLeavesNewBytesInFrontOfItAndOldOnesBehind)
+// The kernel may copy only part of a pwrite, up to a page border. Where the file grows, the bytes in the way
+// of the new ones are lost; where it shrinks, blanks replace the removed bytes until the file is truncated.
+TEST_P(KilledBetweenCalls, InsideAWriteAcrossAPageBorderLeavesNewBytesBeforeItAndOldOnesAfter)
 {
     constexpr std::string_view blanks(" \r\n\0", 4);
     for (const Stop& stop : TakenOf(TearingStops(rehearsal))) {
@@ -229,7 +228,7 @@ TEST_P(KilledBetweenCalls, InsideOneWriteOverAPageBorderLeavesNewBytesInFrontOfI
 INSTANTIATE_TEST_SUITE_P(All, KilledBetweenCalls, testing::ValuesIn(Scenarios()),
                          [](const auto& test) { return test.param.Name(); });
 
-TEST(KilledBetweenCallsInAll, AtLeast2500Times)
+TEST(KilledBetweenCallsInTotal, AtLeast2500Times)
 {
     std::size_t clean = 0;
     std::size_t appending = 0;
@@ -241,7 +240,7 @@ TEST(KilledBetweenCallsInAll, AtLeast2500Times)
         tearing += TearingStops(rehearsal).size();
     }
     std::cout << "every " << kStride << "th of " << clean << " stops, " << appending
-              << " inside a write that appends, " << tearing << " inside a write over a page border\n";
+              << " inside an appending write, " << tearing << " inside a write across a page border\n";
     EXPECT_GE(clean, 2500U);
     EXPECT_GT(appending, 0U);
     EXPECT_GT(tearing, 0U);

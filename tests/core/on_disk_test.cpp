@@ -30,7 +30,8 @@ namespace corvrec
 namespace
 {
 
-// Mounts of this process and nobody else, gone with it. Says why there can be none; empty when there can.
+// Gives this process a mount namespace of its own, which ends with it. Returns the reason for a failure, or
+// empty.
 std::string OwnMounts()
 {
     static const std::string refusal = [] {
@@ -45,7 +46,7 @@ std::string OwnMounts()
 
 enum class FileSystem { tmpfs, ext4, ext4SmallBlocks };
 
-// A small file system with nothing else on it, for the time of the object.
+// A small empty file system, mounted during the object's lifetime.
 class SmallDisk
 {
 public:
@@ -69,19 +70,18 @@ public:
     SmallDisk(SmallDisk&&) = delete;
     SmallDisk& operator=(SmallDisk&&) = delete;
 
-    // Why there is none; empty when there is one.
+    // Why there is no file system; empty when it is mounted.
     [[nodiscard]] const std::string& Refusal() const { return refusal_; }
     [[nodiscard]] std::string Root() const { return place_.Directory() / "disk"; }
     [[nodiscard]] std::string File() const { return Root() + "/Corvrec.ini"; }
 
-    // Leaves so many bytes, to the next block.
+    // Fills the disk, except for this number of bytes rounded to blocks.
     void FillUpTo(std::size_t rest)
     {
         std::filesystem::remove(Filling());
         const int file = ::open(Filling().c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
         const std::string block(512, 'f');
-        for (int round = 0; round < 3;
-             ++round) { // what is written out may give back what was set aside for it
+        for (int round = 0; round < 3; ++round) { // syncing may release reserved blocks
             while (::write(file, block.data(), block.size()) > 0) {
             }
             ::fsync(file);
@@ -95,7 +95,7 @@ public:
     }
     void MakeRoom() const { std::filesystem::remove(Filling()); }
 
-    // False: the mount could not be changed.
+    // Returns false when the mount could not be changed.
     [[nodiscard]] bool SetReadOnly(bool isReadOnly) const
     {
         const unsigned long flags = isReadOnly ? MS_REMOUNT | MS_RDONLY : MS_REMOUNT;
@@ -112,7 +112,7 @@ private:
             refusal_ = std::string("no tmpfs: ") + std::strerror(errno);
     }
 
-    // The programs of e2fsprogs and mount are on every Debian.
+    // Uses programs of e2fsprogs and mount, which every Debian has.
     void MountExt4(const std::string& blockSize)
     {
         std::filesystem::create_directory(Root());
@@ -132,8 +132,8 @@ private:
     std::string refusal_;
 };
 
-// The change, in which every call that is refused leaves the file as it was and every other one does its
-// work. Gives the number of refused calls.
+// Makes the change and expects each refused call to leave the file unchanged and every other call to take
+// effect. Returns the number of refused calls.
 std::size_t RefusedSteps(const Scenario& scenario, const std::string& path)
 {
     ProbedCalls calls;
@@ -161,7 +161,7 @@ void WriteAnew(const std::string& path, std::string_view bytes)
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-// Foreign text in front, so that the end of the file stands somewhere else in its last block.
+// A comment before everything else, to shift the position of the file's end within its last block.
 std::string WithComment(std::string bytes, std::size_t length)
 {
     return ";" + std::string(length, 'c') + "\r\n" + std::move(bytes);
@@ -179,7 +179,7 @@ class FullDisk : public testing::TestWithParam<FileSystem>
 {
 };
 
-// From a disk with room for some of the save to one with none at all.
+// Ranges from a disk with room for part of the save to one that is full.
 TEST_P(FullDisk, RefusesCallsAndLosesNothing)
 {
     SmallDisk disk(GetParam());
@@ -236,7 +236,7 @@ TEST(ReadOnlyDisk, RefusesAllCallsAndLosesNothing)
     }
 }
 
-// As the program: a limit is an error, not a signal that ends it.
+// Ignores the signal, as the program does, so that the limit is an ordinary error.
 class FileSizeLimit
 {
 public:

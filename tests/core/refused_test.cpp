@@ -22,14 +22,14 @@ namespace corvrec
 namespace
 {
 
-// What happens to the call of a number.
+// A fault that is put on one call.
 struct Fault {
     std::string_view name;
     void (*put)(ProbedCalls& calls, std::size_t call,
-                std::size_t bytes); // bytes: those that a pwrite would write
+                std::size_t bytes); // bytes: the number that the call would move
     bool isTransfer = false;        // only for pread and pwrite
     bool isForEver = false;
-    bool isHarmless = false; // for all calls that may be repeated
+    bool isHarmless = false; // when the call can be repeated
 };
 
 template <int error>
@@ -142,7 +142,7 @@ std::vector<std::size_t> CallsFor(const Fault& fault, const Rehearsal& rehearsal
     return calls;
 }
 
-// Bytes that the call wrote; for any other call those that a read of the whole file moves.
+// The bytes that the call writes; for any other call, those that a read of the whole file moves.
 std::size_t BytesMoved(const Rehearsal& rehearsal, std::size_t call)
 {
     const auto piece = std::ranges::find(rehearsal.pieces, call, &ProbedCalls::Piece::call);
@@ -160,12 +160,12 @@ protected:
     {
     }
 
-    // Each step that says so is in the file, each other one is not, and no other line is touched.
+    // Expects each step that reported success in the file, no other step, and no other line changed.
     void ExpectTruth(const std::vector<Step>& steps, std::size_t refusedCall) const
     {
         const Scenario& scenario = GetParam().scenario;
         SiteView view = ViewOf(scenario.Before(), scenario.code);
-        ASSERT_EQ(steps.size(), rehearsal.steps.size()); // the editor goes on
+        ASSERT_EQ(steps.size(), rehearsal.steps.size()); // the editor continues after an error
         for (const Step& step : steps) {
             SCOPED_TRACE("[" + step.section + "]" + step.key);
             if (!step.isDone && !IsLate(refusedCall)) {
@@ -180,8 +180,8 @@ protected:
         }
     }
 
-    // A close that fails tells too late to undo anything. From then on it fails also behind the other calls
-    // that come after the write.
+    // A failing close is reported too late to undo anything. So is a permanent fault when the step has
+    // already written.
     [[nodiscard]] bool IsLate(std::size_t refusedCall) const
     {
         const std::string& name = rehearsal.made[refusedCall];
@@ -196,8 +196,8 @@ protected:
     Rehearsal rehearsal;
 };
 
-// NOLINTNEXTLINE(readability-function-cognitive-complexity): one case behind the other
-TEST_P(RefusedCall, IsToldAndChangesNothing)
+// NOLINTNEXTLINE(readability-function-cognitive-complexity): one case after another
+TEST_P(RefusedCall, IsReportedAndChangesNothing)
 {
     const auto& [scenario, fault] = GetParam();
     const std::string before = scenario.Before();
@@ -215,11 +215,11 @@ TEST_P(RefusedCall, IsToldAndChangesNothing)
         ExpectTruth(file.Steps(), call);
         const auto refused = std::ranges::count(file.Steps(), false, &Step::isDone);
         const bool isHarmless =
-            fault.isHarmless && rehearsal.made[call] != "fstat"; // no signal interrupts that
+            fault.isHarmless && rehearsal.made[call] != "fstat"; // fstat is never interrupted
         EXPECT_TRUE(refused == 0 || !isHarmless);
         EXPECT_TRUE(refused <= 1 || fault.isForEver);
 
-        // The same again, when the fault is gone.
+        // The same change again, without the fault.
         calls.Mend();
         SteppedFile again(*profile, calls, settings.Path());
         scenario.change.run(again, scenario.code);
@@ -234,7 +234,7 @@ INSTANTIATE_TEST_SUITE_P(All, RefusedCall, testing::ValuesIn(Cases()), [](const 
     return test.param.scenario.Name() + "_" + std::string(test.param.fault.name);
 });
 
-TEST(RefusedCallsInAll, AtLeast2000Times)
+TEST(RefusedCallsInTotal, AtLeast2000Times)
 {
     std::size_t cases = 0;
     for (const auto& [scenario, fault] : Cases())

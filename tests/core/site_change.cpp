@@ -26,7 +26,7 @@ struct Pair {
     std::string_view value;
 };
 
-// As SaveSite writes SampleSite on kToday.
+// The keys as SaveSite writes SampleSite on kToday.
 constexpr std::array<Pair, 34> kSiteKeys{{
     {"SitoAbilitato", "1"},
     {"STimeRead", "20"},
@@ -91,7 +91,7 @@ std::string PlainFile(int sites, std::string_view end)
     return bytes;
 }
 
-// Nothing stands where SaveSite would put it.
+// Nothing is where SaveSite would put it.
 std::string OddFile(int sites)
 {
     constexpr std::array<std::string_view, 3> ends = {"\r\n", "\n", "\r"};
@@ -134,16 +134,16 @@ std::string Widened(std::string_view text)
     return bytes;
 }
 
-// As the site editor does it; a new site has nothing to be deleted.
+// The calls that the site editor makes; a new site has no section to delete.
 void Save(ProfileFile& file, std::string_view code, std::string_view name, const SiteRecord& site)
 {
     if (code != kNewCode)
-        Section(file, code).Delete(); // its result is not reported by the editor either
+        Section(file, code).Delete(); // the editor ignores the result too
     SaveSite(file, code, name, site, kToday);
     file.Flush();
 }
 
-// Every value is another one.
+// Differs from SampleSite in every value.
 SiteRecord OtherSite()
 {
     return {

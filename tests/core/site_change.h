@@ -14,7 +14,7 @@
 namespace corvrec
 {
 
-// Runs every n-th case of all.
+// Only every kStride-th case is run.
 inline const std::size_t kStride = SampleOrAll<std::size_t>(16, 1);
 
 template <typename Cases>
@@ -30,17 +30,17 @@ Cases TakenOf(const Cases& all)
 enum class FileForm {
     crLf,
     lf,
-    odd,   // every line end, odd spacing, comments, blank and bare lines, no line end at the end
-    utf16, // the odd one
+    odd,   // all kinds of line ends, odd spacing, comments, blank and bare lines, an unfinished last line
+    utf16, // the odd form in UTF-16
 };
 
-// A settings file with so many sites, each as SaveSite would write SampleSite, among foreign sections and
-// comments. The sites' codes are those of SiteCode.
+// A settings file with this many sites, each as SaveSite would write SampleSite, among foreign sections and
+// comments. SiteCode gives the sites' codes.
 std::string SampleFile(int sites, FileForm form);
 
 std::string SiteCode(int site);
 
-// What a user does to one site, with the calls that the windows make for it.
+// A user's change of one site, made with the calls that the windows make.
 struct SiteChange {
     std::string_view name;
     void (*run)(ProfileFile& file, std::string_view code);
@@ -49,7 +49,7 @@ struct SiteChange {
 // A new site, four ways to change one, and its removal.
 std::vector<SiteChange> SiteChanges();
 
-// A change of one site of one file. The code is that of a new site where the file has none of it.
+// A change of one site of one file. A code that the file does not contain is a new site's.
 struct Scenario {
     int sites = 0;
     FileForm form = FileForm::crLf;
@@ -63,16 +63,16 @@ struct Scenario {
 // NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name
 void PrintTo(const Scenario& scenario, std::ostream* out);
 
-// Every change of each of these sites of such a file; a new site once.
+// Every change of each of these sites in such a file; adding a new site only once.
 std::vector<Scenario> ScenariosOver(int sites, FileForm form, const std::vector<int>& changed);
 
-// One operation of a change that writes, and what became of it.
+// One writing operation of a change, and its result.
 struct Step {
     std::string section;
     std::string key;   // empty: the section is deleted
     std::string value; // "-": the key is deleted
     std::size_t firstCall = 0;
-    std::size_t endCall = 0; // behind its last one
+    std::size_t endCall = 0; // one past its last call
     bool isDone = false;
     std::string before; // the file's bytes
     std::string after;
@@ -101,7 +101,7 @@ public:
     void Flush() override { file_.Flush(); }
 
 private:
-    // Fills in what stands in the step so far.
+    // Runs the operation, completes the step and stores it.
     template <typename Operation>
     bool Take(Step step, Operation operation);
 
@@ -111,20 +111,20 @@ private:
     std::vector<Step> steps_;
 };
 
-// What the step makes of SiteView::own.
+// Applies the step to SiteView::own.
 void Apply(const Step& step, std::string_view code, std::map<std::string, std::string>& own);
 
-// The change without any fault.
+// The change without faults.
 struct Rehearsal {
     explicit Rehearsal(const Scenario& scenario);
 
-    std::vector<std::string> made; // as ProbedCalls::Made
+    std::vector<std::string> made; // the calls, as in ProbedCalls::Made
     std::vector<ProbedCalls::Piece> pieces;
     std::vector<Step> steps;
-    // own of SiteView before each step, and behind the last one.
+    // SiteView::own before each step and after the last one.
     std::vector<std::map<std::string, std::string>> own;
 
-    // The step that makes this call; behind the last step (flushing) their number.
+    // The step that makes this call. For calls after the last step (flushing): the number of steps.
     [[nodiscard]] std::size_t StepAt(std::size_t call) const;
 };
 

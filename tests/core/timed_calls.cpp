@@ -78,7 +78,7 @@ int TimedCalls::StatOpened(int descriptor, struct stat& status)
 int TimedCalls::StatFileSystem(int descriptor, struct statfs& status)
 {
     const int result = SystemCalls().StatFileSystem(descriptor, status);
-    status.f_type = 0x0000EF53; // one with times of this machine
+    status.f_type = 0x0000EF53; // a file system with this machine's times
     return result;
 }
 
@@ -108,7 +108,7 @@ int TimedCalls::Reserve(int descriptor, off_t offset, off_t length)
     return result;
 }
 
-// The clock of file times: 4 ms, or finer than they are.
+// The time by the clock of file times, which ticks every 4 ms or finer.
 timespec TimedCalls::FileClock()
 {
     constexpr std::int64_t clockTick = 4'000'000;

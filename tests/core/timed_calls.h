@@ -9,19 +9,19 @@
 namespace corvrec
 {
 
-// The real calls over a file system whose clock stands still until it is told to move, and ticks as coarsely
-// as the test wants: two changes in one tick have the same times. Whoever else changes the file says so.
+// The real calls over a file system whose clock moves only on request, in ticks as coarse as the test wants:
+// two changes in one tick get the same times. Other programs' changes must be reported to it.
 class TimedCalls final : public PosixCalls
 {
 public:
-    // tick: nanoseconds between two times that a file may have.
+    // tick: nanoseconds between two different file times.
     explicit TimedCalls(std::int64_t tick)
         : tick_(tick)
     {
     }
 
     void Advance(std::int64_t nanoseconds) { now_ += nanoseconds; }
-    // The file has been changed, now; keepsModified: and its time of modification set back.
+    // Another program has changed the file now; with keepsModified it has set the modification time back.
     void Changed(const std::string& path, bool keepsModified = false);
 
     void CopyTimes(const std::string& from, const std::string& to);

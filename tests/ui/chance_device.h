@@ -13,8 +13,8 @@
 namespace corvrec
 {
 
-// A modem and a device behind it that do as chance has it: answer as they should, garbage, or nothing, refuse
-// the port, go away. Every command to the modem has to be one line.
+// A modem with a device at its other end, driven by chance: both answer as they should, send garbage or stay
+// silent, refuse the port or disappear. Reports any command to the modem that is not exactly one line.
 class ChanceDevice final : public SerialPort
 {
 public:
@@ -46,7 +46,8 @@ private:
     std::string received_;
 };
 
-// Handles the window system's events, and lets the time of a wait go by in leaps: no wait takes real time.
+// Handles the window system's events and advances the time of a wait in leaps, so that no wait takes real
+// time.
 class LeapingPump final : public EventPump
 {
 public:

@@ -21,9 +21,9 @@ namespace
 {
 
 constexpr qsizetype kTrailLength = 40;
-constexpr std::size_t kLongestPause = 900; // milliseconds; some clicks make a double click
+constexpr std::size_t kLongestPause = 900; // milliseconds; short enough for some double clicks
 
-// How often, in a hundred, a dialog that could be left is looked at some more.
+// How often, in percent, the monkey stays in a dialog instead of closing it.
 constexpr std::size_t kLingering = 75;
 
 constexpr QStringView kLetters =
@@ -50,13 +50,13 @@ QString NameOf(const QWidget& widget)
     return QString("%1 %2").arg(widget.metaObject()->className(), widget.objectName());
 }
 
-// What the key of this letter is called; letters beyond ASCII come from a key of their own.
+// The key that types this letter; Key_Agrave stands in for all letters beyond ASCII.
 Qt::Key KeyOf(QChar letter)
 {
     return letter.unicode() < 0x80 ? static_cast<Qt::Key>(letter.toUpper().unicode()) : Qt::Key_Agrave;
 }
 
-// What closes most dialogs.
+// These keys close most dialogs.
 bool LeadsAway(Qt::Key key)
 {
     return key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter;
@@ -91,7 +91,7 @@ void Monkey::Act(QWidget& front)
     static const std::size_t kAll =
         std::transform_reduce(kHabits.begin(), kHabits.end(), std::size_t{0}, std::plus<>(),
                               [](const Habit& habit) { return habit.weight; });
-    // A habit may find nothing to act on.
+    // A habit may find nothing to act on, so another one is tried until an event is sent.
     for (const std::size_t before = sent_; sent_ == before;) {
         std::size_t pick = chance_.Below(kAll);
         const auto* habit = kHabits.begin();
@@ -106,7 +106,7 @@ void Monkey::LetGo(QWidget& front)
     for (const Qt::MouseButton button : {Qt::LeftButton, Qt::RightButton, Qt::MiddleButton}) {
         if (held_.testFlag(button)) {
             Mouse(front, QEvent::MouseButtonRelease, button);
-            return; // the rest next time: the release may have closed the window
+            return; // one at a time: the release may have closed the window
         }
     }
 }
@@ -245,7 +245,7 @@ void Monkey::MoveFocus(QWidget& front)
         target.setFocus(chance_.Percent(50) ? Qt::MouseFocusReason : Qt::TabFocusReason);
 }
 
-// To another program and back.
+// Switches to another program and back.
 void Monkey::LeaveAndReturn(QWidget& front)
 {
     Note("leave", front);
@@ -285,7 +285,7 @@ void Monkey::Mouse(QWidget& target, QEvent::Type type, Qt::MouseButton button)
         held_ |= button;
     else if (type == QEvent::MouseButtonRelease)
         held_ &= ~button;
-    if (!window.isVisible()) // an earlier click of the same row has closed it
+    if (!window.isVisible()) // an earlier event of the same action has closed it
         return;
     timestamp_ += 1 + static_cast<int>(chance_.Below(kLongestPause));
     Note("mouse", target, QString("%1 %2").arg(type).arg(button));

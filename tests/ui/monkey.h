@@ -14,9 +14,8 @@ class QWindow;
 namespace corvrec
 {
 
-// Hands that do as chance has it, at the keyboard, the mouse and the clipboard. Keys and mouse go the way of
-// the window system: to the window, through its shortcuts and popups, and not to a window that a dialog
-// blocks.
+// Random use of keyboard, mouse and clipboard. Keys and mouse events take the window system's way: they go to
+// the window, pass its shortcuts and popups, and do not reach a window that a dialog blocks.
 class Monkey
 {
 public:
@@ -25,14 +24,15 @@ public:
     {
     }
 
-    // One event to this window, in front of the user. Whatever the event opens runs inside.
+    // Sends one event to this window, which must be the one in front. Whatever the event opens runs inside
+    // the call.
     void Act(QWidget& front);
 
-    // Lets go of the mouse buttons.
+    // Releases one held mouse button.
     void LetGo(QWidget& front);
     void PressEscape(QWidget& front);
 
-    // The last events, in their order.
+    // The last events, oldest first.
     const QStringList& Trail() const { return trail_; }
 
 private:

@@ -1,4 +1,4 @@
-// Hands that know nothing of the program drive all of its windows: the settings file has to survive, and
+// A monkey that knows nothing of the program uses all of its windows. The settings file has to survive, and
 // Escape has to lead back to the site list from everywhere.
 #include "app/frmSiti.h"
 #include "tests/support/listed_sites.h"
@@ -35,16 +35,17 @@ namespace
 
 constexpr int kEventsOfARun = 10'000;
 constexpr int kEventsBetweenChecks = 1'000;
-constexpr std::size_t kEventsBetweenEscapes = 250; // on the average
+constexpr std::size_t kEventsBetweenEscapes = 250; // on average
 
-// From the innermost box to the list: a popup, a box, the modem's dialog, the buffer window, and the editor,
-// each with a mouse button that is let go first.
+// From the innermost window to the list: a popup, a box, the modem's dialog, the buffer window and the
+// editor. Each may first need a held mouse button to be released.
 constexpr int kMostEscapes = 8;
 
-// Then the file is a new one: the sites that there were are gone, and odd codes have left much behind.
+// After this many events the file is replaced: by then the original sites are gone, and many odd codes
+// remain.
 constexpr int kEventsOfAFile = 1'000;
 
-// Foreign lines, which nobody may touch.
+// Foreign lines, which the program must not touch.
 constexpr std::string_view kForeignHead = "; Registratore di Bologna\r\n"
                                           "Orfana=prima di ogni sezione\r\n"
                                           "\r\n"
@@ -82,7 +83,7 @@ std::string Settings()
     return std::string(kForeignHead).append(kSites);
 }
 
-// The program, over a file and a line that are watched.
+// The program with a watched settings file and a watched line.
 class Program
 {
 public:
@@ -106,7 +107,7 @@ public:
                                                       return std::make_unique<ChanceDevice>(chance_, report_);
                                                   }});
         if (!list_->Load())
-            report_("the settings file names no port any more");
+            report_("the settings file no longer names a port");
         list_->LoadEditor();
         list_->RefreshGrid();
         list_->show();
@@ -136,7 +137,7 @@ private:
     frmDettaglio* editor_ = nullptr;
 };
 
-// What all runs together have seen.
+// Totals over all runs.
 struct Seen {
     QMap<QString, int> windows; // events in front of each kind of window
     int saves = 0;
@@ -145,7 +146,7 @@ struct Seen {
     int mostEscapes = 0;
 };
 
-// One seed's events. A timer lets the monkey act in whatever event loop is running, so that dialogs and waits
+// The events of one seed. A timer lets the monkey act in whatever event loop is running, so dialogs and waits
 // are driven too.
 class Run : public QObject
 {
@@ -169,7 +170,7 @@ public:
 
     bool eventFilter(QObject* watched, QEvent* event) override
     {
-        // The files of this machine are none of the monkey's business.
+        // The monkey must not change files of this machine.
         if (auto* const chooser = qobject_cast<QFileDialog*>(watched);
             chooser != nullptr && event->type() == QEvent::Show)
             chooser->setOption(QFileDialog::ReadOnly);
@@ -205,8 +206,8 @@ private:
     bool wasHome_ = false;
 };
 
-// Not in the timer's own time: a timer does not fire while it is being handled, and the event may open a
-// dialog.
+// The event runs after the timer's handler: it may open a dialog, and a timer does not fire while it is being
+// handled.
 void Run::Tick()
 {
     if (pending_)
@@ -238,7 +239,7 @@ void Run::Step()
     monkey_.Act(front);
 }
 
-// No handler of the program is running, and nothing lies in front of the list.
+// True when no handler of the program is running and nothing is open in front of the list.
 bool Run::IsHome() const
 {
     return QThread::currentThread()->loopLevel() == homeLevel_ && !program_->IsWaiting() &&
@@ -270,7 +271,7 @@ void Run::ArriveHome()
         nextFile_ = events_ + kEventsOfAFile;
         program_ = std::make_unique<Program>(chance_, [this](const QString& what) { Report(what); });
     } else if (!program_->List().isVisible()) {
-        if (chance_.Percent(75)) { // a start takes its time
+        if (chance_.Percent(75)) { // starting takes long, so it is mostly skipped
             program_->List().show();
             return;
         }
@@ -294,9 +295,9 @@ void Run::Check()
 {
     const std::string bytes = program_->Bytes();
     if (bytes != program_->File().Expected().Bytes())
-        Report("the settings file is not what was written");
+        Report("the settings file differs from what was written");
     if (!bytes.starts_with(kForeignHead))
-        Report("foreign lines are not what they were");
+        Report("foreign lines have changed");
 }
 
 void Run::Count()
@@ -337,22 +338,22 @@ class monkey_test : public QObject
 
 private slots:
     void initTestCase();
-    void everyWindowIsLeftAndOnlyTheEditedSiteChanges_data();
-    void everyWindowIsLeftAndOnlyTheEditedSiteChanges();
+    void everyWindowCanBeLeftAndOnlyTheEditedSiteChanges_data();
+    void everyWindowCanBeLeftAndOnlyTheEditedSiteChanges();
     void cleanupTestCase();
 };
 
 void monkey_test::initTestCase()
 {
-    // The file chooser keeps what it last showed.
+    // The file chooser stores what it last showed.
     qputenv("XDG_CONFIG_HOME", configuration_.path().toUtf8());
     QApplication::setQuitOnLastWindowClosed(false);
     SilencePlatform();
     InstallTexts(*QCoreApplication::instance());
 }
 
-// CORVREC_MONKEY_SEED and CORVREC_MONKEY_EVENTS=10000 in the environment play one run again.
-void monkey_test::everyWindowIsLeftAndOnlyTheEditedSiteChanges_data()
+// To repeat one run, set CORVREC_MONKEY_SEED and CORVREC_MONKEY_EVENTS=10000 in the environment.
+void monkey_test::everyWindowCanBeLeftAndOnlyTheEditedSiteChanges_data()
 {
     QTest::addColumn<int>("seed");
     const int first = FromEnvironment("CORVREC_MONKEY_SEED", 1);
@@ -360,19 +361,19 @@ void monkey_test::everyWindowIsLeftAndOnlyTheEditedSiteChanges_data()
         QTest::addRow("seed %d", first + run) << first + run;
 }
 
-void monkey_test::everyWindowIsLeftAndOnlyTheEditedSiteChanges()
+void monkey_test::everyWindowCanBeLeftAndOnlyTheEditedSiteChanges()
 {
     QFETCH(int, seed);
-    // A dialog opened while it is open, for one. Names with NULs are the chooser's own affair.
+    // For example when a dialog is opened while it is open. Names with NULs are the file chooser's concern.
     QTest::failOnWarning(QRegularExpression("^(?!Broken filename)"));
     Run(static_cast<std::uint64_t>(seed), seen_).Play();
 }
 
-// Nothing is proved by a monkey that got nowhere.
+// A monkey that reached few windows has proved nothing.
 void monkey_test::cleanupTestCase()
 {
-    qInfo("%d events: %d saves, %d removals, %d starts; at most %d times Escape", events_, seen_.saves,
-          seen_.removals, seen_.starts, seen_.mostEscapes);
+    qInfo("%d events: %d saves, %d removals, %d starts; Escape at most %d times in a row", events_,
+          seen_.saves, seen_.removals, seen_.starts, seen_.mostEscapes);
     qInfo() << "events in front of each window:" << seen_.windows;
     for (const char* const window :
          {"corvrec::frmSiti", "corvrec::frmDettaglio", "corvrec::frmModem", "corvrec::frmTrasfAvanzate",

@@ -26,7 +26,7 @@ std::string WatchedFile::Read(std::string_view section, std::string_view key, st
 
 std::string WatchedFile::Keys(std::string_view section, std::string_view fallback, std::size_t size)
 {
-    return file_.Keys(section, fallback, size); // the site list is compared as a whole
+    return file_.Keys(section, fallback, size); // not checked here: the shown list is compared as a whole
 }
 
 bool WatchedFile::Write(std::string_view section, std::string_view key, std::string_view value)
@@ -34,7 +34,7 @@ bool WatchedFile::Write(std::string_view section, std::string_view key, std::str
     MustBeEdited(section, key);
     Expect(value.find_first_of(std::string_view("\r\n\0", 3)) == std::string_view::npos, "line break",
            section, key);
-    if (key == "CharToDel") // the last one
+    if (key == "CharToDel") // the last key of a save
         ++saves_;
     expected_.Write(section, key, value);
     return file_.Write(section, key, value);
@@ -60,7 +60,7 @@ void WatchedFile::Flush()
     file_.Flush();
 }
 
-// The site's own section, its line in the list of sites, and the log that all sites share.
+// Allowed are the site's own section, its line in the list of sites, and the log that all sites share.
 void WatchedFile::MustBeEdited(std::string_view section, std::string_view key)
 {
     const std::string code = editedCode_();

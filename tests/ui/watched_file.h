@@ -12,13 +12,13 @@
 namespace corvrec
 {
 
-// A real settings file under watch: every read has to give what the profile functions would give, and every
-// write has to be of the site that is being edited, on one line.
+// A real settings file under watch: every read must return what the profile functions would, and every write
+// must belong to the site being edited and stay on one line.
 class WatchedFile final : public ProfileFile
 {
 public:
-    // bytes: the file's content. editedCode: code of the site being edited or removed; report: told what went
-    // wrong.
+    // bytes: the file's content. editedCode: returns the code of the site being edited or removed. report:
+    // called with each violation.
     WatchedFile(ProfileFile& file, std::string_view bytes, std::function<std::string()> editedCode,
                 std::function<void(QString)> report);
 
@@ -31,7 +31,7 @@ public:
     bool IsWritable() override { return file_.IsWritable(); }
     void Flush() override;
 
-    // What the file must hold.
+    // The content that the file should have.
     const ReferenceProfile& Expected() const { return expected_; }
 
     int Saves() const { return saves_; }
