@@ -17,7 +17,7 @@ namespace corvrec
 namespace
 {
 
-// Whether the X server sends the keys to the window. True where there is no X server.
+// Whether the X server sends keys to the window. True on platforms without an X server.
 bool HasKeyboard([[maybe_unused]] const QWidget& window)
 {
 #ifdef CORVREC_XCB
@@ -40,22 +40,23 @@ bool IsOffscreen()
 
 bool IsInFront(const QWidget& window)
 {
-    // Not isActiveWindow: for that one a dialog is active as soon as its parent is.
+    // Not isActiveWindow(), which is true for a dialog as soon as its parent is active.
     return QApplication::activeWindow() == &window && HasKeyboard(window);
 }
 
 void BringToFront(QWidget& window)
 {
     const auto isInFront = [&window] { return IsInFront(window); };
-    // The X server is heard first: the window was not active for a moment if a list has just been open.
+    // Processes pending X events first: after one of its lists was open, a window is briefly inactive.
     QGuiApplication::sync();
-    // Asked for again: a request is lost while the window manager moves the focus from a window that closed.
+    // Repeats the request: the first is lost while the window manager moves the focus from a window that
+    // closed.
     for (int askedMs = 0; !isInFront() && askedMs < kActivationMs; askedMs += kActivationMs / 10) {
         window.activateWindow();
         std::ignore = QTest::qWaitFor(isInFront, kActivationMs / 10);
     }
     QVERIFY(isInFront());
-    QCoreApplication::processEvents(); // line edits answer the activation by a queued call
+    QCoreApplication::processEvents(); // line edits handle the activation in a queued call
 }
 
 void ShowInFrontOf(QWidget& behind, QWidget& dialog)

@@ -5,25 +5,24 @@
 namespace corvrec
 {
 
-// How long, in milliseconds, the window system may take to activate a window on a busy machine. Passed only
-// by a test that fails.
+// Milliseconds that the window system may take to activate a window on a busy machine. Only a failing test
+// waits that long.
 inline constexpr int kActivationMs = 30000;
 
-// Whether the windows are shown nowhere. There is no window manager then: a window becomes active when it is
-// shown for the first time or when the test activates it, and none does when another one closes.
+// Whether the platform is offscreen. Without a window manager, a window becomes active when it is first shown
+// or when the test activates it, but not when another window closes.
 bool IsOffscreen();
 
-// Whether the window is active, for Qt and for the X server. Qt alone says so too early: it hears its own
-// request for the window, and believes that the window manager has granted it. A window that is hidden before
-// the window manager has acted leaves Qt with an active window that never had the keyboard, and the next one
-// is never activated.
+// Whether the window is active for Qt and for the X server. Qt alone reports it too early: it treats its own
+// request as granted. If a window is then hidden before the window manager has acted, Qt keeps an active
+// window that never had the keyboard, and the next window is never activated.
 bool IsInFront(const QWidget& window);
 
-// Activates a visible window and waits until it is in front, so that the focus really moves in it and its
+// Activates a visible window and waits until it is in front, so that the focus can move in it and its
 // shortcuts work.
 void BringToFront(QWidget& window);
 
-// Shows the dialog in front of a window that is behind it, both of them in front in their turn.
+// Shows the window and then the dialog, each of them in front when it is shown.
 void ShowInFrontOf(QWidget& behind, QWidget& dialog);
 
 } // namespace corvrec

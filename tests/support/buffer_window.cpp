@@ -145,7 +145,7 @@ QString BufferWindow::Focus()
 
 void BufferWindow::LogOff()
 {
-    // The manager of the session cannot be made, and nobody looks at it.
+    // A session manager object cannot be created here, and no receiver uses it.
     char manager = 0;
     QMetaObject::invokeMethod(qApp, "commitDataRequest", Qt::DirectConnection,
                               QGenericArgument("QSessionManager&", &manager));

@@ -22,23 +22,23 @@ namespace corvrec
 
 enum class Reached { direct, byModem };
 
-// What any buffer window shows: all value labels in the order of the form, the names of the buttons that are
-// enabled, and of the windows (the modem dialog is the other one) with the busy pointer.
+// What a buffer window shows: all value labels in the order of the form, the names of the enabled buttons,
+// and the names of the windows (this one or the modem dialog) with the busy pointer.
 QStringList ShownValues(frmSX& window);
 QStringList EnabledButtons(frmSX& window);
 QStringList BusyWindows(frmSX& window);
 
-// The buffer window over a fake port on Com2 and a scripted event pump: what happens during a wait is the
-// script's. The times of the script and of the port's journal begin with the window.
+// The buffer window over a fake port on Com2 and a scripted event pump, which plays what happens during a
+// wait. The times of the script and of the port's journal start when the window is created.
 class BufferWindow
 {
 public:
     explicit BufferWindow(Reached reached = Reached::direct, int modelloSX = model::stratobox30);
 
-    // Shows the window; the journal begins here.
+    // Shows the window and starts the journal.
     void Open();
 
-    // Shows it as the editor does, and returns when it has gone. The visit acts in it and has to close it.
+    // Shows it as the editor does, and returns after it has closed. The visit runs inside and must close it.
     void Exec(const std::function<void()>& visit);
 
     frmSX& Window() { return window_; }
@@ -50,13 +50,14 @@ public:
     MaskEdit& Field(const char* name) { return SiteWindow::Part<MaskEdit>(window_, name); }
     QPushButton& Button(const char* name) { return SiteWindow::Part<QPushButton>(window_, name); }
     void Click(const char* button);
-    void Press(Qt::Key key); // where the focus is
+    void Press(Qt::Key key); // on the focused control
 
-    // The modem confirms the reset, the initialisation and the call, and from now on the carrier is held.
+    // The modem confirms reset, initialisation and call, and holds the carrier from then on.
     void ModemConnects();
     void ModemHangsUp();
 
-    // The device answers the next line clear and status request, the last line clear after it too.
+    // The device answers the next line clear and status request, and also the line clear that ends the
+    // exchange.
     void DeviceReplies(std::string_view status);
 
     QStringList Journal();
@@ -64,9 +65,9 @@ public:
     QStringList Values() { return ShownValues(window_); }
     QStringList Enabled() { return EnabledButtons(window_); }
     QStringList Busy() { return BusyWindows(window_); }
-    QString Focus(); // name of the control with the focus
+    QString Focus(); // name of the focused control
 
-    // The end of a session, as the desktop tells it.
+    // Ends the session the way the desktop does.
     static void LogOff();
 
 private:

@@ -6,7 +6,7 @@ class QWidget;
 namespace corvrec
 {
 
-// Whether a pixel of the widget, as it would be painted now, has exactly this colour.
+// Whether the widget, painted now, has a pixel of exactly this colour.
 bool HasColour(QWidget& widget, const QColor& colour);
 
 } // namespace corvrec

@@ -20,7 +20,7 @@ namespace corvrec
 namespace
 {
 
-// A round longer than this has lost its way.
+// More steps than this mean that Tab does not return to the start.
 constexpr int kMostStops = 100;
 
 QString MarkedRows(const CheckList& list)
@@ -43,7 +43,7 @@ void PickRow(QComboBox& list, int row)
     for (int i = 0; i < row; ++i)
         QTest::keyClick(list.view(), Qt::Key_Down);
     QTest::keyClick(list.view(), Qt::Key_Return);
-    BringToFront(*list.window()); // without a window manager it does not come back by itself
+    BringToFront(*list.window()); // needed without a window manager
     QCOMPARE(list.currentIndex(), row);
 }
 
@@ -107,8 +107,8 @@ QString AccessibleName(QWidget& control)
 {
     if (!control.accessibleName().isEmpty())
         return control.accessibleName();
-    // Not the interface's own name: where labels are told by relations, a list gives its chosen entry as its
-    // name.
+    // Not the interface's own name: on platforms with label relations, a list reports its current entry as
+    // its name.
     for (const auto& [label, relation] : QAccessible::queryAccessibleInterface(&control)->relations()) {
         if (relation.testFlag(QAccessible::Label))
             return label->text(QAccessible::Name);

@@ -12,36 +12,36 @@ class QLineEdit;
 namespace corvrec
 {
 
-// Picks an entry as a user does at the keyboard: opens the list, goes to the row, presses Enter.
+// Picks an entry from the keyboard: opens the list, moves to the row, presses Enter.
 void PickRow(QComboBox& list, int row);
 
-// Turns the wheel one notch down over the control; whether the control took it.
+// Turns the wheel one notch down over the control. Returns whether the control accepted it.
 bool TurnWheelOver(QWidget& control);
 
-// Where a click puts the caret in front of the character at this position.
+// The position where a click puts the caret before this character.
 QPoint CaretPlace(QLineEdit& field, int position);
 
-// Presses the left button at one place of the control and releases it at another one.
+// Presses the left button at one point of the control and releases it at another.
 void Drag(QWidget& control, QPoint from, QPoint to);
 
-// What a control shows: the text of a field, a label or a list's chosen entry; "on" or "off" for a box or an
-// option button; the numbers of the marked rows for a list with check marks ("0 1 6").
+// What a control shows: the text of a field or label, or a list's current entry; "on" or "off" for a check
+// box or option button; the numbers of the checked rows for a check list ("0 1 6").
 QString Shown(const QWidget& control);
 
-// The control's own flag, whatever holds for the page or the group around it.
+// The control's own flag, ignoring the page or group around it.
 bool IsEnabled(const QWidget& control);
 
-// Names of the controls that Tab reaches, from the one with the focus on, once round the window.
+// Names of the controls that Tab reaches, starting with the focused one, once round the window.
 QStringList TabRound(QWidget& window);
 
-// What a screen reader calls the control: its own accessible name, else its label's caption.
+// What a screen reader calls the control: its accessible name, or else its label's caption.
 QString AccessibleName(QWidget& control);
 
-// Captions with a mnemonic that leads to no field.
+// Labels whose mnemonic belongs to no field.
 QStringList LabelsWithoutBuddy(const QWidget& window);
 
-// Names of the fields and lists of the window that a screen reader cannot tell apart: no name, or only the
-// entry chosen.
+// Names of the fields and lists that a screen reader cannot distinguish: without a name, or with only the
+// current entry.
 QStringList NamelessFields(const QWidget& window);
 
 } // namespace corvrec

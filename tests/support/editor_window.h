@@ -14,16 +14,16 @@
 namespace corvrec
 {
 
-// The site editor over the real site list, opened by the list's own steps but not modally: the test acts
-// beside it.
+// The site editor over the real site list, opened as the list opens it, but not modally, so that the test can
+// act meanwhile.
 class EditorWindow : public SiteWindow
 {
 public:
     explicit EditorWindow(std::string_view settings,
                           std::optional<std::string_view> catalogue = std::nullopt);
 
-    void Add();             // for a new site
-    void Open(int row = 0); // for the site in this row of the list
+    void Add();             // opens it for a new site
+    void Open(int row = 0); // opens it for the site in this row of the list
 
     template <class Control>
     Control& At(const char* name)
@@ -34,19 +34,19 @@ public:
     QComboBox& Choice(const char* name) { return At<QComboBox>(name); }
     QCheckBox& Box(const char* name) { return At<QCheckBox>(name); }
 
-    // What the control of this name shows, in the editor or in one of its option dialogs.
+    // What the control with this name shows, in the editor or in one of its option dialogs.
     QString Shows(const char* name);
 
-    // Puts the control's page in front, as a user has to.
+    // Brings the control's page to the front, as a user has to.
     void Turn(QWidget& control);
 
     void Pick(const char* list, int row);
     void Click(const char* button);
-    void Retype(const char* field, const QString& text); // in place of what the field holds
-    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier); // where the focus is
+    void Retype(const char* field, const QString& text);                       // replaces the field's text
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier); // on the focused control
 
     int Tab();
-    QString Focus(); // name of the control with the focus
+    QString Focus(); // name of the focused control
 
 private:
     void Show();

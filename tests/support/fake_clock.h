@@ -10,15 +10,15 @@
 namespace corvrec
 {
 
-// Time that stands still until it is told to move. The tick is as fine as the test wants it: unlike the real
-// one's it has no steps, so a wait can be made to end exactly at its time-out.
+// A clock that moves only on request. Unlike the real one, its tick has no steps, so a wait can end exactly
+// at its time-out.
 class FakeClock final : public Clock
 {
 public:
     [[nodiscard]] DateTime Now() const override { return now_; }
     [[nodiscard]] std::int64_t TickMs() const override { return tickMs_; }
 
-    // Moves the tick as a real sleep would, and is noted.
+    // Advances the tick like a real sleep, and records the duration.
     void Sleep(std::int64_t ms) override
     {
         sleeps_.push_back(ms);
@@ -27,12 +27,12 @@ public:
             duringSleep_();
     }
 
-    // What others do while the program sleeps.
+    // What other programs do while this one sleeps.
     void SetDuringSleep(std::function<void()> action) { duringSleep_ = std::move(action); }
 
     void SetNow(const DateTime& now) { now_ = now; }
 
-    // The tick alone; the time of day is set, it never runs.
+    // Advances the tick only; the time of day never moves, it is set.
     void Advance(std::int64_t ms) { tickMs_ += ms; }
 
     [[nodiscard]] const std::vector<std::int64_t>& Sleeps() const { return sleeps_; }

@@ -12,7 +12,7 @@ namespace
 
 constexpr int kBufferSize = 1024;
 
-// Bytes that are no printable ASCII as "<0D>".
+// Shows bytes other than printable ASCII as "<0D>".
 std::string Readable(std::string_view bytes)
 {
     constexpr std::string_view kHexDigits = "0123456789ABCDEF";
@@ -101,7 +101,7 @@ void FakePort::Note(std::string_view call)
     journal_.push_back(std::to_string(clock_.TickMs() - start_) + " " + std::string(call));
 }
 
-// What was received before a loss can still be taken.
+// Input received before a loss can still be read.
 void FakePort::MustWorkOrHold() const
 {
     if (!lost_ || received_.empty())

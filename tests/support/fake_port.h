@@ -13,9 +13,9 @@
 namespace corvrec
 {
 
-// A port whose device is the test. It keeps a journal of what is done to the line, each entry with its time
-// in milliseconds since the port was made: "0 Output AT<0D>", "3001 ClearInput". Looking at the input is not
-// noted.
+// A port whose device is the test. It keeps a journal of all operations on the line, each with its time in
+// milliseconds since the port was made: "0 Output AT<0D>", "3001 ClearInput". Reading the input is not
+// recorded.
 class FakePort final : public SerialPort
 {
 public:
@@ -39,17 +39,17 @@ public:
     void ClearInput() override;
     void ClearOutput() override;
 
-    // Bytes come in.
+    // Adds bytes to the input.
     void Receive(std::string_view bytes) { received_ += bytes; }
 
-    // Bytes that come in the moment these are sent; each answer is given once.
+    // Receives the reply as soon as these bytes are sent; each answer is given once.
     void Answer(std::string_view sent, std::string_view reply) { answers_.emplace_back(sent, reply); }
 
-    // From now on the same byte without end; nothing stops it.
+    // Supplies this byte endlessly from now on, regardless of flow control; nullopt stops it.
     void Pour(std::optional<char> byte) { poured_ = byte; }
 
-    // The other side goes away: the port counts as closed and answers with errors, until it is opened anew.
-    // What was received before can be taken.
+    // The device disappears: the port counts as closed and throws until it is opened again. Input received
+    // before can still be read.
     void Lose() { lost_ = true; }
 
     void RefuseOpen(bool refuse) { refuses_ = refuse; }
@@ -58,10 +58,10 @@ public:
     [[nodiscard]] const std::vector<std::string>& Journal() const { return journal_; }
     void ForgetJournal() { journal_.clear(); }
 
-    // What was sent, one after the other.
+    // Everything sent so far, joined.
     [[nodiscard]] const std::string& Sent() const { return sent_; }
 
-    // What was received and neither taken nor cleared.
+    // Input that was neither read nor cleared.
     [[nodiscard]] const std::string& Waiting() const { return received_; }
 
     [[nodiscard]] const std::optional<LineSettings>& Line() const { return line_; }

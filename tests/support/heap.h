@@ -4,7 +4,7 @@
 #include <malloc.h>
 
 #ifdef __SANITIZE_ADDRESS__
-// Of the sanitizer's run-time library; g++ comes without its header.
+// Declared here because g++ lacks the header of the sanitizer's run-time library.
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
@@ -12,7 +12,7 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 namespace corvrec
 {
 
-// Bytes of the heap that are in use. Two such figures can be compared, one means nothing.
+// Heap bytes in use. Only the difference of two such figures means something.
 inline std::size_t AllocatedBytes()
 {
 #ifdef __SANITIZE_ADDRESS__

@@ -10,14 +10,14 @@ namespace corvrec
 
 using Json = nlohmann::json;
 
-// The lists of tests/data/conversions.json; README.md beside it tells their fields.
+// The lists of tests/data/conversions.json; the README.md there explains their fields.
 inline const Json& Lists()
 {
     static const Json lists = Json::parse(std::ifstream(CORVREC_TEST_DATA "/conversions.json"));
     return lists;
 }
 
-// Runs the check on each case of the list, which must not be empty; a failure shows the case.
+// Runs the check on each case of the list, which must not be empty. A failure prints the case.
 template <class Check>
 void ForEachCase(const char* list, Check check)
 {

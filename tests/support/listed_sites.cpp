@@ -11,7 +11,7 @@ namespace corvrec
 namespace
 {
 
-constexpr std::size_t kListSize = 500; // of each read
+constexpr std::size_t kListSize = 500; // the program's buffer for each read
 
 QString Entry(const QString& code, const QString& name)
 {

@@ -9,8 +9,7 @@ class frmSiti;
 class ProfileFile;
 class ReferenceProfile;
 
-// Codes and names that the list shows, those that it reads from a file, and those that it has to read from
-// it.
+// Codes and names of the sites: as the list shows them, as ListSites reads them, and as they are expected.
 QStringList ListedSites(const frmSiti& list);
 QStringList ListedSites(ProfileFile& file);
 QStringList ListedSites(const ReferenceProfile& file);

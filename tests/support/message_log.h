@@ -6,8 +6,8 @@
 namespace corvrec
 {
 
-// Answers every message box by Return as soon as it is there, and keeps the texts; for tests in which boxes
-// may come or not.
+// Answers every message box with Return as soon as it appears, and keeps the texts. For tests in which boxes
+// may or may not appear.
 class MessageLog : public QObject
 {
 public:

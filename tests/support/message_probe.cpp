@@ -19,7 +19,7 @@ namespace
 
 std::chrono::milliseconds patience{30000};
 
-// Set on a box as soon as one probe has taken it.
+// Property of a box that a probe has already taken.
 constexpr const char* kTaken = "taken by a probe";
 
 QList<MessageProbe*>& ArmedProbes()
@@ -120,7 +120,7 @@ bool MessageProbe::eventFilter(QObject* watched, QEvent* event)
     if (box == nullptr || event->type() != QEvent::Show || box->property(kTaken).toBool())
         return QObject::eventFilter(watched, event);
     box->setProperty(kTaken, true);
-    // Answered by the loop that the box is about to run, as a user would.
+    // Answers from the event loop that the box is about to run, as a user would.
     MessageProbe* const probe = ArmedProbes().isEmpty() ? this : ArmedProbes().takeFirst();
     probe->box_ = box;
     QMetaObject::invokeMethod(probe, probe->answered_ ? &MessageProbe::Refuse : &MessageProbe::Meet,
@@ -130,13 +130,13 @@ bool MessageProbe::eventFilter(QObject* watched, QEvent* event)
 
 void MessageProbe::Meet()
 {
-    // A window manager activates a box after it is shown, and a user answers it then.
+    // A window manager activates a box only after it is shown; a user answers it after that.
     if (!QTest::qWaitFor([this] { return !box_ || IsOffscreen() || IsInFront(*box_); }, kActivationMs)) {
         Dismiss(*box_, QStringLiteral("the message box did not become active"));
         return;
     }
     if (!box_)
-        return; // closed by something else, and reported as missing
+        return; // something else closed it; reported as missing
     text_ = box_->text();
     title_ = box_->windowTitle();
     icon_ = box_->icon();
@@ -165,7 +165,7 @@ void MessageProbe::AwaitBox()
     if (answered_ || QTest::qWaitFor([this] { return answered_; }, static_cast<int>(patience.count())))
         return;
     ArmedProbes().removeOne(this);
-    answered_ = true; // reported once
+    answered_ = true; // so that it is reported only once
     Fail(QStringLiteral("no message box came"));
 }
 

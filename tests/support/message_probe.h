@@ -13,13 +13,13 @@
 namespace corvrec
 {
 
-// Answers one message box as a user does, by a key or by the button with a text, and keeps what the box
-// showed. Armed before the action that leads to the box; several armed together answer in the order in which
-// they were armed. The check runs while the box is open, for what stands behind it.
+// Answers one message box as a user does, with a key or the button with this text, and keeps what the box
+// showed. Create it before the action that opens the box; several probes answer in the order of their
+// creation. The check runs while the box is open, to look at the windows behind it.
 //
-// The test fails, and does not hang, when no box comes (reported at the latest when the probe goes out of
-// scope), when the answer does not close the box, and when a box comes that no probe is armed for while there
-// is a probe.
+// The test fails instead of hanging when no box appears (reported when the probe goes out of scope, at the
+// latest), when the answer does not close the box, and when a box appears that no probe expects. Without any
+// probe nothing is checked.
 class MessageProbe : public QObject
 {
     Q_OBJECT
@@ -31,11 +31,11 @@ public:
     MessageProbe(const MessageProbe&) = delete;
     MessageProbe& operator=(const MessageProbe&) = delete;
 
-    // How long each box may take to come, and to go once it is answered: half a minute, so that a busy
-    // machine changes no result. Passed only by a test that fails.
+    // How long each box may take to appear, and to close after its answer. The default of half a minute is
+    // enough on a busy machine; only a failing test waits that long.
     static void SetPatience(std::chrono::milliseconds longest);
 
-    // What the box showed. A box that is still to come is waited for.
+    // What the box showed. Waits for a box that has not appeared yet.
     QString text();
     QString title();
     QMessageBox::Icon icon();
@@ -55,7 +55,7 @@ private:
     std::function<void()> check_;
     bool answered_ = false;
     QPointer<QMessageBox> box_;
-    QTimer patience_; // for the box to go once it is answered
+    QTimer patience_; // for the box to close after its answer
     QString text_;
     QString title_;
     QMessageBox::Icon icon_ = QMessageBox::NoIcon;

@@ -12,9 +12,8 @@
 namespace corvrec
 {
 
-// Acts inside a modal dialog as a user does: armed before the action that opens the dialog, it waits for the
-// dialog to be the active modal window and then runs the visit, once. The visit has to close the dialog in
-// the end.
+// Acts inside a modal dialog as a user does: created before the action that opens the dialog, it waits until
+// the dialog is the active modal window and then runs the visit, once. The visit must close the dialog.
 template <class Dialog>
 class ModalVisit
 {
@@ -37,8 +36,8 @@ private:
         auto* const dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
         if (dialog == nullptr || !dialog->isVisible())
             return;
-        // The offscreen platform does not bring a dialog that is shown again to the front by itself. A window
-        // manager does, and the visit waits for it.
+        // The offscreen platform does not activate a dialog that is shown again. A window manager does, and
+        // the visit waits for it.
         if (!IsInFront(*dialog)) {
             if (!IsOffscreen())
                 return;

@@ -12,8 +12,8 @@
 namespace corvrec
 {
 
-// An empty settings file that keeps nothing but notes what is asked of it, for what cannot be seen in a real
-// one: sizes of reads, and what follows a failure. All texts are bytes.
+// An empty settings file that only records the requests, for what a real file cannot show: sizes of reads,
+// and what follows a failure. All texts are bytes.
 class NotingProfileFile final : public ProfileFile
 {
 public:
@@ -51,8 +51,8 @@ public:
     bool IsWritable() override { return true; }
     void Flush() override { writes.emplace_back("flush"); }
 
-    std::set<std::string, std::less<>> failing; // keys, and sections to delete
-    std::string keys;                           // what Keys gives
+    std::set<std::string, std::less<>> failing; // keys and sections whose operations fail
+    std::string keys;                           // returned by Keys
     std::vector<std::string> reads;             // "[section]key size"
     std::vector<std::string> writes;            // "[section]key=value", "delete [section]key", "flush"
 

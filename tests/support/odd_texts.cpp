@@ -14,7 +14,7 @@ namespace
 
 using namespace std::string_view_literals;
 
-// NULs are characters of their piece.
+// The pieces keep their NULs.
 constexpr std::array kPieces{
     // structure of the settings file
     u"="sv,
@@ -47,7 +47,7 @@ constexpr std::array kPieces{
     u"\u0085"sv,
     u"\u2028"sv,
     u"\u200b"sv,
-    // letters of the page and outside of it, a character of two halves, and halves
+    // letters inside and outside the code page, a surrogate pair, and single surrogates
     u"à"sv,
     u"È"sv,
     u"ß"sv,
@@ -64,7 +64,7 @@ constexpr std::array kPieces{
     u"\U0001F600"sv,
     u"\xd83d"sv,
     u"\xde00"sv,
-    // what fields are for
+    // ordinary values
     u"Sede"sv,
     u"a"sv,
     u"Z"sv,
@@ -89,7 +89,7 @@ constexpr std::array kPieces{
     u"[*]"sv,
 };
 
-// Lengths around the limits of the reads, and far beyond them.
+// Lengths around the limits of the reads and far beyond them.
 constexpr std::array<qsizetype, 7> kLongLengths{97, 98, 99, 100, 101, 255, 300};
 
 QString Pieces(Chance& chance, std::size_t count)

@@ -10,8 +10,8 @@
 namespace corvrec
 {
 
-// Chance that a seed repeats, on every machine alike (the standard library's distributions are each library's
-// own).
+// Random choices that a seed repeats on every machine; the standard library's distributions differ between
+// implementations.
 class Chance
 {
 public:
@@ -23,7 +23,7 @@ public:
     // 0 to count - 1.
     std::size_t Below(std::size_t count) { return static_cast<std::size_t>(engine_() % count); }
 
-    // True so many times in a hundred.
+    // True in this percentage of calls.
     bool Percent(std::size_t percent) { return Below(100) < percent; }
 
     template <class Range>
@@ -37,9 +37,8 @@ private:
     std::mt19937_64 engine_;
 };
 
-// A text as nobody types it: what the settings file takes for structure, quotes, blanks at both ends, line
-// breaks, NULs, control characters, letters in and outside of code page 1252, halves of characters, up to 300
-// characters.
+// A text that nobody types: the settings file's syntax characters, quotes, outer blanks, line breaks, NULs,
+// control characters, letters inside and outside code page 1252, single surrogates, up to 300 characters.
 QString OddText(Chance& chance);
 
 } // namespace corvrec

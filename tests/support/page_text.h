@@ -9,7 +9,7 @@
 namespace corvrec
 {
 
-// Code page 1252 as a table, beside the one under test. "?" for a character that the page lacks.
+// Code page 1252 as a table, independent of the code under test. "?" for a character outside the page.
 std::string PageBytes(const QString& text);
 QString PageText(std::string_view bytes);
 bool InPage(QChar character);

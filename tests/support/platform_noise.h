@@ -3,8 +3,8 @@
 namespace corvrec
 {
 
-// The offscreen platform says at each showing of a window what it cannot do. Where thousands are shown, that
-// is left out from here on; all other messages stay.
+// Silences the offscreen platform, which warns about missing features each time a window is shown. All other
+// messages stay.
 void SilencePlatform();
 
 } // namespace corvrec

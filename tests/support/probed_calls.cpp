@@ -68,7 +68,7 @@ std::size_t ProbedCalls::Written() const
                            [](std::size_t sum, const Piece& piece) { return sum + piece.count; });
 }
 
-// Notes the call; true when it has to fail, errno is set then.
+// Records the call. Returns true and sets errno when it has to fail.
 bool ProbedCalls::Fails(std::string_view name)
 {
     const std::size_t number = made_.size();
@@ -113,7 +113,7 @@ int ProbedCalls::Open(const char* path, int flags, mode_t mode)
 
 int ProbedCalls::Close(int descriptor)
 {
-    // The descriptor is gone also when the call fails.
+    // A failing close also closes the descriptor.
     const bool fails = Fails("close");
     const int error = errno;
     const int result = SystemCalls().Close(descriptor);

@@ -13,8 +13,8 @@
 namespace corvrec
 {
 
-// The real system calls but for the clock, listed by their names as they are made, of which chosen ones fail.
-// Calls are counted from 0; questions for the time and for permissions are not counted.
+// The real system calls except for the clock, recorded by name as they are made; chosen ones fail. Calls are
+// counted from 0, without queries of the time and of permissions.
 class ProbedCalls final : public PosixCalls
 {
 public:
@@ -24,7 +24,7 @@ public:
         made_.clear();
         pieces_.clear();
     }
-    // What each pwrite has written, without its bytes; the failed ones apart.
+    // What each successful pwrite has written, without the bytes.
     struct Piece {
         std::size_t call = 0; // its number in Made()
         std::size_t begin = 0;
@@ -32,34 +32,34 @@ public:
         [[nodiscard]] std::size_t End() const { return begin + count; }
     };
     [[nodiscard]] const std::vector<Piece>& Pieces() const { return pieces_; }
-    // Bytes that all pwrites together have written.
+    // The number of bytes that all pwrites have written.
     [[nodiscard]] std::size_t Written() const;
 
-    // The call of that number in Made() fails with this errno.
+    // The call with this number in Made() fails with this errno.
     void FailAt(std::size_t number, int error);
-    // That call and all later ones fail, without effect: for the file it is as if the process were gone.
+    // That call and all later ones fail without effect: for the file it is as if the process had ended.
     void FailFrom(std::size_t number, int error);
-    // That pread or pwrite moves only so many bytes. 0 is what a disk may answer that has no room.
+    // That pread or pwrite moves only this many bytes. 0 is a possible result on a full disk.
     void ShortenAt(std::size_t number, std::size_t bytes);
-    // Every call of that name fails.
+    // Every call with that name fails.
     void FailAll(std::string name, int error);
-    // Just before that call the process ends, as if it were killed, with this status.
+    // The process ends just before that call, as if killed, with this exit status.
     static constexpr int endedStatus = 77;
     void EndAt(std::size_t number) { end_ = number; }
-    // Just before that call somebody else rewrites the file in place, or puts another one in its place.
+    // Just before that call, another program rewrites the file in place or replaces it.
     void RewriteAt(std::size_t number, std::filesystem::path file, std::string bytes);
     void ReplaceAt(std::size_t number, std::filesystem::path file, std::string bytes);
-    // From now on nothing of this happens.
+    // Cancels all of the above from now on.
     void Mend();
 
-    // Time by the clock of file times. It does not run: which calls are made never depends on how fast the
-    // machine is. At first it is before every file's time, so no file is old enough to be trusted.
+    // The time by the clock of file times. It does not run, so the calls made never depend on the machine's
+    // speed. Initially it is before every file's time, so no file is old enough to be trusted.
     void SetFileClock(const timespec& now) { fileClock_ = now; }
-    // Every file is old by now.
+    // Makes every file old.
     void LetFilesAge() { SetFileClock({.tv_sec = 4'000'000'000, .tv_nsec = 0}); }
-    // The question whether the file may be written fails with this errno; 0: it is asked as usual.
+    // The query whether the file can be written fails with this errno; 0: it is made normally.
     void DenyWriting(int error) { deniedWriting_ = error; }
-    // What the file system tells as its type.
+    // The type that the file system reports.
     void SetFileSystemType(std::uint32_t type) { fileSystemType_ = type; }
 
     int Open(const char* path, int flags, mode_t mode) override;
@@ -80,7 +80,7 @@ private:
     struct Fault {
         std::size_t first = 0;
         std::size_t last = 0;
-        std::string name; // empty: any
+        std::string name; // empty: any call
         int error = 0;
     };
     struct Shortage {
@@ -106,7 +106,7 @@ private:
     std::vector<Rewriting> rewritings_;
     int deniedWriting_ = 0; // errno
     timespec fileClock_{};
-    std::uint32_t fileSystemType_ = 0x0000EF53; // a local one, whatever the tests run on
+    std::uint32_t fileSystemType_ = 0x0000EF53; // a local file system, whatever the tests run on
 };
 
 } // namespace corvrec

@@ -24,7 +24,7 @@ std::string Trimmed(std::string_view text)
     return std::string(text);
 }
 
-// Names asked for lose spaces alone: a tab stays, and is never found.
+// Requested names lose only spaces: a tab stays, and such a name is never found.
 std::string WithoutSpaces(std::string_view text)
 {
     while (text.starts_with(' '))

@@ -9,18 +9,17 @@
 namespace corvrec
 {
 
-// What the profile functions make of a settings file, told a second time and as plainly as can be: a list of
-// lines that is searched from its front. For files of single bytes with CR LF at each line's end; all texts
-// are bytes.
+// A second, deliberately simple model of the profile functions: a list of lines, searched from the first. For
+// single-byte files with CR LF at each line end; all texts are bytes.
 class ReferenceProfile
 {
 public:
     explicit ReferenceProfile(std::string_view bytes);
 
-    // Cut to size - 1 bytes; nothing when the key is missing.
+    // Cut to size - 1 bytes; nullopt when the key is missing.
     std::optional<std::string> Read(std::string_view section, std::string_view key, std::size_t size) const;
 
-    // The names that fit whole, each with its NUL, into size - 2 bytes.
+    // The names that fit completely, each with its NUL, into size - 2 bytes.
     std::vector<std::string> Keys(std::string_view section, std::size_t size) const;
 
     void Write(std::string_view section, std::string_view key, std::string_view value);
@@ -35,7 +34,7 @@ private:
     struct Line {
         std::string text; // without its end
         Kind kind = Kind::blank;
-        std::string name; // trimmed; of a header or a key
+        std::string name; // of a header or a key, trimmed
         std::string folded;
     };
 

@@ -5,8 +5,8 @@
 namespace corvrec
 {
 
-// A site with every field filled, daily and by modem. It loads as it is saved, so that a change of it can be
-// told from a loss. Each test sets what it is about.
+// A site with every field filled, daily and by modem. It loads as it was saved, so a test can distinguish a
+// change from a loss. Each test sets the fields that it checks.
 SiteRecord SampleSite();
 
 } // namespace corvrec

@@ -9,7 +9,7 @@ namespace corvrec
 void ScriptedPump::Process(std::optional<std::int64_t> deadlineTick)
 {
     mayRest_.push_back(deadlineTick.has_value());
-    if (RunDue()) // an event that is pending already ends a rest at once
+    if (RunDue()) // a pending event ends a rest at once
         return;
     if (!deadlineTick) {
         clock_.Advance(passMs_);
@@ -23,7 +23,7 @@ void ScriptedPump::Process(std::optional<std::int64_t> deadlineTick)
 
 bool ScriptedPump::RunDue()
 {
-    // Taken out first: what an action adds comes in a later pass.
+    // Removed first: actions added by an action run in a later pass.
     std::vector<std::function<void()>> due;
     while (!script_.empty() && script_.begin()->first <= clock_.TickMs())
         due.push_back(std::move(script_.extract(script_.begin()).mapped()));

@@ -13,9 +13,9 @@
 namespace corvrec
 {
 
-// An event loop that plays a script of (time, action) pairs. It alone moves the clock: a rest goes straight
-// to the next action, or past the deadline when none comes before; a pass without a rest takes no time unless
-// it is told to.
+// An event loop that plays a script of (time, action) pairs, and is the only one to move the clock: a rest
+// jumps to the next action, or past the deadline when that comes first. A pass without a rest takes no time
+// unless SetPassMs says so.
 class ScriptedPump final : public EventPump
 {
 public:
@@ -27,17 +27,17 @@ public:
 
     void Process(std::optional<std::int64_t> deadlineTick) override;
 
-    // An event, so many milliseconds after the pump was made. Events of one time are handled in one pass, in
-    // the order in which they were given.
+    // An event at this time in milliseconds after the pump was made. Events of the same time run in one pass,
+    // in the order in which they were added.
     void At(std::int64_t ms, std::function<void()> action)
     {
         script_.emplace(start_ + ms, std::move(action));
     }
 
-    // From now on a pass that does not rest takes so long.
+    // The duration of later passes that do not rest.
     void SetPassMs(std::int64_t ms) { passMs_ = ms; }
 
-    // One entry a pass: whether it was allowed to rest.
+    // One entry per pass: whether it was allowed to rest.
     [[nodiscard]] const std::vector<bool>& MayRest() const { return mayRest_; }
 
 private:

@@ -9,7 +9,7 @@
 namespace corvrec
 {
 
-// An open port and all that a wait needs, at time 0 of the journal and the script.
+// An open port and everything that a wait needs, at time 0 of the journal and the script.
 struct SerialLine {
     SerialLine()
     {

@@ -35,7 +35,7 @@ SettingsFile::SettingsFile(std::optional<std::string_view> bytes)
 
 SettingsFile::~SettingsFile()
 {
-    // A directory that stays behind harms no test.
+    // A directory that is left over harms no test.
     std::error_code ignored;
     std::filesystem::remove_all(directory_, ignored);
 }
@@ -43,7 +43,7 @@ SettingsFile::~SettingsFile()
 std::string SettingsFile::Bytes() const
 {
     std::ostringstream bytes;
-    bytes << std::ifstream(Path(), std::ios::binary).rdbuf(); // whole blocks: it is asked for very often
+    bytes << std::ifstream(Path(), std::ios::binary).rdbuf(); // in blocks, since this is called very often
     return bytes.str();
 }
 

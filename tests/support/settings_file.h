@@ -11,12 +11,12 @@
 namespace corvrec
 {
 
-// A temporary directory of its own with a real Corvrec.ini in it, opened as ProfileFile; removed with the
-// object. All texts are bytes as they stand in the file.
+// A temporary directory with a real Corvrec.ini, opened as ProfileFile, and removed with the object. All
+// texts are the file's own bytes.
 class SettingsFile
 {
 public:
-    // Nothing: the file is missing at first.
+    // nullopt: the file is missing at first.
     explicit SettingsFile(std::optional<std::string_view> bytes = std::nullopt);
     ~SettingsFile();
     SettingsFile(const SettingsFile&) = delete;
@@ -34,11 +34,11 @@ public:
     [[nodiscard]] std::string Bytes() const;
     [[nodiscard]] bool Exists() const;
 
-    // The key's first line in the first section of that name, without its line end; empty when there is none.
-    // Names are compared as they are, and lines are taken apart here, not by the code under test.
+    // The key's first line in the first section with that name, without its line end; empty when there is
+    // none. Names are compared exactly, and lines are parsed independently of the code under test.
     [[nodiscard]] std::string Line(std::string_view section, std::string_view key) const;
 
-    // Writes the file anew in place, as another program would.
+    // Rewrites the file in place, as another program would.
     void Rewrite(std::string_view bytes) const;
     void Remove() const;
 

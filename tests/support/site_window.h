@@ -20,8 +20,8 @@
 namespace corvrec
 {
 
-// The site list as the program shows it, over a real settings file in a directory of its own, at a fixed date
-// and time.
+// The site list as the program shows it, over a real settings file in its own directory, at a fixed date and
+// time.
 class SiteWindow
 {
 public:
@@ -29,8 +29,8 @@ public:
     static constexpr DateTime kNow{
         .year = 2026, .month = 11, .day = 21, .hour = 18, .minute = 3, .second = 0};
 
-    // settings: bytes of Corvrec.ini; catalogue: bytes of modem.dat, nothing for no such file. The calls that
-    // the windows' settings file is read and written by must live longer.
+    // settings: bytes of Corvrec.ini. catalogue: bytes of modem.dat, nullopt for no such file. calls: used by
+    // the windows' settings file; must outlive this object.
     explicit SiteWindow(std::string_view settings, std::optional<std::string_view> catalogue = std::nullopt,
                         PosixCalls& calls = SystemCalls());
     ~SiteWindow();
@@ -42,10 +42,10 @@ public:
     SettingsFile& Settings() { return settings_; }
     FakeClock& Time() { return clock_; }
 
-    // The port that the next buffer window gets.
+    // Sets the port of the next buffer window.
     void NextPort(std::unique_ptr<SerialPort> port) { nextPort_ = std::move(port); }
 
-    // A control below the window, by its name; the test ends when there is none.
+    // The child of the window with this name. Ends the test when there is none.
     template <class Control>
     static Control& Part(QWidget& window, const char* name)
     {
@@ -57,7 +57,7 @@ public:
 
 private:
     SettingsFile settings_;
-    std::unique_ptr<ProfileFile> profile_; // the same file, as the windows have it
+    std::unique_ptr<ProfileFile> profile_; // the same file, as the windows use it
     FakeClock clock_;
     QtEventPump events_{clock_};
     std::unique_ptr<SerialPort> nextPort_;
@@ -65,7 +65,7 @@ private:
     std::unique_ptr<frmSiti> list_;
 };
 
-// A settings file with these sites (code = name = the text), all of them hourly, enabled and local, on COM2.
+// A settings file with these sites (the text is both code and name), all hourly, enabled and local, on COM2.
 std::string SettingsWith(std::initializer_list<std::string_view> codes);
 
 } // namespace corvrec

@@ -7,7 +7,7 @@
 namespace corvrec
 {
 
-// The expected text of the string table, from tests/data/texts.json. Throws when there is none.
+// The expected text from tests/data/texts.json. Throws when there is none.
 std::string ExpectedText(TextId id);
 
 } // namespace corvrec

@@ -17,7 +17,7 @@ namespace
 
 void Type(QWidget& field, const QString& text)
 {
-    // Letters beyond ASCII come with a key of their own.
+    // One key stands in for all letters beyond ASCII.
     for (const QChar letter : Typeable(text))
         QTest::sendKeyEvent(QTest::Click, &field, Qt::Key_Agrave, QString(letter), Qt::NoModifier);
 }

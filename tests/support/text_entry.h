@@ -10,24 +10,24 @@ class QWidget;
 namespace corvrec
 {
 
-// How a text gets into a field.
+// The ways to enter text into a field.
 enum class Entry { paste, drop, inputMethod, keys };
 
 inline constexpr std::array kEntries{Entry::paste, Entry::drop, Entry::inputMethod, Entry::keys};
 
-// Pastes with Shift+Insert, which every field takes.
+// Pastes with Shift+Insert, which every field supports.
 void Paste(QWidget& field, const QString& text);
 
-// Drops the text from another program into the field's middle.
+// Drops the text, from another program, into the middle of the field.
 void Drop(QWidget& field, const QString& text);
 
-// As an input method hands over a finished text.
+// Enters the text the way an input method commits it.
 void Commit(QWidget& field, const QString& text);
 
-// What of a text the keyboard has keys for: no control characters, no halves of characters.
+// The part of the text that a keyboard can type: no control characters, no surrogates.
 QString Typeable(const QString& text);
 
-// Puts the text into the field in the place of what it holds.
+// Replaces the field's text by this one.
 void Enter(QLineEdit& field, const QString& text, Entry way);
 
 } // namespace corvrec

@@ -14,7 +14,7 @@ namespace corvrec
 namespace
 {
 
-constexpr std::chrono::seconds kPatience{60}; // longer than a probe's
+constexpr std::chrono::seconds kPatience{60}; // longer than a probe waits
 
 void Close(QMessageBox& box)
 {

@@ -5,7 +5,7 @@
 namespace corvrec
 {
 
-// Lets a test fail, and go on, at a message box that nobody answers: without it the box would stand for ever.
+// Closes a message box that nobody answers and fails the test; without it, the test would hang.
 class UnansweredBoxes : public QObject
 {
 public:

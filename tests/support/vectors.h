@@ -8,7 +8,7 @@
 namespace corvrec
 {
 
-// The cases of one conversion, from tests/data/conversions.json. The test ends when there are none.
+// The cases of one conversion from tests/data/conversions.json. Ends the test when there are none.
 inline QJsonArray Vectors(const char* list)
 {
     QFile file(CORVREC_TEST_DATA "/conversions.json");
