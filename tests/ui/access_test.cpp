@@ -1,4 +1,4 @@
-// Every window by keyboard alone, and as a screen reader sees it.
+// Every window used by keyboard only, and as a screen reader sees it.
 #include "core/site/code_tables.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
@@ -33,10 +33,10 @@ namespace corvrec
 namespace
 {
 
-// Sites that between them need every control of the editor.
+// Sites that together need every control of the editor.
 enum class Site { added, bySoftwareEachWeek, byModemEachHour };
 
-// All windows of the program, the one under test in front.
+// All windows of the program, with the tested one in front.
 struct Windows {
     Windows(const QString& name, int page, Site site = Site::added)
     {
@@ -108,14 +108,14 @@ bool CanBeUsed(const QWidget& control)
     return control.isVisible() && control.isEnabled();
 }
 
-// Of a group of option buttons Tab reaches the chosen one; the arrow keys lead to the others.
+// In a group of option buttons, Tab reaches the checked one; the arrow keys move to the others.
 bool IsReachedByArrows(const QWidget& control)
 {
     const auto* const option = qobject_cast<const QRadioButton*>(&control);
     return option != nullptr && !option->isChecked();
 }
 
-// Names of the controls that a user at the keyboard has to come to, sorted.
+// Names of the controls that a keyboard user must be able to reach, sorted.
 QStringList ControlsToReach(const QWidget& window)
 {
     QStringList names;
@@ -130,7 +130,7 @@ QStringList ControlsToReach(const QWidget& window)
     return names;
 }
 
-// What Alt and a letter lead to: several where captions share a letter.
+// The targets of each mnemonic; several where captions share a letter.
 std::map<QKeySequence, std::vector<QWidget*>> Mnemonics(const QWidget& window)
 {
     std::map<QKeySequence, std::vector<QWidget*>> found;
@@ -153,7 +153,7 @@ std::map<QKeySequence, std::vector<QWidget*>> Mnemonics(const QWidget& window)
     return found;
 }
 
-// Whether the key sequence has led to the control: a field has the focus, a button was clicked.
+// Whether the mnemonic reached the control: a field then has the focus, a button was clicked.
 class Arrival
 {
 public:
@@ -172,7 +172,7 @@ private:
     bool wasClicked_ = false;
 };
 
-// A button that only shows that it was clicked: what it opens is not the question here.
+// Disconnects the buttons, so that a click opens nothing.
 void Silence(QWidget& window)
 {
     for (QAbstractButton* const button : window.findChildren<QAbstractButton*>())
@@ -196,13 +196,13 @@ void Check(QAccessibleInterface& control, QWidget& widget)
     const QAccessible::Role role = control.role();
     QVERIFY2(role != QAccessible::NoRole && role != QAccessible::Client && role != QAccessible::Pane,
              qPrintable(QString("%1 has role %2").arg(widget.objectName()).arg(role)));
-    // A list's own name is its chosen entry: what it is about comes from elsewhere.
+    // A list reports its current entry as its name; the name required here says what the list is for.
     const bool isNamed = role == QAccessible::ComboBox ? !AccessibleName(widget).isEmpty()
                                                        : !control.text(QAccessible::Name).isEmpty();
     QVERIFY2(isNamed, where + " has no name");
     if (role == QAccessible::EditableText || role == QAccessible::ComboBox)
         QVERIFY2(control.text(QAccessible::Value) == Shown(widget),
-                 where + " tells another value than it shows");
+                 where + " reports another value than it shows");
     if (role == QAccessible::CheckBox || role == QAccessible::RadioButton)
         QVERIFY2((control.state().checked != 0) == (Shown(widget) == "on"), where);
     QVERIFY2((control.state().disabled != 0) == !widget.isEnabled(), where);
@@ -225,21 +225,21 @@ private slots:
 
     static void tabLeadsToEveryControl_data() { AddWindows(); }
     static void tabLeadsToEveryControl();
-    static void tabLeadsThroughTheLinksOfTheGuideAndOn();
+    static void tabLeavesTheGuideAfterItsLinks();
     static void shiftTabLeadsBack_data() { AddWindows(); }
     static void shiftTabLeadsBack();
-    static void mnemonicsLeadWhereTheyStand_data() { AddWindowsAndGuide(); }
-    static void mnemonicsLeadWhereTheyStand();
+    static void mnemonicsActivateTheirControls_data() { AddWindowsAndGuide(); }
+    static void mnemonicsActivateTheirControls();
     static void arrowsLeadThroughTheOptions();
     static void pagesAreTurnedByKeyboard();
     static void screenReaderFindsNameRoleAndValue_data() { AddWindowsAndGuide(); }
     static void screenReaderFindsNameRoleAndValue();
-    static void screenReaderTellsTheControlsApart_data() { AddWindows(); }
-    static void screenReaderTellsTheControlsApart();
+    static void screenReaderDistinguishesTheControls_data() { AddWindows(); }
+    static void screenReaderDistinguishesTheControls();
     static void screenReaderReadsTheToolTipAsDescription_data() { AddWindows(); }
     static void screenReaderReadsTheToolTipAsDescription();
-    static void toolTipComesUnderTheMouse_data();
-    static void toolTipComesUnderTheMouse();
+    static void toolTipAppearsUnderTheMouse_data();
+    static void toolTipAppearsUnderTheMouse();
     static void screenReaderReadsTheListOfSites();
     static void screenReaderReadsTheValuesOfABuffer();
 };
@@ -258,7 +258,7 @@ void access_test::tabLeadsToEveryControl()
     QCOMPARE(reached, ControlsToReach(*windows.window));
 }
 
-void access_test::tabLeadsThroughTheLinksOfTheGuideAndOn()
+void access_test::tabLeavesTheGuideAfterItsLinks()
 {
     constexpr int kMoreThanItsLinks = 300;
     const Windows windows("frmGuida", 0);
@@ -288,11 +288,11 @@ void access_test::shiftTabLeadsBack()
         QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
     }
 
-    forward.append(forward.takeFirst()); // both rounds begin at the same control
+    forward.append(forward.takeFirst()); // so that both start at the same control
     QCOMPARE(back, forward);
 }
 
-void access_test::mnemonicsLeadWhereTheyStand()
+void access_test::mnemonicsActivateTheirControls()
 {
     QFETCH(const QString, name);
     QFETCH(const int, page);
@@ -301,12 +301,12 @@ void access_test::mnemonicsLeadWhereTheyStand()
     Silence(*windows.window);
 
     for (const auto& [mnemonic, targets] : Mnemonics(*windows.window)) {
-        windows.Prepare(site); // the one before may have switched something off
+        windows.Prepare(site); // the previous mnemonic may have disabled something
         const auto key = static_cast<Qt::Key>(mnemonic[0].key());
         std::vector<std::unique_ptr<Arrival>> arrivals;
         for (QWidget* const target : targets)
             arrivals.push_back(std::make_unique<Arrival>(*target));
-        // Where captions share a letter each press leads to the next of them.
+        // Where captions share a letter, each press moves to the next of them.
         std::set<const Arrival*> come;
         for (std::size_t press = 0; press < targets.size(); ++press) {
             QTest::keyClick(windows.window, key, Qt::AltModifier);
@@ -374,7 +374,7 @@ void access_test::screenReaderFindsNameRoleAndValue()
     QVERIFY(controls > 0);
 }
 
-void access_test::screenReaderTellsTheControlsApart()
+void access_test::screenReaderDistinguishesTheControls()
 {
     QFETCH(const QString, name);
     QFETCH(const int, page);
@@ -417,7 +417,7 @@ void access_test::screenReaderReadsTheToolTipAsDescription()
     }
 }
 
-void access_test::toolTipComesUnderTheMouse_data()
+void access_test::toolTipAppearsUnderTheMouse_data()
 {
     QTest::addColumn<int>("page");
     QTest::addColumn<QString>("name");
@@ -428,7 +428,7 @@ void access_test::toolTipComesUnderTheMouse_data()
     QTest::newRow("list with check marks") << 1 << "lstGiorni";
 }
 
-void access_test::toolTipComesUnderTheMouse()
+void access_test::toolTipAppearsUnderTheMouse()
 {
     QFETCH(const int, page);
     QFETCH(const QString, name);

@@ -1,5 +1,5 @@
-// A technician's session from the list to the file: what is typed and clicked against the bytes that are
-// left.
+// A technician's session from the site list to the file: compares the resulting bytes with what was typed and
+// clicked.
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/registered_test.h"
@@ -58,7 +58,7 @@ constexpr std::string_view kBefore = "; Registratore di Bologna\r\n"
 
 constexpr std::string_view kCatalogue = "Modello A=X3S0=0\r\nModello B=X4&K3=1\r\n";
 
-// Compared line by line, so that a failure names the line; the line ends are part of the lines.
+// Line by line, so that a failure shows the line; line ends are part of the lines.
 QList<QByteArray> Lines(const QByteArray& bytes)
 {
     return bytes.split('\n');
@@ -82,7 +82,7 @@ void Type(QWidget& window, const char* field, const QString& text)
     QTest::keyClick(&edit, Qt::Key_Home);
     QTest::keyClick(&edit, Qt::Key_End, Qt::ShiftModifier);
     for (const QChar letter : text) {
-        // Letters beyond ASCII come with a key of their own.
+        // One key stands in for all letters beyond ASCII.
         if (letter.unicode() < 0x80)
             QTest::keyClick(&edit, letter.toLatin1());
         else
@@ -90,7 +90,7 @@ void Type(QWidget& window, const char* field, const QString& text)
     }
 }
 
-// Chooses an entry with the arrow keys, as from the keyboard.
+// Chooses an entry with the arrow keys.
 void Choose(QWidget& window, const char* list, const QString& entry)
 {
     auto& combo = Part<QComboBox>(window, list);
@@ -164,7 +164,7 @@ private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
     static void addedSiteIsWrittenWhole();
-    static void editedSiteIsWrittenAnew();
+    static void editedSiteIsWrittenAgain();
     static void lookingAtASiteWritesNothing();
     static void addingEditingAndRemovingLeaveTheRestOfTheFile();
     static void changeByAnotherProgramMeanwhileIsKept();
@@ -218,7 +218,7 @@ void edit_cycle_test::addedSiteIsWrittenWhole()
                    QByteArray(kRavenna.data(), static_cast<qsizetype>(kRavenna.size()))));
 }
 
-void edit_cycle_test::editedSiteIsWrittenAnew()
+void edit_cycle_test::editedSiteIsWrittenAgain()
 {
     SiteWindow window(kBefore, kCatalogue);
     const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
@@ -275,13 +275,13 @@ void edit_cycle_test::addingEditingAndRemovingLeaveTheRestOfTheFile()
         Click(window.List(), "cmdAggiungi");
     }
     {
-        // The first site goes.
+        // The first site is removed.
         Part<QTableView>(window.List(), "dgrdGrigliaSiti").selectRow(0);
         MessageProbe question(QString("Sì"));
         Click(window.List(), "cmdRimuovi");
     }
     {
-        // The new one is opened and confirmed as it is: the same bytes at the same place.
+        // Opening the new site and pressing OK writes the same bytes again.
         const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { Click(form, "OK"); });
         Click(window.List(), "cmdProperties");
     }
@@ -289,8 +289,8 @@ void edit_cycle_test::addingEditingAndRemovingLeaveTheRestOfTheFile()
 
     QVERIFY(!window.List().isVisible());
     QByteArray ravenna(kRavenna.data(), static_cast<qsizetype>(kRavenna.size()));
-    // Shown paths have their letters behind each separator in upper case, and a loaded "0" is an alert of 0
-    // MByte.
+    // The editor capitalises the letter after each separator of a path, and reads the stored "0" as an alert
+    // at 0 MByte.
     ravenna.replace("d:\\ra\\dati", "d:\\Ra\\Dati")
         .replace("d:\\ra\\sc", "d:\\Ra\\Sc")
         .replace("d:\\ra\\st", "d:\\Ra\\St");
@@ -307,7 +307,7 @@ void edit_cycle_test::changeByAnotherProgramMeanwhileIsKept()
 {
     SiteWindow window(SettingsWith({"A", "B"}));
     const ModalVisit<frmDettaglio> editor([&window](frmDettaglio& form) {
-        // While the editor is open, the other site and a foreign section change.
+        // Another site and a foreign section change while the editor is open.
         std::string bytes = window.Settings().Bytes();
         bytes.replace(bytes.find("[B]\r\nSitoAbilitato=1"), 20, "[B]\r\nSitoAbilitato=0");
         window.Settings().Rewrite(bytes + "[Servizio]\r\nAvviato=1\r\n");

@@ -28,7 +28,7 @@ QString ToText(const std::filesystem::path& path)
     return QString::fromStdString(path.string());
 }
 
-// The editor with a folder beside the program's own, to browse in.
+// The editor, and a folder to browse in next to the program's files.
 class BrowseWindow : public EditorWindow
 {
 public:
@@ -49,7 +49,7 @@ public:
         Click(button);
     }
 
-    // The folder that the chooser shows at first for a text in the field.
+    // The folder in which the chooser opens for this text in the field.
     QString StartFolder(const QString& text)
     {
         QString folder;
@@ -86,16 +86,16 @@ private slots:
     static void folderOfANameOfAnotherSystem();
 
     static void startsInTheFolderOfTheField();
-    static void startsBesideTheProgramWhenTheFolderHoldsNoFile();
-    static void startsBesideTheProgramWithoutAFolder_data();
-    static void startsBesideTheProgramWithoutAFolder();
+    static void startsInTheProgramsFolderWhenTheOtherHoldsNoFile();
+    static void startsInTheProgramsFolderWithoutAnother_data();
+    static void startsInTheProgramsFolderWithoutAnother();
     static void showsTheTwoFilters();
     static void opensAnyFile();
     static void secondFilterListsNamesWithoutAPoint();
 
     static void chosenPathFillsTheField_data();
     static void chosenPathFillsTheField();
-    static void fileThatDoesNotExistYetIsTaken();
+    static void fileThatDoesNotExistYetIsAccepted();
     static void cancellingKeepsTheText_data();
     static void cancellingKeepsTheText();
     static void segmentsOfAWindowsPathAreCapitalised();
@@ -147,7 +147,7 @@ void file_chooser_test::startsInTheFolderOfTheField()
     QCOMPARE(window.StartFolder(ToText(window.Folder() / "nuovo.txt")), ToText(window.Folder()));
 }
 
-void file_chooser_test::startsBesideTheProgramWhenTheFolderHoldsNoFile()
+void file_chooser_test::startsInTheProgramsFolderWhenTheOtherHoldsNoFile()
 {
     BrowseWindow window;
     const QString inFolder = ToText(window.Folder() / "calls.txt");
@@ -161,7 +161,7 @@ void file_chooser_test::startsBesideTheProgramWhenTheFolderHoldsNoFile()
     QCOMPARE(window.StartFolder(inFolder), own);
 }
 
-void file_chooser_test::startsBesideTheProgramWithoutAFolder_data()
+void file_chooser_test::startsInTheProgramsFolderWithoutAnother_data()
 {
     QTest::addColumn<QString>("text");
     QTest::newRow("empty") << "";
@@ -170,7 +170,7 @@ void file_chooser_test::startsBesideTheProgramWithoutAFolder_data()
     QTest::newRow("folder of another system") << R"(Z:\dati\pabx.txt)";
 }
 
-void file_chooser_test::startsBesideTheProgramWithoutAFolder()
+void file_chooser_test::startsInTheProgramsFolderWithoutAnother()
 {
     QFETCH(QString, text);
     BrowseWindow window;
@@ -253,7 +253,7 @@ void file_chooser_test::chosenPathFillsTheField()
 
     window.Browse(QTest::currentDataTag(), [](QFileDialog& chooser) { Choose(chooser, "calls.txt"); });
 
-    // The letters of a path that begins with "/" stay as they are.
+    // Paths that start with "/" are not capitalised.
     QCOMPARE(window.Shows(qPrintable(field)), ToText(window.Folder() / "calls.txt"));
     QCOMPARE(window.Field(qPrintable(field)).cursorPosition(), 0);
     QVERIFY(!window.Field(qPrintable(field)).hasSelectedText());
@@ -264,7 +264,7 @@ void file_chooser_test::chosenPathFillsTheField()
     QVERIFY(window.Editor().isVisible());
 }
 
-void file_chooser_test::fileThatDoesNotExistYetIsTaken()
+void file_chooser_test::fileThatDoesNotExistYetIsAccepted()
 {
     BrowseWindow window;
     window.Put("calls.txt");
@@ -326,7 +326,7 @@ void file_chooser_test::filesAreNeitherDeletedNorRenamed()
     QVERIFY(std::filesystem::exists(window.Folder() / "calls.txt"));
 }
 
-// A file of the system (/proc/kmsg) may keep its reader waiting for ever.
+// Reading a system file such as /proc/kmsg may block forever.
 void file_chooser_test::filesAreNotReadForTheirType()
 {
     BrowseWindow window;

@@ -33,14 +33,14 @@ struct Fixture {
     SerialLine line;
     frmConnessione dialog{line.wait, {.resetString = "z", .initString = "", .number = "0123", .pulse = true}};
 
-    // Caller's order. The journal and the script begin at time 0.
+    // The calls in the caller's order. The journal and the script start at time 0.
     void Run(int action)
     {
         dialog.SetErrModem(false);
         dialog.SetAzione(action);
-        QTimer patience; // for a dialog that does not go
+        QTimer patience; // for a dialog that does not close
         QObject::connect(&patience, &QTimer::timeout, &dialog, [this] {
-            QTest::qFail("the dialog stayed", __FILE__, __LINE__);
+            QTest::qFail("the dialog did not close", __FILE__, __LINE__);
             dialog.hide();
         });
         patience.start(kPatience);
@@ -95,8 +95,8 @@ private slots:
     static void connects();
     static void disconnects();
     static void anyOtherActionDoesNothing();
-    static void statusTellsTheAction_data();
-    static void statusTellsTheAction();
+    static void statusNamesTheAction_data();
+    static void statusNamesTheAction();
     static void oneDialogServesManyActions();
     static void buttonHasTheFocus();
     static void barMovesWhileItWaits();
@@ -104,9 +104,9 @@ private slots:
     static void silenceIsReportedAtEachStep_data();
     static void silenceIsReportedAtEachStep();
     static void silenceOfADisconnectionIsReported();
-    static void whatComesBehindAMessageIsThrownAway();
-    static void lostPortIsSilence_data();
-    static void lostPortIsSilence();
+    static void inputDuringAMessageIsDiscarded();
+    static void lostPortCountsAsSilence_data();
+    static void lostPortCountsAsSilence();
 
     static void portLostWhileItIsCancelledLeavesNoFlag();
     static void cancellingACallShowsNothing_data();
@@ -180,7 +180,7 @@ void frmConnessione_test::anyOtherActionDoesNothing()
 
     window.dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window.dialog, kPatienceMs));
-    QCoreApplication::processEvents(); // the action would run here
+    QCoreApplication::processEvents(); // the action would start here
 
     QVERIFY(window.dialog.isVisible());
     QCOMPARE(window.Journal(), QStringList());
@@ -188,7 +188,7 @@ void frmConnessione_test::anyOtherActionDoesNothing()
     QVERIFY(!window.dialog.ErrModem());
 }
 
-void frmConnessione_test::statusTellsTheAction_data()
+void frmConnessione_test::statusNamesTheAction_data()
 {
     QTest::addColumn<int>("action");
     QTest::addColumn<QString>("status");
@@ -196,7 +196,7 @@ void frmConnessione_test::statusTellsTheAction_data()
     QTest::newRow("disconnect") << 0 << "Disconnessione in corso..";
 }
 
-void frmConnessione_test::statusTellsTheAction()
+void frmConnessione_test::statusNamesTheAction()
 {
     QFETCH(const int, action);
     QFETCH(const QString, status);
@@ -303,7 +303,7 @@ void frmConnessione_test::silenceOfADisconnectionIsReported()
     QVERIFY(window.line.port.IsOpen());
 }
 
-void frmConnessione_test::whatComesBehindAMessageIsThrownAway()
+void frmConnessione_test::inputDuringAMessageIsDiscarded()
 {
     Fixture window;
     MessageProbe message(Qt::Key_Return, [&] { window.line.port.Receive("OK"); });
@@ -313,7 +313,7 @@ void frmConnessione_test::whatComesBehindAMessageIsThrownAway()
     QCOMPARE(window.line.port.Waiting(), "");
 }
 
-void frmConnessione_test::lostPortIsSilence_data()
+void frmConnessione_test::lostPortCountsAsSilence_data()
 {
     QTest::addColumn<int>("action");
     QTest::addColumn<QString>("text");
@@ -322,7 +322,7 @@ void frmConnessione_test::lostPortIsSilence_data()
     QTest::newRow("disconnect") << 0 << kNoDisconnection << "Disconnessione";
 }
 
-void frmConnessione_test::lostPortIsSilence()
+void frmConnessione_test::lostPortCountsAsSilence()
 {
     QFETCH(const int, action);
     QFETCH(const QString, text);
@@ -351,7 +351,7 @@ void frmConnessione_test::portLostWhileItIsCancelledLeavesNoFlag()
     window.Run(1);
 
     QVERIFY(window.dialog.ErrModem());
-    QVERIFY(!window.dialog.Cancel()); // the next request would end as cancelled
+    QVERIFY(!window.dialog.Cancel()); // otherwise the next request would end as cancelled
 }
 
 void frmConnessione_test::cancellingACallShowsNothing_data()
@@ -408,7 +408,7 @@ void frmConnessione_test::cancellingADisconnectionIsReported()
     QVERIFY(!window.dialog.Cancel());
 }
 
-// Pressed between the showing and the start.
+// Cancelled after the dialog is shown and before the action starts.
 void frmConnessione_test::cancelBeforeTheFirstWaitCounts()
 {
     Fixture window;

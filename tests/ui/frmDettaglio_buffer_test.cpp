@@ -1,4 +1,4 @@
-// The editor's buffer button: what of the site reaches the buffer window.
+// The editor's buffer button: what the buffer window is given of the site.
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/fake_port.h"
@@ -29,7 +29,7 @@ std::string SiteWith(const QString& lines)
     return ("[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM3\r\n[A]\r\n" + lines + "\r\n").toStdString();
 }
 
-// The editor with this site, whose next buffer window talks to a fake port.
+// The editor with this site. Its next buffer window uses a fake port.
 class Fixture
 {
 public:
@@ -41,7 +41,7 @@ public:
         editor_.Open();
     }
 
-    // Opens the buffer window; it is closed behind the visit. The port goes with it.
+    // Opens the buffer window, runs the visit and closes the window, which destroys the port.
     void Visit(const std::function<void(frmSX&)>& visit)
     {
         const ModalVisit<frmSX> visitor([&visit](frmSX& window) {
@@ -206,7 +206,7 @@ void frmDettaglio_buffer_test::windowIsModalAndOpensNothing()
     QCOMPARE(site.Editor().Focus(), "cmdSX");
 }
 
-// With the modem settings that the site holds, over the device's own line.
+// Uses the site's modem settings and the device's own line settings.
 void frmDettaglio_buffer_test::remoteSiteIsDialledAndHungUp()
 {
     Fixture site(
@@ -247,7 +247,7 @@ void frmDettaglio_buffer_test::buttonCanBePressedAgain()
     });
 }
 
-// The program's own event loop runs these waits, over a clock that stands: only the key can end them.
+// The clock stands still in the program's own event loop, so only the key can end these waits.
 void frmDettaglio_buffer_test::escapeEndsARequest()
 {
     Fixture site("Dispositivo=STX30");

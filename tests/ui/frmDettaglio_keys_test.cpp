@@ -19,7 +19,7 @@ namespace corvrec
 namespace
 {
 
-// The controls of the editor that take the focus with Tab, whatever page they stand on.
+// The controls of the editor that Tab can focus, on any page.
 QList<QWidget*> FocusableControls(EditorWindow& window)
 {
     QList<QWidget*> controls;
@@ -48,7 +48,7 @@ private slots:
     static void tabFollowsTheReadingOrder();
     static void tabFollowsTheReadingOrderOfARemoteSite();
     static void focusStartsOnTheName();
-    static void focusStartsBehindALockedIdentity();
+    static void focusStartsAfterALockedIdentity();
     static void focusStartsOnTheFirstFieldAtEachOpening();
     static void everyMnemonicLeadsToAField();
     static void everyFieldHasAnAccessibleName();
@@ -57,9 +57,9 @@ private slots:
 
     static void leavingTheCodeTrimsAndRaisesIt();
     static void leavingTheNameTrimsIt();
-    static void leavingAnEmptyXonOrXoffPutsItsLetterBack();
-    static void leavingTheWindowPutsTheLettersBack_data();
-    static void leavingTheWindowPutsTheLettersBack();
+    static void leavingAnEmptyXonOrXoffRestoresItsLetter();
+    static void leavingTheWindowRestoresTheLetters_data();
+    static void leavingTheWindowRestoresTheLetters();
     static void minimisingIsNotLeaving();
     static void clickOnAnotherControlIsLeaving();
     static void anotherProgramInFrontIsNotLeaving();
@@ -173,7 +173,7 @@ void frmDettaglio_keys_test::tabFollowsTheReadingOrderOfARemoteSite()
     window.Click("optRemoto");
     window.Field("txtNomeSito").setFocus();
 
-    // Tab enters a group of option buttons at the one that is on.
+    // Tab enters a group of option buttons at the checked one.
     QCOMPARE(TabRound(window.Editor()),
              QStringList({"txtNomeSito", "txtCodice", "chkAbilitato", "qt_tabwidget_tabbar", "cboTipoConn",
                           "cmdSX", "optRemoto", "btnModem", "cboVelocita", "cboBitDati", "cboParita",
@@ -189,7 +189,7 @@ void frmDettaglio_keys_test::focusStartsOnTheName()
     QCOMPARE(window.Focus(), "txtNomeSito");
 }
 
-void frmDettaglio_keys_test::focusStartsBehindALockedIdentity()
+void frmDettaglio_keys_test::focusStartsAfterALockedIdentity()
 {
     EditorWindow window(SettingsWith({"A"}));
 
@@ -276,7 +276,7 @@ void frmDettaglio_keys_test::leavingTheNameTrimsIt()
     QCOMPARE(window.Shows("txtNomeSito"), "Roma nord");
 }
 
-void frmDettaglio_keys_test::leavingAnEmptyXonOrXoffPutsItsLetterBack()
+void frmDettaglio_keys_test::leavingAnEmptyXonOrXoffRestoresItsLetter()
 {
     EditorWindow window(SettingsWith({}));
     window.Add();
@@ -295,7 +295,7 @@ void frmDettaglio_keys_test::leavingAnEmptyXonOrXoffPutsItsLetterBack()
     QCOMPARE(window.Shows("txtXon"), "W");
 }
 
-void frmDettaglio_keys_test::leavingTheWindowPutsTheLettersBack_data()
+void frmDettaglio_keys_test::leavingTheWindowRestoresTheLetters_data()
 {
     QTest::addColumn<QString>("field");
     QTest::addColumn<QString>("letter");
@@ -308,8 +308,8 @@ void frmDettaglio_keys_test::leavingTheWindowPutsTheLettersBack_data()
     }
 }
 
-// A site whose line has no such characters finds the fields disabled, and could not be saved.
-void frmDettaglio_keys_test::leavingTheWindowPutsTheLettersBack()
+// Otherwise the next site would have empty, disabled fields, and could not be saved.
+void frmDettaglio_keys_test::leavingTheWindowRestoresTheLetters()
 {
     QFETCH(QString, field);
     QFETCH(QString, letter);
@@ -395,7 +395,7 @@ void frmDettaglio_keys_test::enterIsNotLeaving()
 
     window.Press(Qt::Key_Return);
 
-    // The check trims the text; only leaving the field raises it.
+    // The check only trims the text; leaving the field also converts it to upper case.
     QCOMPARE(nameMissing.text(), "È necessario inserire il nome del sito");
     QCOMPARE(codeBehindTheBox, "ab");
 }

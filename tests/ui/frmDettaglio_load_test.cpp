@@ -16,7 +16,7 @@ namespace corvrec
 namespace
 {
 
-// A settings file with the one site A, whose section holds these lines.
+// A settings file whose only site, A, has these lines in its section.
 std::string SiteWith(const QString& lines, const QString& general = "Com=COM2")
 {
     return ("[Siti]\r\nA=Alfa\r\n[General]\r\n" + general + "\r\n[A]\r\n" + lines + "\r\n").toStdString();
@@ -24,7 +24,7 @@ std::string SiteWith(const QString& lines, const QString& general = "Com=COM2")
 
 constexpr auto kCatalogue = "Alfa=A1\r\nBeta=B2\r\nBeta due=B3\r\n";
 
-// A row for each stored value of a key: which control shows it, and what it shows.
+// Each row gives stored lines, the control that shows them, and the text that it shows.
 void AddShownColumns()
 {
     QTest::addColumn<QString>("lines");

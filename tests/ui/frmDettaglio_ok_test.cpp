@@ -23,7 +23,7 @@ enum Kind { continuous, hourly, daily, weekly };
 constexpr auto kSetup = "Setup";
 constexpr auto kApplication = "Configurazione Corvane Recorder";
 
-// What stands behind a box, and what the user finds when it is closed.
+// The state of the editor while the message box is open and after it has closed.
 struct Refusal {
     QString message;
     QString title;
@@ -32,7 +32,7 @@ struct Refusal {
     QString focus;
 };
 
-// Presses OK, which has to refuse, to leave the file alone and the editor open.
+// Presses OK and expects a refusal that leaves the file unchanged and the editor open.
 void ExpectRefusal(EditorWindow& window, const Refusal& expected)
 {
     const QByteArray before = window.File();
@@ -53,7 +53,7 @@ void ExpectRefusal(EditorWindow& window, const Refusal& expected)
     BringToFront(window.Editor());
 }
 
-// A new site that nothing is wrong with, in front of the user's eyes.
+// Fills in a new site so that OK would accept it, and shows its first page.
 void AddComplete(EditorWindow& window)
 {
     window.Add();
@@ -73,7 +73,7 @@ QString CollisionWith(const QString& name)
            "salvare ugualmente?";
 }
 
-// A site list without a window: what the editor asks of it, fixed.
+// A site list without a window that returns fixed answers to the editor.
 class FixedList final : public SiteListView
 {
 public:
@@ -103,13 +103,13 @@ private slots:
     static void trimsNameAndCodeFirst();
     static void takenNameOrCodeIsRefused_data();
     static void takenNameOrCodeIsRefused();
-    static void takenNameLeavesTheFocus();
-    static void takenNameLeavesTheCaretAndTheCode();
+    static void takenNameKeepsTheFocus();
+    static void takenNameKeepsTheCaretAndTheCode();
     static void existingSiteIsNeverCompared();
     static void uniqueness_data();
     static void uniqueness();
-    static void textsThatTheFileCannotTellApartAreTaken_data();
-    static void textsThatTheFileCannotTellApartAreTaken();
+    static void textsThatAreEqualInTheFileAreTaken_data();
+    static void textsThatAreEqualInTheFileAreTaken();
 
     static void startTime_data();
     static void startTime();
@@ -125,7 +125,7 @@ private slots:
     static void missingTexts_data();
     static void missingTexts();
     static void missingNameOfAnExistingSite();
-    static void blanksAloneAreNoName();
+    static void blanksAreNotAName();
     static void firstFailureIsTheOneReported();
     static void startTimeComesBeforeTheInterval();
 
@@ -152,7 +152,7 @@ void frmDettaglio_ok_test::trimsNameAndCodeFirst()
     QTest::keyClick(&window.Field("txtDati"), Qt::Key_Return);
 
     QCOMPARE(dataMissing.text(), "È necessario inserire il nome del file dati");
-    // Blanks alone go, and the letters stay as they are.
+    // Only blanks are trimmed, and the letters keep their case.
     QCOMPARE(window.Shows("txtNomeSito"), "Roma\t");
     QCOMPARE(window.Shows("txtCodice"), "rm");
 }
@@ -188,7 +188,7 @@ void frmDettaglio_ok_test::takenNameOrCodeIsRefused()
     ExpectRefusal(window, {"Esiste già un sito con lo stesso nome o codice", kSetup, 0, 0, "OK"});
 }
 
-void frmDettaglio_ok_test::takenNameLeavesTheFocus()
+void frmDettaglio_ok_test::takenNameKeepsTheFocus()
 {
     EditorWindow window(SettingsWith({"A"}));
     AddComplete(window);
@@ -201,8 +201,8 @@ void frmDettaglio_ok_test::takenNameLeavesTheFocus()
     QCOMPARE(window.Focus(), "txtCodice");
 }
 
-// The focus does not move, so no field is left and none gets it.
-void frmDettaglio_ok_test::takenNameLeavesTheCaretAndTheCode()
+// The focus does not move, so no leaving or entering rule runs.
+void frmDettaglio_ok_test::takenNameKeepsTheCaretAndTheCode()
 {
     EditorWindow window(SettingsWith({"AB"}));
     AddComplete(window);
@@ -262,7 +262,7 @@ void frmDettaglio_ok_test::uniqueness()
     QCOMPARE(unique, vector["out"].toBool());
 }
 
-void frmDettaglio_ok_test::textsThatTheFileCannotTellApartAreTaken_data()
+void frmDettaglio_ok_test::textsThatAreEqualInTheFileAreTaken_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("code");
@@ -279,9 +279,8 @@ void frmDettaglio_ok_test::textsThatTheFileCannotTellApartAreTaken_data()
                                             << "Ð1" << true;
 }
 
-// Outside the code page every character becomes a question mark: a second such site would be written over the
-// first.
-void frmDettaglio_ok_test::textsThatTheFileCannotTellApartAreTaken()
+// Characters outside the code page become question marks, so a second such site would overwrite the first.
+void frmDettaglio_ok_test::textsThatAreEqualInTheFileAreTaken()
 {
     QFETCH(QString, name);
     QFETCH(QString, code);
@@ -326,7 +325,7 @@ void frmDettaglio_ok_test::startTime()
             window.Click("OK");
             QVERIFY(!window.Editor().isVisible());
         } else {
-            // The page comes after the box.
+            // The page turns only after the box has closed.
             ExpectRefusal(window,
                           {"Inserire correttamente l'ora di inizio.", kApplication, 2, 1, "mskOrario"});
         }
@@ -371,7 +370,7 @@ void frmDettaglio_ok_test::startTimeOfAContinuousSiteIsCheckedToo()
     AddComplete(window);
     window.At<MaskEdit>("mskOrario").setText("__:__");
 
-    // The field itself is disabled: the first control of its page takes the focus.
+    // The field itself is disabled, so the first control of its page takes the focus.
     ExpectRefusal(window, {"Inserire correttamente l'ora di inizio.", kApplication, 0, 1, "cboRicorrenza"});
 }
 
@@ -473,8 +472,8 @@ void frmDettaglio_ok_test::missingTexts_data()
     QTest::addColumn<int>("startPage");
     QTest::addColumn<int>("pageBehindTheBox");
     QTest::addColumn<int>("page");
-    // The four file names ask for a page behind the last one: nothing turns until the focus goes to the
-    // field.
+    // The checks of the file names select a page that does not exist, so the page turns only when the focus
+    // moves to the field.
     QTest::newRow("txtDati") << "È necessario inserire il nome del file dati" << 0 << 0 << 2;
     QTest::newRow("txtDati2") << "È necessario inserire il nome del file di scambio dati" << 1 << 1 << 2;
     QTest::newRow("txtStorico") << "È necessario inserire il nome del file storico" << 0 << 0 << 2;
@@ -503,11 +502,11 @@ void frmDettaglio_ok_test::missingNameOfAnExistingSite()
     window.Open();
     window.Editor().SelectTab(2);
 
-    // Its name cannot be changed, so the focus goes to what can.
+    // The name cannot be changed, so the focus moves to the first control that can.
     ExpectRefusal(window, {"È necessario inserire il nome del sito", kSetup, 0, 0, "chkAbilitato"});
 }
 
-void frmDettaglio_ok_test::blanksAloneAreNoName()
+void frmDettaglio_ok_test::blanksAreNotAName()
 {
     EditorWindow window(SettingsWith({}));
     AddComplete(window);
@@ -592,7 +591,7 @@ void frmDettaglio_ok_test::collisionMessageNamesTheSite_data()
     QTest::addColumn<QString>("message");
     for (const QJsonValue vector : Vectors("collision_message")) {
         const QString name = vector["name"].toString();
-        // The box breaks lines where the text has carriage returns.
+        // The message box breaks lines where the text has carriage returns.
         QTest::newRow(qPrintable("'" + name + "'")) << name << vector["out"].toString().replace('\r', '\n');
     }
 }

@@ -29,7 +29,7 @@ void AddRoma(EditorWindow& window)
     window.Retype("txtStorico", "C:\\Roma\\Storico.txt");
 }
 
-// What the new site RM holds, up to the first key that was not written.
+// The file after saving the new site RM up to, but not including, this key.
 QByteArray SavedUpTo(const char* key)
 {
     const QByteArray site =
@@ -54,7 +54,7 @@ private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
     static void newContinuousSiteWhole();
-    static void existingSiteIsDeletedAndWrittenAnew();
+    static void existingSiteIsDeletedAndWrittenAgain();
     static void handEditedTimeOutsAreReset();
     static void codeIsSavedAsTypedWhenEnterIsPressed();
     static void listShowsTheSavedSite();
@@ -107,7 +107,7 @@ void frmDettaglio_save_test::newContinuousSiteWhole()
         "TimeoutFineImp=15\r\nCharToDel=00\r\n");
 }
 
-void frmDettaglio_save_test::existingSiteIsDeletedAndWrittenAnew()
+void frmDettaglio_save_test::existingSiteIsDeletedAndWrittenAgain()
 {
     EditorWindow window(
         "; in testa\r\n[Siti]\r\nA=Alfa\r\nB=Beta\r\n[A]\r\nVecchia=1\r\n; nota\r\nDati=a\r\nDati2=b\r\n"
@@ -442,7 +442,7 @@ void frmDettaglio_save_test::everyWayToOkSavesTheWholeSite_data()
     QTest::newRow("click on OK") << "OK" << Qt::Key_unknown;
 }
 
-// The saved site ends with the last key, although both flow characters were emptied and no field was left.
+// Both empty flow characters are replaced although no field was left, and the save reaches its last key.
 void frmDettaglio_save_test::everyWayToOkSavesTheWholeSite()
 {
     QFETCH(QString, control);
@@ -467,7 +467,7 @@ void frmDettaglio_save_test::everyWayToOkSavesTheWholeSite()
     QCOMPARE(Stored(window, "Xoff", "A"), "Xoff= 19");
     QVERIFY(window.File().endsWith("\r\nCharToDel=00\r\n"));
     const int keysOfASite = 34;
-    QCOMPARE(window.File().count("\r\n"), keysOfASite + 6); // and three headers, the site's name, Com, Log
+    QCOMPARE(window.File().count("\r\n"), keysOfASite + 6); // plus 3 headers, the name, Com and Log
 }
 
 void frmDettaglio_save_test::stoppedSaveCanBeCompleted()
@@ -506,7 +506,7 @@ void frmDettaglio_save_test::stoppedSaveCanBeLeft()
     QCOMPARE(window.File(), SavedUpTo("Dispositivo"));
 }
 
-// The site keeps its place in the list, and of its section what was written until then.
+// The site stays in the list with the keys that were written before the save stopped.
 void frmDettaglio_save_test::stoppedSaveOfAnExistingSiteCanBeLeft()
 {
     EditorWindow window(SettingsWith({"A", "B"}));

@@ -33,7 +33,7 @@ constexpr auto kWeeklyHelp = "L'aquisizione avverrà con l'intervallo settimanal
                              "deve avvenire la lettura marcandoli "
                              "con un segno di visto.";
 
-// The shown ones among the controls that the kind shows and hides.
+// Those of the controls switched by the kind that are visible.
 QStringList ShownControls(EditorWindow& window)
 {
     QStringList shown;
@@ -237,7 +237,7 @@ void frmDettaglio_schedule_test::fieldsStayInPlaceWhateverTheKind()
         return found;
     };
     AddWith(window, continuous);
-    QCoreApplication::sendPostedEvents(); // the layout comes to rest
+    QCoreApplication::sendPostedEvents(); // completes the layout
     const QList<QRect> before = places();
 
     for (const Kind kind : {hourly, daily, weekly, continuous}) {

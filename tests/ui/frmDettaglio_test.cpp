@@ -26,7 +26,7 @@ enum Device { pabx, buffer, stratobox11, stratobox20, stratobox30, stratoboxBuff
 const QStringList kLowSpeeds{"19200", "9600", "4800", "2400", "1200", "600", "300"};
 const QStringList kAllSpeeds = QStringList{"115200", "57600", "38400"} + kLowSpeeds;
 
-// The controls that the rules of the connection page switch, with the names that a failing test shows.
+// Those of the controls switched by the rules of the connection page that are enabled.
 QStringList EnabledControls(EditorWindow& window)
 {
     QStringList enabled;
@@ -69,7 +69,7 @@ private slots:
     static void firstStatesOfControlsWithoutADefault();
 
     static void newSiteStartsWithTheDefaults();
-    static void newSiteNamesFilesBesideTheProgram();
+    static void newSiteNamesFilesInTheProgramsFolder();
     static void defaultsSelectTheWholeFileNames();
     static void defaultsPutTheTimeOfDayOverAnyStartTime();
     static void defaultsUndoARemoteSiteBehindPabx();
@@ -239,7 +239,7 @@ void frmDettaglio_test::newSiteStartsWithTheDefaults()
     QCOMPARE(EnabledControls(window), kHandshakeOnly);
 }
 
-void frmDettaglio_test::newSiteNamesFilesBesideTheProgram()
+void frmDettaglio_test::newSiteNamesFilesInTheProgramsFolder()
 {
     EditorWindow window(SettingsWith({}));
     const QString directory = QString::fromStdString(window.Settings().Directory().string()) + "/";

@@ -21,7 +21,7 @@ namespace
 
 constexpr auto kApplication = "Configurazione Corvane Recorder";
 
-// The dialog over a window of the same program.
+// The dialog in front of its parent window.
 class Fixture
 {
 public:

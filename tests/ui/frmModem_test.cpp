@@ -27,7 +27,7 @@ constexpr auto kApplication = "Configurazione Corvane Recorder";
 constexpr auto kGenericString = "X3S0=0&M5&K0&C1&D2&R1";
 constexpr auto kThreeModels = "Alfa=A1\r\nBeta=B2\r\nGamma=G3\r\n";
 
-// The dialog over a window of the same program, with a catalogue of its own; nothing: no such file.
+// The dialog in front of its parent window, with this catalogue; nullopt for no file.
 class Fixture
 {
 public:
@@ -110,7 +110,7 @@ private slots:
     static void catalogueFiles();
     static void fifteenModelsInFileOrder();
     static void tenThousandModels();
-    static void aMillionEmptyLinesTakeLittleRoom();
+    static void aMillionEmptyLinesTakeLittleMemory();
     static void directoryInTheCataloguesPlace();
     static void lineWithoutAnEqualsSignIsAllString();
     static void modelsAreNotSorted();
@@ -226,7 +226,7 @@ void frmModem_test::tenThousandModels()
     window.Open();
     QCOMPARE(window.Models().count(), 10000);
 
-    // Back from the last entry but one, as a user would not count 10 000 steps.
+    // Starts from the second last entry instead of pressing the key 10 000 times.
     window.Models().setCurrentIndex(9998);
     QTest::keyClick(&window.Models(), Qt::Key_Down);
 
@@ -234,8 +234,8 @@ void frmModem_test::tenThousandModels()
     QCOMPARE(window.Shows("txtStringaInit"), "S9999");
 }
 
-// Each is a model without a name and a string.
-void frmModem_test::aMillionEmptyLinesTakeLittleRoom()
+// Each is a model without name and string.
+void frmModem_test::aMillionEmptyLinesTakeLittleMemory()
 {
     constexpr int lines = 1024 * 1024;
     SettingsFile place;
@@ -550,7 +550,7 @@ void frmModem_test::tabFollowsTheReadingOrder()
     Fixture window;
     window.Open();
 
-    // Tab enters the group of option buttons at the one that is on.
+    // Tab enters the group of option buttons at the checked one.
     QCOMPARE(TabRound(window.Dialog()),
              QStringList({"cboModem", "txtTelefono", "txtTentImpor", "txtStringaInit", "txtStringaReset",
                           "optToni", "OK", "Annulla"}));

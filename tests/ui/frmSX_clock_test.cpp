@@ -51,7 +51,7 @@ private slots:
     static void buttonsStayEnabledWhileItDials();
     static void secondRequestMeanwhileIsRefused();
     static void usesTheLinkOfAStatus();
-    static void lostCarrierIsDialledAnew();
+    static void lostCarrierIsDialledAgain();
     static void silentModemIsReportedAndNothingIsSent();
     static void cancelledCallSendsNothing();
 };
@@ -79,7 +79,7 @@ void frmSX_clock_test::sendsWhatWasTyped()
     BufferWindow window;
     window.Open();
     window.Field("mskData").setFocus();
-    QTest::keyClicks(&window.Field("mskData"), "280227"); // over the selection
+    QTest::keyClicks(&window.Field("mskData"), "280227"); // replaces the selection
 
     window.Click("cmdImpostaDataOra");
 
@@ -200,7 +200,7 @@ void frmSX_clock_test::portThatCannotBeOpenedIsReported_data()
     QTest::newRow("by modem") << Reached::byModem;
 }
 
-// Unlike the status, which is silent about it; and nothing is dialled.
+// Unlike the status, which reports nothing. Nothing is dialled either.
 void frmSX_clock_test::portThatCannotBeOpenedIsReported()
 {
     QFETCH(const Reached, reached);
@@ -319,7 +319,7 @@ void frmSX_clock_test::usesTheLinkOfAStatus()
     QCOMPARE(window.Journal().first(), "0 Output <0F>");
 }
 
-void frmSX_clock_test::lostCarrierIsDialledAnew()
+void frmSX_clock_test::lostCarrierIsDialledAgain()
 {
     BufferWindow window(Reached::byModem);
     window.ModemConnects();

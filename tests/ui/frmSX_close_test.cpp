@@ -58,7 +58,7 @@ void AddWays(std::initializer_list<Way> ways)
     }
 }
 
-// The window of a remote site over a link that stands, at the start of a journal.
+// Connects to the remote site and starts a new journal.
 void Connect(BufferWindow& window)
 {
     window.ModemConnects();
@@ -86,7 +86,7 @@ private slots:
     static void hangingUpShowsTheModemDialog();
     static void noDialogueOverAClosedPort();
     static void lostPortIsNotHungUp();
-    static void lostCarrierIsHungUpAllTheSame();
+    static void lostCarrierIsHungUpAnyway();
 
     static void silentModemIsReportedAndThePortClosed();
     static void modemThatOnlyEscapesIsReportedAndThePortClosed();
@@ -98,7 +98,7 @@ private slots:
     static void leavingEndsTheStatusWaitToo();
     static void leavingDuringARequestByModemHangsUp();
     static void replyThatComesWhileLeavingIsNotShown();
-    static void logOffBehindAMessageClosesAfterIt();
+    static void logOffDuringAMessageClosesAfterIt();
     static void logOffEndsACall_data();
     static void logOffEndsACall();
 };
@@ -116,7 +116,7 @@ void frmSX_close_test::untouchedPortIsLeftAlone()
     window.Exec([&] { Leave(window, way); });
 
     QVERIFY(!window.Window().isVisible());
-    QCOMPARE(window.Journal(), QStringList({"0 Close"})); // of a closed port: without effect
+    QCOMPARE(window.Journal(), QStringList({"0 Close"})); // no effect on a closed port
 }
 
 void frmSX_close_test::directSiteClosesThePort_data()
@@ -216,8 +216,8 @@ void frmSX_close_test::lostPortIsNotHungUp()
     QCOMPARE(window.Journal(), QStringList({"0 Close"}));
 }
 
-// The modem may still be in a call that the carrier line does not show.
-void frmSX_close_test::lostCarrierIsHungUpAllTheSame()
+// The modem may still be in a call, although the carrier line does not show it.
+void frmSX_close_test::lostCarrierIsHungUpAnyway()
 {
     BufferWindow window(Reached::byModem);
     window.ModemHangsUp();
@@ -268,7 +268,7 @@ void frmSX_close_test::modemThatOnlyEscapesIsReportedAndThePortClosed()
     QVERIFY(!window.Window().isVisible());
 }
 
-// Unlike a cancelled call: the modem may be left in the call.
+// Unlike a cancelled call, because the modem may still be in the call.
 void frmSX_close_test::cancelledHangUpIsReportedAndThePortClosed()
 {
     BufferWindow window(Reached::byModem);
@@ -312,7 +312,7 @@ void frmSX_close_test::leavingEndsARequest()
     BufferWindow window;
     window.Script().At(500, [&] {
         Leave(window, way);
-        QVERIFY(window.Window().isVisible()); // nothing goes while the wait runs
+        QVERIFY(window.Window().isVisible()); // nothing closes while the wait runs
         QVERIFY(window.Port().IsOpen());
     });
 
@@ -370,7 +370,7 @@ void frmSX_close_test::replyThatComesWhileLeavingIsNotShown()
     QCOMPARE(window.Journal().last(), "500 Close");
 }
 
-void frmSX_close_test::logOffBehindAMessageClosesAfterIt()
+void frmSX_close_test::logOffDuringAMessageClosesAfterIt()
 {
     BufferWindow window;
     bool isVisible = false;

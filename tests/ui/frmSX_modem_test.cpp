@@ -1,4 +1,4 @@
-// The status button of the buffer window, for a device that is reached by modem.
+// The status button of the buffer window, for a device reached by modem.
 #include "tests/support/buffer_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/registered_test.h"
@@ -35,7 +35,7 @@ private slots:
     static void buttonsAndPointerWhileItDials();
 
     static void secondPressUsesTheHeldLink();
-    static void lostCarrierIsDialledAnew();
+    static void lostCarrierIsDialledAgain();
 
     static void silentModemIsReported();
     static void refusedCallIsReported();
@@ -127,7 +127,7 @@ void frmSX_modem_test::secondPressUsesTheHeldLink()
     QCOMPARE(window.Shows("lblMemoria"), "0262145");
 }
 
-void frmSX_modem_test::lostCarrierIsDialledAnew()
+void frmSX_modem_test::lostCarrierIsDialledAgain()
 {
     BufferWindow window(Reached::byModem);
     window.ModemConnects();
@@ -152,7 +152,7 @@ void frmSX_modem_test::silentModemIsReported()
 {
     BufferWindow window(Reached::byModem);
     window.Open();
-    MessageProbe message(Qt::Key_Return); // one only: the request is left out
+    MessageProbe message(Qt::Key_Return); // only one: the request is skipped
 
     window.Click("cmdStato");
 

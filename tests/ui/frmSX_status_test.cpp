@@ -65,7 +65,7 @@ private slots:
     static void labelsOfEachModel_data();
     static void labelsOfEachModel();
     static void unknownModelShowsNothing();
-    static void markupIsShownAsItStands();
+    static void markupIsShownLiterally();
     static void lineBreaksDoNotMakeTheWindowGrow();
     static void bytesAreShownInCodePage1252();
 
@@ -161,7 +161,7 @@ void frmSX_status_test::unknownModelShowsNothing()
     QCOMPARE(window.Enabled(), kAllButtons);
 }
 
-void frmSX_status_test::markupIsShownAsItStands()
+void frmSX_status_test::markupIsShownLiterally()
 {
     BufferWindow window;
     window.DeviceReplies("\x02<b>1</b*");
@@ -295,7 +295,7 @@ void frmSX_status_test::barKeepsItsPlace()
     bool isVisible = false;
     QRect meanwhile;
     window.Script().At(10, [&] {
-        QCoreApplication::processEvents(); // the layout comes to rest
+        QCoreApplication::processEvents(); // completes the layout
         isVisible = SiteWindow::Part<QProgressBar>(window.Window(), "barAttivita").isVisible();
         meanwhile = button.geometry();
         window.DeviceReplies(kReply30);
@@ -392,7 +392,7 @@ void frmSX_status_test::partOfAReplyIsShown()
 
     window.Click("cmdStato");
 
-    // The rest as for characters that are none of the known ones, or for the number 0.
+    // The missing fields show the texts for an unknown character or for the number 0.
     QCOMPARE(window.Values(),
              QStringList({"026214", "Errore", "", "N/A", "03/03/2026 10:20:30", "03/03/2026 10:20:30",
                           "Nessuno", "Std (16)", "", "//", ":", "N/A", "N/A", "N/A"}));
@@ -470,7 +470,7 @@ void frmSX_status_test::nextPressOpensALostPort()
     QCOMPARE(window.Values(), kValues30);
 }
 
-// All three buttons are enabled after a status, whatever the clock button was before; kept.
+// Deliberate: a status enables all three buttons, whatever the state of the clock button was.
 void frmSX_status_test::clockButtonOfTheOldestModelComesBackEnabled()
 {
     BufferWindow window(Reached::direct, model::stratobox11);

@@ -1,4 +1,4 @@
-// The buffer window before anything is asked: its texts, its fields, its port.
+// The buffer window before any request: its texts, its fields, its port.
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/registered_test.h"
@@ -114,7 +114,7 @@ void frmSX_test::everyValueIsEmptyAtFirst()
     QCOMPARE(window.Values(), QStringList(14, ""));
 }
 
-// What a device sends is never taken for markup.
+// Markup in a device's reply is shown as text.
 void frmSX_test::everyValueIsPlainText()
 {
     BufferWindow window;
@@ -127,7 +127,7 @@ void frmSX_test::everyValueIsPlainText()
         QVERIFY2(label->textFormat() == Qt::PlainText, qPrintable(label->objectName()));
     }
 
-    QCOMPARE(values, 14 + 1); // and the state of the modem dialog
+    QCOMPARE(values, 14 + 1); // plus the state in the modem dialog
 }
 
 void frmSX_test::fieldsHoldTheDateAndTimeOfDay()
@@ -251,7 +251,7 @@ void frmSX_test::enterInAFieldDoesNothing_data()
     QTest::newRow("time, numeric pad") << "mskOra" << Qt::Key_Enter;
 }
 
-// A half-made change of date and time must not set the device's clock.
+// Enter must not send a date and time that are only half changed.
 void frmSX_test::enterInAFieldDoesNothing()
 {
     QFETCH(const QString, field);

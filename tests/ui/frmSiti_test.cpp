@@ -69,8 +69,8 @@ int WishedWidth(SiteWindow& window, int column)
                     Grid(window).horizontalHeader()->sectionSizeHint(column));
 }
 
-// The columns fill the list to the pixel. Each is as wide as what it shows; what is left goes to the last
-// one, and what is missing is taken from the name.
+// The columns fill the list to the pixel. Each is as wide as its contents. Any remaining width belongs to the
+// last column; any missing width is taken from the name.
 bool ColumnsFit(SiteWindow& window)
 {
     const QTableView& grid = Grid(window);
@@ -90,7 +90,7 @@ int CurrentRow(SiteWindow& window)
     return Grid(window).currentIndex().row();
 }
 
-// Fills the open editor with what a new site needs and presses OK.
+// Fills the open editor with the data that a new site needs and presses OK.
 void AcceptNewSite(frmDettaglio& editor, const QString& name, const QString& code)
 {
     QTest::keyClicks(&SiteWindow::Part<QLineEdit>(editor, "txtNomeSito"), name);
@@ -118,7 +118,7 @@ private slots:
     static void listsNameCodeStateAndSchedule();
     static void captionsComeFromTheStringTable();
     static void titleEndsInTheComValue();
-    static void titleShowsBracketsAsTheyStand();
+    static void titleShowsBracketsLiterally();
     static void portIsTheLastDigitOfTheTitle_data();
     static void portIsTheLastDigitOfTheTitle();
     static void missingComEndsWithAMessage();
@@ -131,7 +131,7 @@ private slots:
     static void listsTwoHundredAndFiftyShortCodes();
 
     static void addingAppendsTheRowAndSelectsIt();
-    static void columnsFitTheSitesThatThereAre();
+    static void columnsFitTheListedSites();
     static void addingToAnEmptyListEnablesTheCommands();
     static void cancelledAddingChangesNothing();
     static void newSiteStartsEnabled();
@@ -144,7 +144,7 @@ private slots:
     static void columnsStayInViewWithALongName();
     static void newRowComesIntoViewWhole();
     static void longCodeLeavesRoomForTheName();
-    static void cutNameShowsItselfAsATip();
+    static void cutNameIsShownAsAToolTip();
 
     static void showsThePathOfTheFile();
     static void showsThatTheFileCannotBeWritten();
@@ -212,11 +212,11 @@ void frmSiti_test::titleEndsInTheComValue()
     QCOMPARE(window.List().ComPort(), 2);
 }
 
-void frmSiti_test::titleShowsBracketsAsTheyStand()
+void frmSiti_test::titleShowsBracketsLiterally()
 {
     SiteWindow window("[General]\r\nCom=a [*] 3\r\n");
 
-    // Doubled in the property, so that the window system is given them once.
+    // Doubled in the property, so that the window system shows them once.
     QCOMPARE(window.List().windowTitle(), "Configurazione Corvane Recorder - a [*][*] 3");
     QCOMPARE(window.List().ComPort(), 3);
 }
@@ -323,7 +323,7 @@ void frmSiti_test::emptyListDisablesTheCommandsThatNeedASite()
     QVERIFY(Button(window, "cmdChiudi").isEnabled());
     QVERIFY(!Button(window, "cmdRimuovi").isEnabled());
     QVERIFY(!Button(window, "cmdProperties").isEnabled());
-    // Nothing to act on: the keys do nothing either.
+    // With an empty list, the keys do nothing either.
     QTest::keyClick(&Grid(window), Qt::Key_Return);
     QTest::keyClick(&Grid(window), Qt::Key_Delete);
     QCOMPARE(QApplication::activeModalWidget(), nullptr);
@@ -379,7 +379,7 @@ void frmSiti_test::addingAppendsTheRowAndSelectsIt()
     QCOMPARE(CurrentRow(window), 2);
 }
 
-void frmSiti_test::columnsFitTheSitesThatThereAre()
+void frmSiti_test::columnsFitTheListedSites()
 {
     SiteWindow window(SettingsWith({"A", "Codice di prova"}));
     QVERIFY(ColumnsFit(window));
@@ -537,7 +537,7 @@ void frmSiti_test::typingFindsANameWhereverTheMouseHasClicked()
         QTest::mouseClick(Grid(window).viewport(), Qt::LeftButton, {},
                           Grid(window).visualRect(cell).center());
 
-        Grid(window).keyboardSearch({}); // as after a pause
+        Grid(window).keyboardSearch({}); // ends the previous search
         QTest::keyClicks(&Grid(window), "ro");
 
         QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "O");
@@ -587,7 +587,7 @@ void frmSiti_test::longCodeLeavesRoomForTheName()
     QVERIFY(Grid(window).columnWidth(0) >= std::min(WishedWidth(window, 0), Grid(window).columnWidth(1)));
 }
 
-void frmSiti_test::cutNameShowsItselfAsATip()
+void frmSiti_test::cutNameIsShownAsAToolTip()
 {
     const std::string name = "Sede <b>lunga</b> " + std::string(400, 'x');
     SiteWindow window("[Siti]\r\nA=" + name + "\r\nB=Beta\r\n[General]\r\nCom=COM2\r\n");
@@ -637,7 +637,7 @@ void frmSiti_test::showsThatTheFileCannotBeWritten()
 
 void frmSiti_test::showsThatTheListIsFull()
 {
-    const std::string longCode(493, 'L'); // and its NUL, of 498 bytes
+    const std::string longCode(493, 'L'); // with its NUL, 494 of 498 bytes
     SiteWindow window(SettingsWith({longCode}));
     const auto& file = SiteWindow::Part<QLabel>(window.List(), "lblFile");
 
@@ -659,7 +659,7 @@ void frmSiti_test::showsThatTheListIsFull()
     QVERIFY(!file.text().contains("elenco pieno"));
 }
 
-// A longer one would be gone from the list at the next start.
+// The list would lose a longer code at the next start.
 void frmSiti_test::codeIsNoLongerThanTheListCanRead()
 {
     SiteWindow window(SettingsWith({}));
@@ -853,7 +853,7 @@ void frmSiti_test::removingTheLastSiteDisablesTheCommands()
     QCOMPARE(window.File(), "[Siti]\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n");
 }
 
-// The events that are pending are handled before the buttons are disabled.
+// The pending clicks are handled before the buttons are disabled.
 void frmSiti_test::clicksPendingWhileTheLastSiteIsRemovedDoNothing()
 {
     SiteWindow window(SettingsWith({"A"}));
@@ -881,7 +881,7 @@ void frmSiti_test::removingSelectsTheLastRow()
 
     QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
 
-    // The grid stands on its only row, so the commands act on it.
+    // The only row is the current one, so the commands act on it.
     QCOMPARE(Codes(window), QStringList({"B"}));
     QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "B");
 }

@@ -33,7 +33,7 @@ constexpr auto kCrLfHelp =
     "\"Carriage "
     "Return - Line Feed.\", correggendo quei casi che non soddisfano questa condizione";
 
-// The dialog over a window of the same program.
+// The dialog in front of its parent window.
 class Fixture
 {
 public:

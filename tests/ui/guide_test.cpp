@@ -60,7 +60,7 @@ void ForEachFragment(const QTextDocument& document, Visit visit)
     }
 }
 
-// The window with this name, whoever owns it.
+// The top-level window with this name.
 QWidget& WindowNamed(const QString& name)
 {
     const auto windows = QApplication::topLevelWidgets();
@@ -87,7 +87,7 @@ GuideView& View()
     return SiteWindow::Part<GuideView>(GuideWindow(), "txtGuida");
 }
 
-// The line of the guide that is on top of what is seen.
+// The first visible line of the guide.
 QString TopLine()
 {
     return View().cursorForPosition({0, 0}).block().text();
@@ -105,14 +105,14 @@ void PressF1(QWidget& window)
     QTest::keyClick(focused != nullptr ? focused : &window, Qt::Key_F1);
 }
 
-// As from the keyboard: to the window, unless another one blocks it.
+// Sends the key as the keyboard would: to the window, unless another one blocks it.
 void PressIn(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
 {
     BringToFront(window);
     QTest::keyClick(window.windowHandle(), key, modifiers);
 }
 
-// A caption as it is read: without the mark of its mnemonic and without the colon.
+// A caption without its mnemonic mark and its colon.
 QString Plain(QString caption)
 {
     caption.remove('&');
@@ -133,7 +133,7 @@ void AddShownTexts(const QWidget& widget, QStringList& texts)
     }
 }
 
-// Every text that a window can show: those of the table, and what stands in the controls by itself.
+// Every text that a window can show: those of the string table and those in the controls.
 QSet<QString> ShownNames()
 {
     QStringList texts;
@@ -164,7 +164,7 @@ const QTextTable& TableUnder(GuideView& view, const QString& heading)
     return *QTextCursor(block).currentTable();
 }
 
-// A row of a table of the guide: the bold name in its first cell, the text of its second one.
+// A row of one of the guide's tables: the bold name in the first cell and the text in the second.
 using NamedRow = std::pair<QString, QString>;
 
 QSet<NamedRow> NamedRows(GuideView& view, const QString& chapter)
@@ -186,7 +186,7 @@ QSet<NamedRow> NamedRows(GuideView& view, const QString& chapter)
     return rows;
 }
 
-// Of the page that the control is on, or else of its window.
+// The chapter of the control's page, or else of its window.
 QString ChapterOf(const QWidget& control)
 {
     QString chapter;
@@ -213,10 +213,10 @@ bool IsFieldOrButton(const QWidget& control)
            qobject_cast<const QComboBox*>(&control) != nullptr ||
            qobject_cast<const QAbstractItemView*>(&control) != nullptr ||
            (qobject_cast<const QAbstractButton*>(&control) != nullptr &&
-            qobject_cast<const QToolButton*>(&control) == nullptr); // arrows of a tab bar
+            qobject_cast<const QToolButton*>(&control) == nullptr); // the arrows of a tab bar
 }
 
-// Calls visit with the parts of every window that the guide has a chapter for; Qt's own ones have no name.
+// Calls visit for each named control that has a chapter in the guide. Controls made by Qt have no name.
 template <class Visit>
 void ForEachPart(Visit visit)
 {
@@ -242,32 +242,32 @@ private slots:
     static void f1OpensTheChapterOfTheWindow_data();
     static void f1OpensTheChapterOfTheWindow();
     static void f1InAMessageOpensTheMessages();
-    static void f1InAFileChooserOpensTheChapterBehindIt();
+    static void f1InAFileChooserOpensTheChapterOfItsWindow();
     static void f1ClosesAnOpenList();
     static void f1InTheGuideLeavesItWhereItIs();
-    static void guideIsNotThereBeforeTheFirstF1();
+    static void guideDoesNotExistBeforeTheFirstF1();
 
-    static void guideIsUsedBesideAModalDialog();
+    static void guideIsUsableNextToAModalDialog();
     static void dialogThatOpensLaterLeavesTheGuideUsable();
-    static void escapeClosesTheGuideAlone();
+    static void escapeClosesOnlyTheGuide();
     static void f1BringsTheGuideBackToTheFront();
-    static void guideOutlivesTheDialogItWasAskedFrom();
+    static void guideOutlivesTheDialogItWasOpenedFrom();
 
-    static void everyChapterThatAFormNamesIsThere();
+    static void everyChapterThatAFormNamesExists();
     static void everyLinkLeadsToAChapter();
     static void aLinkIsFollowedByKeyboard();
-    static void everyPictureIsThereAndFitsTheWindow();
-    static void theLineOnTopStaysThereInAnotherWidth();
-    static void everyTextThatCodeShowsStandsInTheGuide();
+    static void everyPictureExistsAndFitsTheWindow();
+    static void theTopLineStaysAtAnotherWidth();
+    static void everyTextThatCodeShowsIsInTheGuide();
     static void namesInBoldAreThoseOfTheProgram();
     static void everyToolTipIsInTheTableOfItsChapter();
     static void everyFieldAndButtonHasAToolTip();
     static void valuesOfABrokenReplyAreThoseOfTheGuide_data();
     static void valuesOfABrokenReplyAreThoseOfTheGuide();
-    static void titleTellsTheVersion();
-    static void searchingGoesFromPlaceToPlace();
-    static void searchingForWhatIsNotThereSaysSo();
-    static void searchingGoesBackwardsToo();
+    static void titleShowsTheVersion();
+    static void searchingMovesFromHitToHit();
+    static void searchingForAMissingTextReportsIt();
+    static void searchingWorksBackwardsToo();
     static void aHitIsInTheMiddle();
     static void altLeftGoesBackToWhereTheReaderWas();
     static void guideOpensNextToTheWindowItExplains_data();
@@ -328,7 +328,7 @@ void guide_test::f1InAMessageOpensTheMessages()
     ShowMessage(nullptr, "testo");
 }
 
-void guide_test::f1InAFileChooserOpensTheChapterBehindIt()
+void guide_test::f1InAFileChooserOpensTheChapterOfItsWindow()
 {
     const Guide guide(*qApp);
     EditorWindow program(SettingsWith({"A"}));
@@ -369,7 +369,7 @@ void guide_test::f1InTheGuideLeavesItWhereItIs()
     QCOMPARE(TopLine(), QString("Elenco dei siti"));
 }
 
-void guide_test::guideIsNotThereBeforeTheFirstF1()
+void guide_test::guideDoesNotExistBeforeTheFirstF1()
 {
     const Guide guide(*qApp);
     SiteWindow program(SettingsWith({"A"}));
@@ -377,7 +377,7 @@ void guide_test::guideIsNotThereBeforeTheFirstF1()
     QVERIFY(!IsGuideThere());
 }
 
-void guide_test::guideIsUsedBesideAModalDialog()
+void guide_test::guideIsUsableNextToAModalDialog()
 {
     const Guide guide(*qApp);
     SiteWindow program(SettingsWith({"A"}));
@@ -413,7 +413,7 @@ void guide_test::dialogThatOpensLaterLeavesTheGuideUsable()
     QTest::mouseClick(&SiteWindow::Part<QPushButton>(program.List(), "cmdProperties"), Qt::LeftButton);
 }
 
-void guide_test::escapeClosesTheGuideAlone()
+void guide_test::escapeClosesOnlyTheGuide()
 {
     const Guide guide(*qApp);
     EditorWindow program(SettingsWith({"A"}));
@@ -444,7 +444,7 @@ void guide_test::f1BringsTheGuideBackToTheFront()
     QCOMPARE(TopLine(), QString("Scheda File"));
 }
 
-void guide_test::guideOutlivesTheDialogItWasAskedFrom()
+void guide_test::guideOutlivesTheDialogItWasOpenedFrom()
 {
     const Guide guide(*qApp);
     SiteWindow program(SettingsWith({"A"}));
@@ -458,7 +458,7 @@ void guide_test::guideOutlivesTheDialogItWasAskedFrom()
     QCOMPARE(TopLine(), QString("Stato Buffer"));
 }
 
-void guide_test::everyChapterThatAFormNamesIsThere()
+void guide_test::everyChapterThatAFormNamesExists()
 {
     GuideView view;
     int count = 0;
@@ -506,7 +506,7 @@ void guide_test::aLinkIsFollowedByKeyboard()
     QCOMPARE(TopLine(), QString("Installazione"));
 }
 
-void guide_test::everyPictureIsThereAndFitsTheWindow()
+void guide_test::everyPictureExistsAndFitsTheWindow()
 {
     frmGuida window;
     window.Open("sommario");
@@ -530,7 +530,7 @@ void guide_test::everyPictureIsThereAndFitsTheWindow()
     QCOMPARE(View().horizontalScrollBar()->maximum(), 0);
 }
 
-void guide_test::theLineOnTopStaysThereInAnotherWidth()
+void guide_test::theTopLineStaysAtAnotherWidth()
 {
     frmGuida window;
     window.Open("stato-buffer");
@@ -541,8 +541,8 @@ void guide_test::theLineOnTopStaysThereInAnotherWidth()
     QCOMPARE(TopLine(), QString("Stato Buffer"));
 }
 
-// All of them, not the messages alone, but for the help that stands in the windows themselves.
-void guide_test::everyTextThatCodeShowsStandsInTheGuide()
+// All texts of the program, not only the messages, except the help texts in the windows themselves.
+void guide_test::everyTextThatCodeShowsIsInTheGuide()
 {
     const GuideView view;
     const QString guide = view.toPlainText().simplified();
@@ -583,7 +583,7 @@ void guide_test::everyToolTipIsInTheTableOfItsChapter()
     QHash<QString, QSet<NamedRow>> rows;
     int count = 0;
     ForEachPart([&](const QWidget& part) {
-        if (part.toolTip().isEmpty() || part.objectName() == "lblFile") // its tip is its own text, uncut
+        if (part.toolTip().isEmpty() || part.objectName() == "lblFile") // its tool tip is its full text
             return;
         const QString chapter = ChapterOf(part);
         if (!rows.contains(chapter))
@@ -596,7 +596,7 @@ void guide_test::everyToolTipIsInTheTableOfItsChapter()
     QVERIFY(count > 90);
 }
 
-// Except where the caption says all.
+// Except for controls whose caption says everything.
 void guide_test::everyFieldAndButtonHasAToolTip()
 {
     const QSet<QString> plainlyNamed{"OK", "Annulla", "cmdAnnulla", "cmdChiudi", "dgrdGrigliaSiti"};
@@ -646,14 +646,14 @@ void guide_test::valuesOfABrokenReplyAreThoseOfTheGuide()
     }
 }
 
-void guide_test::titleTellsTheVersion()
+void guide_test::titleShowsTheVersion()
 {
     const frmGuida window;
 
     QCOMPARE(window.windowTitle(), QString("Guida di Corvane Recorder " CORVREC_VERSION));
 }
 
-void guide_test::searchingGoesFromPlaceToPlace()
+void guide_test::searchingMovesFromHitToHit()
 {
     frmGuida window;
     window.Open("sommario");
@@ -675,7 +675,7 @@ void guide_test::searchingGoesFromPlaceToPlace()
     QVERIFY(fromTheBeginning <= first);
 }
 
-void guide_test::searchingForWhatIsNotThereSaysSo()
+void guide_test::searchingForAMissingTextReportsIt()
 {
     frmGuida window;
     window.Open("sommario");
@@ -690,7 +690,7 @@ void guide_test::searchingForWhatIsNotThereSaysSo()
     QCOMPARE(outcome.text(), QString());
 }
 
-void guide_test::searchingGoesBackwardsToo()
+void guide_test::searchingWorksBackwardsToo()
 {
     frmGuida window;
     window.Open("sommario");
@@ -709,7 +709,7 @@ void guide_test::searchingGoesBackwardsToo()
     QTest::keyClick(&field, Qt::Key_F3, Qt::ShiftModifier);
 
     QCOMPARE(View().textCursor().selectedText().toLower(), QString("catalogo"));
-    QVERIFY(View().textCursor().position() > second); // the last one of all
+    QVERIFY(View().textCursor().position() > second); // the last hit
 }
 
 void guide_test::aHitIsInTheMiddle()
@@ -744,7 +744,7 @@ void guide_test::altLeftGoesBackToWhereTheReaderWas()
     QCOMPARE(TopLine(), QString("Sommario"));
     PressIn(window, Qt::Key_Left, Qt::AltModifier);
     QCOMPARE(TopLine(), read);
-    PressIn(window, Qt::Key_Left, Qt::AltModifier); // nothing was before
+    PressIn(window, Qt::Key_Left, Qt::AltModifier); // there is no earlier place
     QCOMPARE(TopLine(), read);
 }
 
@@ -780,8 +780,7 @@ void guide_test::guideOpensNextToTheWindowItExplains()
     QVERIFY(View().width() > 50 * View().fontMetrics().averageCharWidth());
 }
 
-// Run on a screen of 200 %, too.
-// As on a desktop that sets dark colours, but no colour of links.
+// As on a desktop that sets dark colours but no link colour.
 void guide_test::linksCanBeReadOnADarkBackground()
 {
     GuideView view;
@@ -802,10 +801,11 @@ void guide_test::linksCanBeReadOnADarkBackground()
     QVERIFY(links > 10);
 }
 
+// Also run on a screen of 200 %.
 void guide_test::picturesAreNotEnlarged()
 {
     frmGuida window;
-    window.resize(2000, 400); // room for each
+    window.resize(2000, 400); // wide enough for every picture
     window.Open("sommario");
     int pictures = 0;
     ForEachFragment(*View().document(), [&](const QTextBlock&, const QTextFragment& part) {

@@ -19,7 +19,7 @@ namespace corvrec
 namespace
 {
 
-// A window with a plain box in front of the masked one, as in the dialogs.
+// A window with a plain box before the masked one, as in the dialogs.
 class Fixture
 {
 public:
@@ -77,9 +77,9 @@ private slots:
 
     void typingFillsThePlaces();
     void typingReplacesTheSelection();
-    void typingAnEqualDigitGoesToTheCaret();
+    void typingTheSameDigitMovesTheCaret();
     void otherKeysAreRefused();
-    void theLiteralMovesToTheNextGroup();
+    void typingTheLiteralMovesToTheNextGroup();
     void aFullBoxTakesNoMore();
 
     void backspaceStepsOverALiteral();
@@ -91,15 +91,15 @@ private slots:
     void cutEmptiesThePlaces();
     void inputMethodsFillThePlaces();
     void aDropFillsThePlaces();
-    void undoNeverBringsATextThatDoesNotFit();
-    void textsSetPastTheBoxAreFittedToo();
-    void listenersHearOfFittingTextsOnly();
+    void undoNeverRestoresATextThatDoesNotFit();
+    void textsSetThroughTheBaseClassAreFittedToo();
+    void onlyFittingTextsAreSignalled();
 
     void tabDoesNotSelect();
     void tabKeepsASelectionSetBefore();
 
-    void withoutAMaskAnyTextGoesIn();
-    void withoutAMaskNoLineBreakGetsIn();
+    void withoutAMaskAnyTextIsAccepted();
+    void withoutAMaskLineBreaksAreDropped();
     void withoutAMaskUndoWorks();
 };
 
@@ -146,7 +146,7 @@ void mask_edit_test::selectedTextIsReplacedWithoutTheFocus()
     QCOMPARE(time.box.text(), QString("12:__"));
     QCOMPARE(time.box.cursorPosition(), 3);
 
-    time.box.setSelection(2, 2); // from the literal on
+    time.box.setSelection(2, 2); // starts at the literal
     time.box.setSelText("34");
     QCOMPARE(time.box.text(), QString("12:34"));
 
@@ -200,7 +200,7 @@ void mask_edit_test::typingReplacesTheSelection()
     QCOMPARE(time.box.text(), QString("9_:15"));
 }
 
-void mask_edit_test::typingAnEqualDigitGoesToTheCaret()
+void mask_edit_test::typingTheSameDigitMovesTheCaret()
 {
     Fixture time("##:##", "11:11");
     time.PutCaret(0);
@@ -222,7 +222,7 @@ void mask_edit_test::otherKeysAreRefused()
     QCOMPARE(time.box.cursorPosition(), 0);
 }
 
-void mask_edit_test::theLiteralMovesToTheNextGroup()
+void mask_edit_test::typingTheLiteralMovesToTheNextGroup()
 {
     Fixture time("##:##", "__:__");
     time.PutCaret(0);
@@ -313,7 +313,7 @@ void mask_edit_test::pasteFillsTheSelection()
     QCOMPARE(time.box.text(), QString("9_:15"));
 
     time.Select(0, 2);
-    time.Paste("\U0001F55807"); // a character outside the first plane in front
+    time.Paste("\U0001F55807"); // starts with a character outside the basic plane
     QCOMPARE(time.box.text(), QString("07:15"));
 }
 
@@ -355,7 +355,7 @@ void mask_edit_test::aDropFillsThePlaces()
     QCOMPARE(time.box.text(), QString("12:34"));
 }
 
-void mask_edit_test::undoNeverBringsATextThatDoesNotFit()
+void mask_edit_test::undoNeverRestoresATextThatDoesNotFit()
 {
     Fixture time("##:##", "08:30");
     time.PutCaret(0);
@@ -367,7 +367,7 @@ void mask_edit_test::undoNeverBringsATextThatDoesNotFit()
     }
 }
 
-void mask_edit_test::textsSetPastTheBoxAreFittedToo()
+void mask_edit_test::textsSetThroughTheBaseClassAreFittedToo()
 {
     Fixture time("##:##", "08:30");
 
@@ -378,7 +378,7 @@ void mask_edit_test::textsSetPastTheBoxAreFittedToo()
     QCOMPARE(time.box.text(), QString("__:__"));
 }
 
-void mask_edit_test::listenersHearOfFittingTextsOnly()
+void mask_edit_test::onlyFittingTextsAreSignalled()
 {
     Fixture time("##:##", "__:__");
     time.PutCaret(0);
@@ -412,7 +412,7 @@ void mask_edit_test::tabKeepsASelectionSetBefore()
     QCOMPARE(time.box.selectedText(), QString("30"));
 }
 
-void mask_edit_test::withoutAMaskAnyTextGoesIn()
+void mask_edit_test::withoutAMaskAnyTextIsAccepted()
 {
     Fixture plain("", "1");
     plain.PutCaret(1);
@@ -428,7 +428,7 @@ void mask_edit_test::withoutAMaskAnyTextGoesIn()
     QCOMPARE(plain.box.text(), QString("3 giorn"));
 }
 
-void mask_edit_test::withoutAMaskNoLineBreakGetsIn()
+void mask_edit_test::withoutAMaskLineBreaksAreDropped()
 {
     Fixture plain("", "1");
     plain.Select(0, 1);

@@ -55,19 +55,19 @@ private slots:
 
     void typedDigitsFillThePlaces();
     void typingOverwritesWithoutShifting();
-    void aDigitAtALiteralGoesBehindIt();
-    void theLiteralMovesOnToTheNextGroup();
-    void theLiteralThatTheCaretHasSteppedOverIsNoSecondOne();
-    void anotherCharacterIsRefusedAndKeepsTheSelectedPlaces();
+    void aDigitAtALiteralIsPutAfterIt();
+    void typingTheLiteralMovesOnToTheNextGroup();
+    void typingALiteralThatTheCaretHasPassedChangesNothing();
+    void otherCharactersAreRefusedAndKeepTheSelectedPlaces();
     void deletingLeavesThePlaceEmpty();
-    void backspaceBelongsBehindTheNearestPlace();
-    void deleteBelongsAtTheNextPlace();
+    void backspaceStartsAfterTheNearestPlace();
+    void deleteStartsAtTheNextPlace();
 
     void pastingFillsFromGroupToGroup_data();
     void pastingFillsFromGroupToGroup();
 
     void rangesBeyondTheTextAreClipped();
-    void withoutAMaskAnyTextIsHeld();
+    void withoutAMaskAnyTextIsKept();
     void anySequenceOfEditsLeavesATextThatFits();
 };
 
@@ -174,7 +174,7 @@ void masked_text_test::typingOverwritesWithoutShifting()
     QCOMPARE(masked.Caret(), std::size_t{3});
 }
 
-void masked_text_test::aDigitAtALiteralGoesBehindIt()
+void masked_text_test::aDigitAtALiteralIsPutAfterIt()
 {
     MaskedText masked = Masked(U"##:##", U"__:__");
 
@@ -184,7 +184,7 @@ void masked_text_test::aDigitAtALiteralGoesBehindIt()
     QCOMPARE(masked.Caret(), std::size_t{4});
 }
 
-void masked_text_test::theLiteralMovesOnToTheNextGroup()
+void masked_text_test::typingTheLiteralMovesOnToTheNextGroup()
 {
     MaskedText masked = Masked(U"##:##", U"8_:__");
 
@@ -196,7 +196,7 @@ void masked_text_test::theLiteralMovesOnToTheNextGroup()
     QCOMPARE(Shown(masked), QString("8_:__"));
 }
 
-void masked_text_test::theLiteralThatTheCaretHasSteppedOverIsNoSecondOne()
+void masked_text_test::typingALiteralThatTheCaretHasPassedChangesNothing()
 {
     MaskedText masked = Masked(U"##/##/##", U"__/__/__");
 
@@ -206,7 +206,7 @@ void masked_text_test::theLiteralThatTheCaretHasSteppedOverIsNoSecondOne()
     QCOMPARE(Shown(masked), QString("31/12/26"));
 }
 
-void masked_text_test::anotherCharacterIsRefusedAndKeepsTheSelectedPlaces()
+void masked_text_test::otherCharactersAreRefusedAndKeepTheSelectedPlaces()
 {
     MaskedText masked = Masked(U"##:##", U"08:30");
 
@@ -232,7 +232,7 @@ void masked_text_test::deletingLeavesThePlaceEmpty()
     QCOMPARE(Shown(masked), QString("__/__/26"));
 }
 
-void masked_text_test::backspaceBelongsBehindTheNearestPlace()
+void masked_text_test::backspaceStartsAfterTheNearestPlace()
 {
     const MaskedText masked = Masked(U"##:##", U"08:30");
 
@@ -243,7 +243,7 @@ void masked_text_test::backspaceBelongsBehindTheNearestPlace()
     QCOMPARE(masked.BehindPlace(99), std::size_t{5});
 }
 
-void masked_text_test::deleteBelongsAtTheNextPlace()
+void masked_text_test::deleteStartsAtTheNextPlace()
 {
     const MaskedText masked = Masked(U"##:##", U"08:30");
 
@@ -321,7 +321,7 @@ void masked_text_test::rangesBeyondTheTextAreClipped()
     QCOMPARE(masked.Caret(), std::size_t{5});
 }
 
-void masked_text_test::withoutAMaskAnyTextIsHeld()
+void masked_text_test::withoutAMaskAnyTextIsKept()
 {
     MaskedText masked;
     QVERIFY(masked.SetText(U"due giorni"));

@@ -1,4 +1,4 @@
-// Where a new site starts from, and which names and codes it may have.
+// The first state of a new site, and the names and codes that it may have.
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"
@@ -25,14 +25,14 @@ namespace corvrec
 namespace
 {
 
-// With # for a double quote.
+// # stands for a double quote.
 constexpr std::array kOddNames{
     "Sede di Forlì", "#Alfa#",    "'Alfa'",  "##Alfa##",     "#",  "''",          "Città Ω", "\tAlfa\t",
     "Al\tfa",        "-CaVacca-", "=Alfa",   ";Alfa",        "[A", "#Alfa# ",     "0",       "Ẁ",
     "“Alfa”",        "A\u00A0B",  "\u00A0A", "A\U0001F600B", "ß",  "Alfa\u0081B",
 };
 
-// A site whose every value differs from what a new one has.
+// A site that differs from a new one in every value.
 constexpr auto kFullSite =
     "[Siti]\r\nPIENO=Pieno\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n[PIENO]\r\nSitoAbilitato=0\r\n"
     "STimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\nMTimeWrite=60\r\nFlagCRLF=0\r\nDispositivo=STX40\r\n"
@@ -83,7 +83,8 @@ void ClickAdd(SiteWindow& window)
     QTest::mouseClick(&SiteWindow::Part<QPushButton>(window.List(), "cmdAggiungi"), Qt::LeftButton);
 }
 
-// What the editor shows when "Aggiungi..." opens it. Then act is done in it, and it is left with Escape.
+// What the editor shows when "Aggiungi..." opens it. Afterwards act runs in the editor, which is left with
+// Escape.
 QStringList ShownInANewSite(EditorWindow& window, const std::function<void()>& act = {})
 {
     QStringList shown;
@@ -107,7 +108,7 @@ void PressInMenu(SiteWindow& window, Qt::Key letter)
     QTest::keyClick(QApplication::activePopupWidget(), letter);
 }
 
-// An editor that stays open, with a message, is left so that the test can fail.
+// If the editor stays open with a message, it is closed so that the test fails instead of hanging.
 void AcceptWith(frmDettaglio& editor, const QString& name, const QString& code)
 {
     Enter(SiteWindow::Part<QLineEdit>(editor, "txtNomeSito"), name, Entry::paste);
@@ -129,16 +130,16 @@ private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
     static void startsFromTheProgramsFirstState();
-    static void startsFromItAgainAfterChangesOfTheUsers();
+    static void startsFromItAgainAfterTheUsersChanges();
     static void duplicateHasTheValuesOfTheMarkedSite();
-    static void duplicateIsWrittenBesideTheOther();
+    static void duplicateIsAddedAfterTheOriginal();
 
     static void reservedCodesAreTaken_data();
     static void reservedCodesAreTaken();
     static void codeTakesNoCharacterThatNamesCannotHold_data();
     static void codeTakesNoCharacterThatNamesCannotHold();
     static void deletingCannotBringASemicolonToTheFront();
-    static void codeOfAnExistingSiteIsShownAsItIs();
+    static void codeOfAnExistingSiteIsNeverChanged();
     static void existingSiteShowsTheBeginningOfItsName();
 
     static void listShowsNamesAsTheNextStartDoes_data();
@@ -155,7 +156,7 @@ void new_site_test::startsFromTheProgramsFirstState()
     QCOMPARE(window.Shows("lstGiorni"), "0 1 2 3 4");
     QCOMPARE(window.Shows("txtTelefono"), "0123");
     window.Click("Annulla");
-    window.Editor().EnableIdentity(true); // as the list does after its own visit
+    window.Editor().EnableIdentity(true); // as the list does after using the editor
 
     QCOMPARE(ShownInANewSite(window), first);
     QVERIFY(first.contains("cboModem: Alfa"));
@@ -163,8 +164,8 @@ void new_site_test::startsFromTheProgramsFirstState()
     QVERIFY(first.contains("txtFile: 600"));
 }
 
-// What is given up with Annulla does not come back in the next new site.
-void new_site_test::startsFromItAgainAfterChangesOfTheUsers()
+// Changes discarded with Annulla do not reappear in the next new site.
+void new_site_test::startsFromItAgainAfterTheUsersChanges()
 {
     EditorWindow window(SettingsWith({"A"}), kCatalogue);
     const QStringList first = ShownInANewSite(window, [&window] {
@@ -205,7 +206,7 @@ void new_site_test::duplicateHasTheValuesOfTheMarkedSite()
     QCOMPARE(shown, expected + QStringList({"txtNomeSito", "new"}));
 }
 
-void new_site_test::duplicateIsWrittenBesideTheOther()
+void new_site_test::duplicateIsAddedAfterTheOriginal()
 {
     SiteWindow window(kFullSite, kCatalogue);
     const QByteArray before = window.File();
@@ -232,7 +233,7 @@ void new_site_test::reservedCodesAreTaken_data()
         QTest::newRow(code) << code;
 }
 
-// A site of such a code would take the program's own settings along when it is edited or removed.
+// Editing or removing a site with such a code would delete the program's own settings.
 void new_site_test::reservedCodesAreTaken()
 {
     QFETCH(QString, code);
@@ -301,8 +302,8 @@ void new_site_test::deletingCannotBringASemicolonToTheFront()
     QCOMPARE(window.Field("txtCodice").cursorPosition(), 0);
 }
 
-// Changed, it would be another site.
-void new_site_test::codeOfAnExistingSiteIsShownAsItIs()
+// A changed code would make it a different site.
+void new_site_test::codeOfAnExistingSiteIsNeverChanged()
 {
     EditorWindow window("[Siti]\r\nA[1;=Alfa\r\n[General]\r\nCom=COM2\r\n[A[1;]\r\nDispositivo=STX30\r\n");
     window.Open();
@@ -354,7 +355,7 @@ void new_site_test::listShowsNamesAsTheNextStartDoes()
     QCOMPARE(Rows(window), Rows(next));
 }
 
-// Quotes within quotes: OK stores the name that the field shows, and the next start takes its quotes away.
+// With nested quotes, OK stores the name that the field shows, and the next start removes its quotes.
 void new_site_test::listShowsAnEditedNameAsTheNextStartDoes()
 {
     SiteWindow window("[Siti]\r\nA=''Alfa''\r\n[General]\r\nCom=COM2\r\n[A]\r\nSitoAbilitato=1\r\n");

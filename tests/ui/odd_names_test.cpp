@@ -1,5 +1,5 @@
-// Names, codes, paths and numbers as nobody types them, through every field of the editor and its dialogs,
-// against the profile functions told a second time.
+// Names, codes, paths and numbers that nobody types, entered into every field of the editor and its dialogs,
+// and compared with a second model of the profile functions.
 #include "core/device/modComExtension.h"
 #include "core/device/modem_session.h"
 #include "tests/support/buffer_window.h"
@@ -45,9 +45,9 @@ namespace
 constexpr std::uint64_t kSeed = 20261121;
 constexpr std::size_t kTexts = 10'000; // each field gets all of them
 constexpr std::size_t kCasesOfARow = 100;
-constexpr std::size_t kCasesOfAFile = 20; // what odd codes leave behind would make the file ever longer
+constexpr std::size_t kCasesOfAFile = 20; // the remains of odd codes would make the file grow forever
 constexpr std::size_t kCaseWithANewList = 13;
-constexpr qsizetype kLongestCode = 480; // with the other two sites in the list
+constexpr qsizetype kLongestCode = 480; // with two other sites in the list
 
 constexpr std::string_view kBefore = "; Registratore di Bologna\r\n"
                                      "Orfana=prima di ogni sezione\r\n"
@@ -74,7 +74,7 @@ constexpr std::string_view kBefore = "; Registratore di Bologna\r\n"
                                      "Chiave = valore \r\n"
                                      "riga senza segno\r\n";
 
-// The sites that no case edits.
+// The sites that no case edits, and the foreign lines.
 constexpr std::string_view kOtherSites = "[UNO]\r\n"
                                          "SitoAbilitato=1\r\n"
                                          "Ricorrenza=-2\r\n"
@@ -94,7 +94,7 @@ QString WithoutLineBreaks(QString text)
     return text.removeIf([](QChar c) { return c == '\r' || c == '\n' || c.isNull(); });
 }
 
-// Without the bytes that a line of 7 data bits makes control characters of.
+// Without the bytes that are control characters on a line with 7 data bits.
 std::string WithoutControls(std::string bytes)
 {
     std::erase_if(bytes, [](char byte) { return (byte & 0x60) == 0 || (byte & 0x7F) == 0x7F; });
@@ -121,7 +121,7 @@ QString UpperLetters(QString text)
     return text;
 }
 
-// The letter behind each backslash.
+// Capitalises the letter after each backslash.
 QString ShownPath(const QString& stored)
 {
     QString path = stored;
@@ -148,7 +148,7 @@ std::string Signed(int number)
     return (number < 0 ? "" : " ") + std::to_string(number);
 }
 
-// Answers every message box with its default button, and keeps what the boxes said.
+// Answers every message box with its default button and keeps the texts.
 class Boxes : public QObject
 {
 public:
@@ -171,8 +171,8 @@ private:
     QStringList texts_;
 };
 
-// What the file can keep as the name of a key and of a section. Each key that is typed is filtered by itself,
-// which comes to the same.
+// The part of the text that can be the name of a key and of a section. Filtering a whole text gives the same
+// result as filtering each typed key.
 QString Name(QString text)
 {
     text.removeIf([](QChar c) { return QString("=[]").contains(c) || c.category() == QChar::Other_Control; });
@@ -186,13 +186,13 @@ QString Name(QString text)
     return text;
 }
 
-// As the file gives a text back that stays a name or a value.
+// The text after a round trip through the file, for texts that can be a name or a value.
 QString Stored(const QString& text)
 {
     return PageText(PageBytes(text));
 }
 
-// As a new file gives the site's name back.
+// The site's name as a new file returns it.
 QString Listed(const QString& name)
 {
     ReferenceProfile file("");
@@ -204,7 +204,7 @@ QString Listed(const QString& name)
 
 enum class Takes { anyText, digitsWhenTyped, names };
 
-// What the field holds once the text has come in.
+// What the field holds after the text was entered.
 QString Held(const QString& text, Entry way, Takes takes)
 {
     const QString arrived = way == Entry::keys ? Typeable(text) : WithoutLineBreaks(text);
@@ -226,8 +226,8 @@ void Click(QWidget& window, const char* button)
     QTest::mouseClick(&Part<QAbstractButton>(window, button), Qt::LeftButton);
 }
 
-// One of the texts for each field; another text for each field, another one in each case, and all of them in
-// all cases.
+// Chooses a text for each field of a case. Fields differ within a case, each field's text differs from case
+// to case, and over all cases each field gets every text.
 class Texts
 {
 public:
@@ -240,10 +240,11 @@ public:
 
     void Turn(std::size_t turn) { turn_ = turn; }
 
-    // field: a number of its own.
+    // field: the field's number.
     const QString& For(std::size_t field) const { return texts_[(turn_ + field * 577) % kTexts]; }
     Entry WayFor(std::size_t field) const { return kEntries[(turn_ + turn_ / 4 + field) % kEntries.size()]; }
-    // One in so many of the sixteen turns in which each field meets each way in.
+    // True in one of oneIn groups of sixteen turns; in each group, every field is used with every way of
+    // entry.
     bool Chooses(std::size_t oneIn) const { return turn_ / 16 % oneIn == 0; }
 
 private:
@@ -251,18 +252,18 @@ private:
     std::size_t turn_ = 0;
 };
 
-// The program over one file, and what must become of both.
+// The program over one file, and the expected contents of both.
 class Editing
 {
 public:
-    // foundAgain counts the fields that the opened site showed as stored.
+    // foundAgain counts the fields that showed the stored text when the site was opened again.
     Editing(const Texts& texts, int& foundAgain)
         : texts_(texts)
         , foundAgain_(foundAgain)
     {
     }
 
-    bool AddSite(); // false: refused, there is such a site
+    bool AddSite(); // false: refused, because such a site exists
     void LookAtIt();
     void RemoveIt();
     void CompareWithANewList();
@@ -290,11 +291,11 @@ private:
     Boxes boxes_;
     SiteWindow window_{kBefore};
     ReferenceProfile profile_{kBefore};
-    std::map<std::string, QString> held_; // by the field's name
+    std::map<std::string, QString> held_; // by field name
     std::map<std::string, bool> ticked_;
     std::size_t field_ = 0;
     bool hourly_ = false;
-    std::string interval_; // as it is saved
+    std::string interval_; // the saved form
 };
 
 QString Editing::Fill(QWidget& form, const char* field, Takes takes)
@@ -309,7 +310,7 @@ QString Editing::Fill(QWidget& form, const char* field, Takes takes)
     return held_[field];
 }
 
-// Empty fields are refused, which other tests are about.
+// Empty fields are refused, which other tests check.
 void Editing::FillAtLeastOneLetter(QWidget& form, const char* field, Takes takes)
 {
     if (!WithoutBlanksAround(Fill(form, field, takes)).isEmpty())
@@ -322,14 +323,14 @@ void Editing::FillAtLeastOneLetter(QWidget& form, const char* field, Takes takes
 void Editing::FillEditor(frmDettaglio& form)
 {
     FillIdentity(form);
-    QTest::keyClick(&Part<QComboBox>(form, "cboTipoConn"), Qt::Key_End); // with the modem
+    QTest::keyClick(&Part<QComboBox>(form, "cboTipoConn"), Qt::Key_End); // can use a modem
     Part<QRadioButton>(form, "optRemoto").click();
     {
         const ModalVisit<frmModem> modem([this](frmModem& dialog) { FillModem(dialog); });
         Click(form, "btnModem");
     }
     QApplication::setActiveWindow(&form);
-    QTest::keyClick(&Part<QComboBox>(form, "cboTipoConn"), Qt::Key_Home); // with flow characters
+    QTest::keyClick(&Part<QComboBox>(form, "cboTipoConn"), Qt::Key_Home); // can use flow characters
     QTest::keyClick(&Part<QComboBox>(form, "cboHandS"), Qt::Key_Home);
     QTest::keyClick(&Part<QComboBox>(form, "cboHandS"), Qt::Key_Down);
     FillFlowCharacter(form, "chkXon", "txtXon");
@@ -360,7 +361,7 @@ void Editing::FillIdentity(frmDettaglio& form)
 void Editing::FillModem(frmModem& form)
 {
     FillAtLeastOneLetter(form, "txtTelefono");
-    // The number of attempts has to begin with one.
+    // The number of attempts must start with a digit.
     Fill(form, "txtTentImpor", Takes::digitsWhenTyped);
     QTest::keyClick(&Part<QLineEdit>(form, "txtTentImpor"), Qt::Key_Home);
     QTest::keyClicks(&Part<QLineEdit>(form, "txtTentImpor"), "1");
@@ -385,12 +386,12 @@ void Editing::FillFlowCharacter(frmDettaglio& form, const char* box, const char*
     Part<QCheckBox>(form, box).setChecked(ticked);
     ticked_[box] = ticked;
     if (Fill(form, field).isEmpty())
-        held_[field] = qstrcmp(field, "txtXon") == 0 ? "Q" : "S"; // by leaving the field
+        held_[field] = qstrcmp(field, "txtXon") == 0 ? "Q" : "S"; // filled in on leaving the field
     Part<QWidget>(form, "cboHandS").setFocus();
 }
 
-// An hourly interval takes times alone, the others any text, of which the number that it begins with counts:
-// none where it begins with a letter, else one that is typed in front.
+// An hourly interval accepts only times. Any other interval accepts any text and uses its leading number:
+// none when it starts with a letter; otherwise a number is typed before it.
 void Editing::FillSchedule(frmDettaglio& form)
 {
     static const QRegularExpression kTime("^[0-9_]{2}:[0-9_]{2}$");
@@ -434,7 +435,7 @@ bool Editing::IsTaken()
     return code == "GENERAL" || code == "SITI" || std::ranges::any_of(window_.List().Sites(), isTaken);
 }
 
-// Whether a listed site names the same file for the same purpose.
+// Whether a listed site uses the same file for the same purpose.
 bool Editing::Collides()
 {
     const auto shares = [this](const std::string& code, const char* key, const char* field) {
@@ -453,7 +454,7 @@ std::string Editing::Flow(const char* box, const char* field) const
     return ticked_.at(box) ? Signed(static_cast<unsigned char>(text.front()) - 64) : text;
 }
 
-// What a save writes, in its order.
+// The keys in the order in which a save writes them.
 void Editing::WriteSite()
 {
     const auto bytes = [this](const char* field) { return PageBytes(held_.at(field)); };
@@ -518,20 +519,20 @@ bool Editing::AddSite()
         });
         Click(window_.List(), "cmdAggiungi");
     }
-    // There is no other check: no box, and the site is saved.
+    // No other check exists: without a box, the site is saved.
     const qsizetype boxes = boxes_.Take().size();
     if (boxes != (taken || collides ? 1 : 0))
-        QTest::qFail("a box too many or too few", __FILE__, __LINE__);
+        QTest::qFail("unexpected or missing message box", __FILE__, __LINE__);
     const bool saved = !window_.Editor().Cancel();
     if (saved == taken)
-        QTest::qFail("saved although there is such a site, or not saved", __FILE__, __LINE__);
+        QTest::qFail("saved although such a site exists, or not saved", __FILE__, __LINE__);
     if (saved)
         WriteSite();
     CompareFile();
     return saved;
 }
 
-// The whole file, and once more what nobody may have touched.
+// Compares the whole file, and explicitly the parts that must never change.
 void Editing::CompareFile()
 {
     const QByteArray bytes = window_.File();
@@ -544,7 +545,7 @@ void Editing::CompareField(frmDettaglio& form, const char* field, const char* ke
 {
     const bool isShared = qstrcmp(key, "Log") == 0;
     const std::optional<std::string> stored = profile_.Read(isShared ? "General" : Code(), key, 100);
-    if (!stored || stored == "-CaVacca-") // not found again, or taken for missing
+    if (!stored || stored == "-CaVacca-") // not found again, or treated as missing
         return;
     ++foundAgain_;
     QCOMPARE(Part<QLineEdit>(form, field).text(), shown(PageText(*stored)));
@@ -552,8 +553,8 @@ void Editing::CompareField(frmDettaglio& form, const char* field, const char* ke
 
 void Editing::LookAtIt()
 {
-    QCOMPARE(ListedSites(*window_.Settings()), ListedSites(profile_)); // also of the next start
-    // A code for which the list has no room beside the other two is written, and not listed again.
+    QCOMPARE(ListedSites(*window_.Settings()), ListedSites(profile_)); // as at the next start
+    // A code that is too long for the list is written, but not read again.
     if (held_.at("txtCodice").size() < kLongestCode)
         QCOMPARE(ListedSites(window_.List()), ListedSites(profile_));
     const QByteArray before = window_.File();
@@ -589,14 +590,14 @@ void Editing::RemoveIt()
     CompareFile();
 }
 
-// What the next start of the program will show.
+// Compares with the list after the next start.
 void Editing::CompareWithANewList()
 {
     SiteWindow anew(profile_.Bytes());
     QCOMPARE(ListedSites(anew.List()), ListedSites(profile_));
 }
 
-// How many of the texts each field gets. Another number: CORVREC_ODD_NAME_CASES in the environment.
+// The number of texts for each field, which CORVREC_ODD_NAME_CASES in the environment overrides.
 std::size_t Cases()
 {
     bool given = false;
@@ -624,8 +625,8 @@ private slots:
     static void theDevicesDateAndTimeKeepTheirForm();
 };
 
-// A new site whose fields hold odd texts: what is written, what is shown when it is opened again, and what is
-// left when it is removed.
+// Adds a site with odd texts in its fields, and checks what is written, what is shown when it is opened
+// again, and what is left after it is removed.
 void odd_names_test::everyFieldTakesEveryText_data()
 {
     QTest::addColumn<std::size_t>("first");
@@ -653,7 +654,7 @@ void odd_names_test::everyFieldTakesEveryText()
         if (QTest::currentTestFailed())
             QFAIL(qPrintable(QString("case %1").arg(turn)));
     }
-    // Most codes are names that the profile functions find again.
+    // The profile functions can find most of the codes again.
     QVERIFY2(foundAgain > static_cast<int>(kCasesOfARow) * 4, qPrintable(QString::number(foundAgain)));
 }
 

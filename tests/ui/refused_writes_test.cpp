@@ -1,4 +1,4 @@
-// A disk that refuses every write: the windows tell nothing of it and go on as if it had taken them.
+// A disk that refuses every write: the windows report nothing and continue as if it had succeeded.
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
@@ -26,7 +26,7 @@ namespace corvrec
 namespace
 {
 
-// The program over a disk that takes no byte from Refuse to Mend.
+// The program over a disk that accepts no bytes from Refuse to Mend.
 class RefusedWindow
 {
 public:
@@ -41,13 +41,13 @@ public:
         calls_.FailAll("pwrite", error);
         calls_.FailAll("fallocate", error);
     }
-    // From that call on, counted from now.
+    // Fails from that call on, counted from now.
     void RefuseFrom(std::size_t call)
     {
         calls_.ForgetMade();
         calls_.FailFrom(call, ENOSPC);
     }
-    // The first call behind the one that has made the file shorter.
+    // The first call after the one that truncated the file.
     [[nodiscard]] std::size_t CallBehindTheDeletion() const
     {
         const auto deletion = std::ranges::find(calls_.Made(), "ftruncate");
@@ -56,7 +56,7 @@ public:
     }
     void Mend() { calls_.Mend(); }
 
-    // Attempts to write since Refuse.
+    // Write attempts since Refuse.
     [[nodiscard]] std::ptrdiff_t Attempts() const
     {
         return std::ranges::count_if(
@@ -68,7 +68,7 @@ public:
         QTest::mouseClick(&SiteWindow::Part<QPushButton>(window_.List(), button), Qt::LeftButton);
     }
 
-    // The list as a user reads it: each row's cells with "|" between them.
+    // The list as a user reads it: each row's cells separated by "|".
     QStringList Rows()
     {
         const auto& cells = *SiteWindow::Part<QTableView>(window_.List(), "dgrdGrigliaSiti").model();
@@ -128,10 +128,10 @@ private slots:
     static void changedSiteIsListedAsIfSaved();
     static void newSiteIsListedAsIfSaved_data() { Errors(); }
     static void newSiteIsListedAsIfSaved();
-    static void removedSiteIsGoneFromTheList_data() { Errors(); }
-    static void removedSiteIsGoneFromTheList();
-    static void diskThatGoesBehindTheDeletionTakesOneSite();
-    static void sameSaveAgainMakesTheSiteWhole();
+    static void removedSiteIsNoLongerListed_data() { Errors(); }
+    static void removedSiteIsNoLongerListed();
+    static void diskThatFailsAfterTheDeletionLosesOneSite();
+    static void savingAgainCompletesTheSite();
 };
 
 void refused_writes_test::Errors()
@@ -173,7 +173,7 @@ void refused_writes_test::newSiteIsListedAsIfSaved()
     QCOMPARE(window.Sites().File(), before);
 }
 
-void refused_writes_test::removedSiteIsGoneFromTheList()
+void refused_writes_test::removedSiteIsNoLongerListed()
 {
     QFETCH(int, error);
     RefusedWindow window;
@@ -188,9 +188,9 @@ void refused_writes_test::removedSiteIsGoneFromTheList()
     QCOMPARE(window.Sites().File(), before);
 }
 
-// The old section goes before the new one is written, so a disk that goes just then takes the site with it.
+// The old section is deleted before the new one is written, so a disk that fails in between loses the site.
 // Everything else stays.
-void refused_writes_test::diskThatGoesBehindTheDeletionTakesOneSite()
+void refused_writes_test::diskThatFailsAfterTheDeletionLosesOneSite()
 {
     RefusedWindow rehearsal;
     {
@@ -211,13 +211,13 @@ void refused_writes_test::diskThatGoesBehindTheDeletionTakesOneSite()
     window.Mend();
     const ModalVisit<frmDettaglio> editor(PressOk);
 
-    window.Click("cmdProperties"); // with the values of a new site, but for what the window keeps
+    window.Click("cmdProperties"); // with a new site's values, except for those that the window keeps
 
     QCOMPARE(window.Sites().Settings().Line("A", "Dispositivo"), "Dispositivo=COM");
     QCOMPARE(window.Sites().Settings().Line("A", "CharToDel"), "CharToDel=00");
 }
 
-void refused_writes_test::sameSaveAgainMakesTheSiteWhole()
+void refused_writes_test::savingAgainCompletesTheSite()
 {
     RefusedWindow window;
     {

@@ -1,6 +1,6 @@
-// Each window on a screen of a given size: as large as it needs, nothing outside, nothing that cannot be
-// reached. CORVREC_SCREEN gives the size, for example 1024x600, and CORVREC_FONT the size of letters in
-// percent; on a real X server the screen is as it is.
+// Each window on a screen of a given size: as large as it needs, completely on the screen, and with every
+// control reachable. CORVREC_SCREEN sets the size, for example 1024x600, and CORVREC_FONT the size of letters
+// in percent; on a real X server, the screen keeps its size.
 #include "core/site/code_tables.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
@@ -31,9 +31,9 @@ namespace corvrec
 namespace
 {
 
-constexpr int kEnough = 560; // the height of a screen that shows every window whole
+constexpr int kEnough = 560; // screen height at which every window fits
 
-// The windows, one of them opened.
+// All windows, one of them opened.
 struct Windows {
     explicit Windows(const QString& name, int page, int kind)
     {
@@ -55,7 +55,7 @@ struct Windows {
         }
         window->show();
         BringToFront(*window);
-        QCoreApplication::sendPostedEvents(); // the layouts come to rest
+        QCoreApplication::sendPostedEvents(); // completes the layouts
     }
 
     EditorWindow program{SettingsWith({"A", "B"})};
@@ -82,7 +82,7 @@ void AddWindows()
     QTest::newRow("modem connection") << "frmConnessione" << 0 << 0;
 }
 
-// The controls that a user reads or uses, without those around others.
+// The controls that a user reads or uses, without their containers.
 QList<QWidget*> ControlsOf(const QWidget& window)
 {
     QList<QWidget*> controls;
@@ -98,7 +98,7 @@ QList<QWidget*> ControlsOf(const QWidget& window)
     return controls;
 }
 
-// A label whose lines depend on its width needs the height that they take.
+// A label that wraps its text needs the height of the wrapped lines.
 QSize Needed(const QWidget& control)
 {
     const QSize least = control.minimumSizeHint().boundedTo(control.maximumSize());
@@ -115,7 +115,7 @@ QScrollArea* ScrolledAround(const QWidget& control)
     return nullptr;
 }
 
-// Not cut off by the edges of the widgets around it.
+// Whether no surrounding widget clips the control.
 bool IsWhole(const QWidget& control)
 {
     return control.visibleRegion().boundingRect() == control.rect();

@@ -1,4 +1,4 @@
-// The program's run from its start to its end, over good, bad and missing files.
+// The program from start to end, over good, bad and missing files.
 #include "app/start_up.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
@@ -31,7 +31,7 @@ namespace
 
 constexpr auto kUnreadable = "Impossibile leggere dal file di CorvRec.ini\nErrore leggendo la porta com.";
 
-// A directory of its own with what the test puts into it.
+// A program directory with the files that the test puts into it.
 class Place
 {
 public:
@@ -40,7 +40,7 @@ public:
 
     int Run() { return RunEditor(*qApp, {settings_.Directory(), *settings_, clock_, events_, {}}); }
 
-    // Runs the program and looks at it once the list is shown; then closes it.
+    // Runs the program, calls look when the list is shown, and closes the list.
     int Run(const std::function<void(frmSiti&)>& look)
     {
         QTimer timer;
@@ -67,7 +67,7 @@ private:
 
 std::string RandomBytes(std::size_t count)
 {
-    std::mt19937 random(20261121); // always the same
+    std::mt19937 random(20261121); // a fixed seed
     std::string bytes(count, '\0');
     for (char& byte : bytes)
         byte = static_cast<char>(random() & 0xFFU);
@@ -89,7 +89,7 @@ QComboBox& Models(frmSiti& list)
     return SiteWindow::Part<QComboBox>(*list.findChild<frmModem*>(), "cboModem");
 }
 
-// Null unless it is shown.
+// nullptr unless it is shown.
 QWidget* GuideWindow()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -106,7 +106,7 @@ bool IsGuideShown()
 
 enum class Repeat { marked, ofTheSameTime };
 
-// What the keyboard sends while a key is held, known to be a repeat or not.
+// The events of a held key, marked as a repeat or not.
 void PressAgain(QWidget& window, Qt::Key key, Repeat repeat)
 {
     QApplication::setActiveWindow(&window);

@@ -51,21 +51,21 @@ private slots:
     void init() { InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy)); }
     void cleanup();
 
-    void everyTextIsTheExpectedOne_data();
-    void everyTextIsTheExpectedOne();
-    void noIdIsTooManyOrTooFew();
-    void idsThatCodeNamesHaveATextEach();
-    void idsThatFormsAreTaggedWithHaveATextEach();
+    void everyTextIsAsExpected_data();
+    void everyTextIsAsExpected();
+    void idsAreExactlyTheExpectedOnes();
+    void everyIdInCodeHasAText();
+    void everyTagInAFormHasAText();
     void blanksAtTheEndOfATextStay();
     void aMissingIdGivesNoText();
 
-    void tagHoldsTheNumberInFrontOfTheSemicolon_data();
-    void tagHoldsTheNumberInFrontOfTheSemicolon();
+    void tagHoldsTheNumberBeforeTheSemicolon_data();
+    void tagHoldsTheNumberBeforeTheSemicolon();
 
     void qtsOwnTextsAreItalianToo();
     void aUserWithoutATableGetsItalian();
     void aUserWithATableGetsItsTexts();
-    void aTextThatTheUsersTableLacksComesInItalian();
+    void aTextThatTheUsersTableLacksIsItalian();
     void qtsOwnTextsFollowTheUsersTable();
     void qtsOwnTextsMayBeInOneFile();
     void withoutQtsOwnTextsThoseAreEnglish();
@@ -77,7 +77,7 @@ void texts_test::cleanup()
     QLocale::setDefault(QLocale::c());
 }
 
-void texts_test::everyTextIsTheExpectedOne_data()
+void texts_test::everyTextIsAsExpected_data()
 {
     QTest::addColumn<int>("id");
     QTest::addColumn<QString>("expected");
@@ -86,7 +86,7 @@ void texts_test::everyTextIsTheExpectedOne_data()
         QTest::newRow(qPrintable(text.key())) << text.key().toInt() << text.value().toString();
 }
 
-void texts_test::everyTextIsTheExpectedOne()
+void texts_test::everyTextIsAsExpected()
 {
     QFETCH(const int, id);
     QFETCH(const QString, expected);
@@ -94,7 +94,7 @@ void texts_test::everyTextIsTheExpectedOne()
     QCOMPARE(FindText(id), expected);
 }
 
-void texts_test::noIdIsTooManyOrTooFew()
+void texts_test::idsAreExactlyTheExpectedOnes()
 {
     const QJsonObject expected = QJsonDocument::fromJson(Bytes(DataFile("texts.json"))).object();
     QVERIFY(!expected.isEmpty());
@@ -109,7 +109,7 @@ void texts_test::noIdIsTooManyOrTooFew()
     QCOMPARE(found, expected.keys());
 }
 
-void texts_test::idsThatCodeNamesHaveATextEach()
+void texts_test::everyIdInCodeHasAText()
 {
     const QString header = QString::fromUtf8(Bytes(SourceFile("src/core/text_ids.h")));
     auto names = QRegularExpression(R"(TextId (\w+)\{(\d+)\};)").globalMatch(header);
@@ -122,7 +122,7 @@ void texts_test::idsThatCodeNamesHaveATextEach()
     QVERIFY(count > 50);
 }
 
-void texts_test::idsThatFormsAreTaggedWithHaveATextEach()
+void texts_test::everyTagInAFormHasAText()
 {
     int count = 0;
     for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor", "src/ui/help"}) {
@@ -153,7 +153,7 @@ void texts_test::aMissingIdGivesNoText()
     QVERIFY(FindText(99999).isNull());
 }
 
-void texts_test::tagHoldsTheNumberInFrontOfTheSemicolon_data()
+void texts_test::tagHoldsTheNumberBeforeTheSemicolon_data()
 {
     QTest::addColumn<QString>("tag");
     QTest::addColumn<int>("id");
@@ -165,7 +165,7 @@ void texts_test::tagHoldsTheNumberInFrontOfTheSemicolon_data()
             << each["in"].toString() << each["out"].toInt();
 }
 
-void texts_test::tagHoldsTheNumberInFrontOfTheSemicolon()
+void texts_test::tagHoldsTheNumberBeforeTheSemicolon()
 {
     QFETCH(const QString, tag);
     QFETCH(const int, id);
@@ -198,7 +198,7 @@ void texts_test::aUserWithATableGetsItsTexts()
     QCOMPARE(QLocale().language(), QLocale::French);
 }
 
-void texts_test::aTextThatTheUsersTableLacksComesInItalian()
+void texts_test::aTextThatTheUsersTableLacksIsItalian()
 {
     cleanup();
     InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
@@ -215,7 +215,7 @@ void texts_test::qtsOwnTextsFollowTheUsersTable()
     QCOMPARE(QtCancelButton(), QString("Annuler"));
 }
 
-// As windeployqt leaves them.
+// As windeployqt deploys them.
 void texts_test::qtsOwnTextsMayBeInOneFile()
 {
     cleanup();

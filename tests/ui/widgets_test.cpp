@@ -48,7 +48,7 @@ namespace corvrec
 namespace
 {
 
-// Test rows with one column, the case itself.
+// Adds test rows with one column, the case itself.
 void AddVectors(const char* list, int count)
 {
     QTest::addColumn<QJsonValue>("given");
@@ -105,7 +105,7 @@ void SendKey(QWidget& widget, const QString& text)
     QApplication::sendEvent(&widget, &press);
 }
 
-// For what a probe waits for in vain.
+// For tests in which a probe waits in vain.
 class ShortPatience
 {
 public:
@@ -115,7 +115,7 @@ public:
     ShortPatience& operator=(const ShortPatience&) = delete;
 };
 
-// Whether the field shows a selection, in the colour that the theme has for it.
+// Whether the field shows a selection in the theme's colour.
 bool ShowsMark(QWidget& field)
 {
     const QPalette theme = QApplication::palette();
@@ -159,7 +159,7 @@ private:
     int count_ = 0;
 };
 
-// As on a desktop that gives the buttons of message boxes icons.
+// As on a desktop that adds icons to the buttons of message boxes.
 class IconStyle : public QProxyStyle
 {
 public:
@@ -183,7 +183,7 @@ struct FormWithRule {
     int runs = 0;
 };
 
-// An editor in small: two fields above three pages with a field each.
+// A small editor: two fields above three pages with one field each.
 struct PagedDialog {
     PagedDialog()
     {
@@ -217,7 +217,7 @@ struct PagedDialog {
     QLineEdit log;
 };
 
-// When a widget loses and gets the focus within its window: "left" and "got", in their order.
+// Records the focus changes within the window: "left" and "got", in order.
 class FocusCount : public QObject
 {
 public:
@@ -257,12 +257,12 @@ private slots:
     }
 
     // Captions and windows
-    void captionsComeByTag();
+    void captionsAreSetByTag();
     void captionsWithoutAUsableTagStay();
     void tabCaptionsComeFromOneText();
     void fieldsAndListsHaveNoCaption();
-    void theCaptionsOfAnOwnedDialogAreItsOwn();
-    void toolTipsComeByTheirProperty();
+    void anOwnedDialogKeepsItsCaptions();
+    void toolTipsAreSetByTheirProperty();
     void aLabelHasTheToolTipOfItsField();
     void aLongToolTipBreaksItsLines();
     void aWindowIsCentredOnTheWholeScreen();
@@ -274,7 +274,7 @@ private slots:
 
     void aSelectionIsPaintedInTheFieldWithTheFocusOnly();
     void aSelectionStaysPaintedWhileAnotherWindowIsInFront();
-    void aSelectionGoesWhereTheFocusMovedBehindAnotherWindow();
+    void aSelectionDisappearsWhenTheFocusMovesBehindAnotherWindow();
     void hidingASelectionSendsNothing();
     void aReadableFieldKeepsTheTextColourWhenItIsDisabled();
     void aFieldIsAsWideAsItsWidestText();
@@ -300,9 +300,9 @@ private slots:
     void returnAnswersYesAndEscapeNo();
     void aQuestionBelongsToTheWindowThatAsks();
     void probesAnswerInTheOrderInWhichTheyWereArmed();
-    void aProbeReportsAMessageThatDoesNotCome();
+    void aProbeReportsAMessageThatDoesNotAppear();
     void aProbeReportsAMessageThatNobodyExpects();
-    void aProbeReportsAButtonThatIsNotThere();
+    void aProbeReportsAMissingButton();
     void aProbeReportsAKeyThatDoesNotAnswer();
 
     // Lists
@@ -321,16 +321,16 @@ private slots:
     void aListAddsItsRowsWithoutMarks();
 
     // Text boxes
-    void noLineBreakGetsIntoAPlainBox_data();
-    void noLineBreakGetsIntoAPlainBox();
+    void aPlainBoxDropsLineBreaks_data();
+    void aPlainBoxDropsLineBreaks();
     void theCaretStaysWhereAPasteEnds();
     void otherControlCharactersStay();
     void onlyDigitsCanBeTyped();
-    void controlKeysAreDroppedButCut_data();
-    void controlKeysAreDroppedButCut();
+    void controlKeysExceptCutAreDropped_data();
+    void controlKeysExceptCutAreDropped();
     void editingKeysPassTheFilter();
     void textThatIsNotTypedIsNotFiltered();
-    void inputMethodsAreFilteredAsTyping();
+    void inputMethodsAreFilteredLikeTyping();
     void returnInADigitsBoxPressesTheDefaultButton();
 
     // Paths and texts
@@ -347,7 +347,7 @@ private slots:
     void wordsEndAtBlanksAndLineEndsOnly();
 };
 
-void widgets_test::captionsComeByTag()
+void widgets_test::captionsAreSetByTag()
 {
     QDialog window;
     window.setProperty("tag", "701;");
@@ -411,7 +411,7 @@ void widgets_test::fieldsAndListsHaveNoCaption()
     QCOMPARE(list.currentText(), QString("Pabx"));
 }
 
-void widgets_test::theCaptionsOfAnOwnedDialogAreItsOwn()
+void widgets_test::anOwnedDialogKeepsItsCaptions()
 {
     QDialog window;
     QDialog owned(&window);
@@ -422,7 +422,7 @@ void widgets_test::theCaptionsOfAnOwnedDialogAreItsOwn()
     QCOMPARE(label.text(), QString("set at run time"));
 }
 
-void widgets_test::toolTipsComeByTheirProperty()
+void widgets_test::toolTipsAreSetByTheirProperty()
 {
     QDialog window;
     QLineEdit field(&window);
@@ -458,7 +458,7 @@ void widgets_test::aLongToolTipBreaksItsLines()
 {
     QDialog window;
     QLineEdit field(&window);
-    field.setProperty("suggerimento", "20112;"); // the longest
+    field.setProperty("suggerimento", "20112;"); // the longest tool tip
     LocaliseDialog(window);
     const QString line = field.accessibleDescription();
     window.show();
@@ -498,7 +498,7 @@ void widgets_test::aCentredWindowIsWiderThanItsTitle()
     CentreDialog(window);
 
     QVERIFY(window.width() > window.fontMetrics().horizontalAdvance("Connessione modem"));
-    QVERIFY(window.sizeHint().width() < window.width()); // it has nothing else to be wide for
+    QVERIFY(window.sizeHint().width() < window.width()); // only the title needs the width
 }
 
 void widgets_test::aWindowIsCentredOnTheScreenOfItsParent()
@@ -568,7 +568,7 @@ void widgets_test::aWindowIsNoLargerThanTheScreen()
     auto* const wide = new QLabel(QString(4000, u'x'));
     (new QVBoxLayout(&window))->addWidget(wide);
     wide->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    window.setMinimumHeight(screen->size().height() + 100); // cannot be made small enough
+    window.setMinimumHeight(screen->size().height() + 100); // larger than the screen
 
     CentreDialog(window);
 
@@ -607,7 +607,7 @@ void widgets_test::aSelectionStaysPaintedWhileAnotherWindowIsInFront()
     QVERIFY(ShowsMark(fields.first));
 }
 
-void widgets_test::aSelectionGoesWhereTheFocusMovedBehindAnotherWindow()
+void widgets_test::aSelectionDisappearsWhenTheFocusMovesBehindAnotherWindow()
 {
     TwoFields fields;
     fields.first.selectAll();
@@ -643,7 +643,7 @@ void widgets_test::hidingASelectionSendsNothing()
 
     QCOMPARE(selections.count(), 0);
     QCOMPARE(texts.count(), 0);
-    QCOMPARE(paints.Count(), settled); // no painting that leads to the next one
+    QCOMPARE(paints.Count(), settled); // painting must not cause another painting
 }
 
 void widgets_test::aReadableFieldKeepsTheTextColourWhenItIsDisabled()
@@ -681,7 +681,7 @@ void widgets_test::aFieldIsAsWideAsItsWidestText()
     QVERIFY(fields.first.width() > text);
     QVERIFY(fields.first.width() < 2 * text);
     QVERIFY(fields.first.width() < byQt);
-    // All of it is in view: the caret at the end does not push the beginning out.
+    // The whole text is visible: the caret at the end does not scroll it.
     fields.first.setText("00:00");
     fields.first.home(false);
     const QRect atTheBegin = fields.first.inputMethodQuery(Qt::ImCursorRectangle).toRect();
@@ -705,7 +705,7 @@ void widgets_test::aSteadyLabelIsAsWideAsItsWidestText()
 
 void widgets_test::theButtonOfAMessageLooksLikeAllOthers()
 {
-    QApplication::setStyle(new IconStyle); // the application's from here on
+    QApplication::setStyle(new IconStyle); // owned by the application from now on
     bool hasIcon = true;
     QString caption;
     MessageProbe message(Qt::Key_Return, [&] {
@@ -786,7 +786,7 @@ void widgets_test::movedFocusSendsItsEventsOnce_data()
     QTest::newRow("after a message box") << true;
 }
 
-// With a window manager the dialog is not active yet when its message box has closed.
+// With a window manager, the dialog is not yet active when its message box has closed.
 void widgets_test::movedFocusSendsItsEventsOnce()
 {
     QFETCH(const bool, afterABox);
@@ -862,7 +862,7 @@ void widgets_test::theBusyPointerEndsWithItsGuard()
 
         first.setCursor(Qt::CrossCursor);
     }
-    QCOMPARE(first.cursor().shape(), Qt::CrossCursor); // restored once only
+    QCOMPARE(first.cursor().shape(), Qt::CrossCursor); // restored only once
     {
         const BusyPointer busy({&second});
     }
@@ -975,7 +975,7 @@ void widgets_test::probesAnswerInTheOrderInWhichTheyWereArmed()
     QCOMPARE(second.text(), QString("due"));
 }
 
-void widgets_test::aProbeReportsAMessageThatDoesNotCome()
+void widgets_test::aProbeReportsAMessageThatDoesNotAppear()
 {
     const ShortPatience shortPatience;
     QEXPECT_FAIL("", "no message is shown on purpose", Continue);
@@ -993,7 +993,7 @@ void widgets_test::aProbeReportsAMessageThatNobodyExpects()
     QCOMPARE(message.text(), QString("expected"));
 }
 
-void widgets_test::aProbeReportsAButtonThatIsNotThere()
+void widgets_test::aProbeReportsAMissingButton()
 {
     MessageProbe message("Annulla");
     QEXPECT_FAIL("", "the button is missing on purpose", Continue);
@@ -1139,7 +1139,7 @@ void widgets_test::aClickOnARowChangesItsMark()
     clickAt(1, true);
     QVERIFY(!list.Marked(1));
 
-    clickAt(2, false); // on the box itself
+    clickAt(2, false); // on the check box itself
     QVERIFY(list.Marked(2));
     clickAt(2, false);
     QVERIFY(!list.Marked(2));
@@ -1191,11 +1191,11 @@ void widgets_test::aListAddsItsRowsWithoutMarks()
     QVERIFY(!list.Marked(1));
     QVERIFY(!list.Marked(2));
     QCOMPARE(list.item(2)->data(Qt::CheckStateRole).toInt(),
-             static_cast<int>(Qt::Unchecked)); // there is a box
+             static_cast<int>(Qt::Unchecked)); // it has a check box
     QCOMPARE(list.currentRow(), -1);
 }
 
-void widgets_test::noLineBreakGetsIntoAPlainBox_data()
+void widgets_test::aPlainBoxDropsLineBreaks_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("taken");
@@ -1211,7 +1211,7 @@ void widgets_test::noLineBreakGetsIntoAPlainBox_data()
                                   << "";
 }
 
-void widgets_test::noLineBreakGetsIntoAPlainBox()
+void widgets_test::aPlainBoxDropsLineBreaks()
 {
     QFETCH(const QString, text);
     QFETCH(const QString, taken);
@@ -1260,14 +1260,14 @@ void widgets_test::onlyDigitsCanBeTyped()
     DigitsEdit box;
 
     QTest::keyClicks(&box, "1a2 .,-+eE3");
-    SendKey(box, "\u0663"); // a digit, but of another script
+    SendKey(box, "\u0663"); // a digit of another script
     SendKey(box, "\u200d");
     SendKey(box, "4");
 
     QCOMPARE(box.text(), QString("1234"));
 }
 
-void widgets_test::controlKeysAreDroppedButCut_data()
+void widgets_test::controlKeysExceptCutAreDropped_data()
 {
     QTest::addColumn<Qt::Key>("key");
     QTest::addColumn<QString>("expected");
@@ -1278,7 +1278,7 @@ void widgets_test::controlKeysAreDroppedButCut_data()
     QTest::newRow("delete to the end") << Qt::Key_K << "123";
 }
 
-void widgets_test::controlKeysAreDroppedButCut()
+void widgets_test::controlKeysExceptCutAreDropped()
 {
     QFETCH(const Qt::Key, key);
     QFETCH(const QString, expected);
@@ -1328,7 +1328,7 @@ void widgets_test::textThatIsNotTypedIsNotFiltered()
     QCOMPARE(box.text(), QString("1a2"));
 }
 
-void widgets_test::inputMethodsAreFilteredAsTyping()
+void widgets_test::inputMethodsAreFilteredLikeTyping()
 {
     DigitsEdit box;
     SendCommit(box, "1a2\u0663");
