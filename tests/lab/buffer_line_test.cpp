@@ -128,7 +128,7 @@ TEST(BufferLine, SendsAStatusInABurst)
     EXPECT_EQ(Exchange(line, "\x02"), kStatus + std::string("\x13"));
 }
 
-TEST(BufferLine, BreaksAfterSoManyBytes)
+TEST(BufferLine, BreaksAfterTheGivenNumberOfBytes)
 {
     BufferLine line = Line({.dropAfter = 4});
 

@@ -31,7 +31,7 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
 
-// What comes up to the line's end or the end of all; what takes too long is cut off.
+// Reads to the end of a line or of the stream; stops early when nothing comes for too long.
 std::string ReadLine(int descriptor)
 {
     std::string line;
@@ -44,7 +44,7 @@ std::string ReadLine(int descriptor)
     return line;
 }
 
-// The program with its standard output and standard error.
+// The program, with its standard output and standard error captured.
 class Program
 {
 public:
@@ -88,7 +88,7 @@ public:
 
     void Signal(int signal) const { kill(pid_, signal); }
 
-    // Its exit status, or minus the signal that ended it.
+    // Waits for the program's end. Returns its exit status, or minus the signal that ended it.
     int End()
     {
         int status = 0;
@@ -110,7 +110,7 @@ private:
     std::array<int, 2> errors_{};
 };
 
-// The device of a line "CORVREC_COMn=…", opened as a serial port would be.
+// The device announced in a line "CORVREC_COMn=…", opened as a serial port would be.
 class Line
 {
 public:
@@ -142,7 +142,7 @@ public:
         return bytes;
     }
 
-    // Whether the other end has gone.
+    // Whether the other end was closed.
     [[nodiscard]] bool IsHungUp() const
     {
         pollfd state{.fd = descriptor_, .events = 0, .revents = 0};
@@ -250,16 +250,16 @@ TEST(CorvrecLab, HangsUpTheModemWhenThePortIsClosed)
     EXPECT_EQ(again.Receive(6), "\r\nOK\r\n");
 }
 
-TEST(CorvrecLab, ThrowsAwayWhatTheLastVisitorLeft)
+TEST(CorvrecLab, DiscardsTheRestOfTheLastConnection)
 {
     Program program({});
     const std::string announced = program.OutputLine();
     {
         const Line line(announced);
         line.Send("\x02");
-        ASSERT_EQ(line.Receive(1), "\x02"); // the other 40 have come too
+        ASSERT_EQ(line.Receive(1), "\x02"); // the other 40 have arrived too
     }
-    // Once that is traced, nothing of the first visit is left.
+    // When the closing is traced, nothing of the first connection is left.
     std::string traced;
     do {
         traced = program.OutputLine();
@@ -299,7 +299,7 @@ class CorvrecLabSignal : public testing::TestWithParam<int>
 {
 };
 
-TEST_P(CorvrecLabSignal, EndsItInOrder)
+TEST_P(CorvrecLabSignal, EndsTheProgramCleanly)
 {
     Program program({});
     const Line line(program.OutputLine());
@@ -328,7 +328,7 @@ TEST(CorvrecLab, ShowsItsVersion)
     EXPECT_EQ(program.End(), 0);
 }
 
-TEST(CorvrecLab, TellsAMistakeAndStartsNothing)
+TEST(CorvrecLab, ReportsAMistakeAndStartsNothing)
 {
     Program program({"--model", "4.0"});
 
@@ -338,7 +338,7 @@ TEST(CorvrecLab, TellsAMistakeAndStartsNothing)
     EXPECT_EQ(program.End(), 2);
 }
 
-TEST(CorvrecLab, TellsThatTheTraceCannotBeWritten)
+TEST(CorvrecLab, ReportsAnUnwritableTrace)
 {
     Program program({"--trace", "/nowhere/trace"});
 

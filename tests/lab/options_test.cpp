@@ -21,7 +21,7 @@ Options Parse(const std::vector<const char*>& arguments)
     return ParseOptions(arguments, kNow);
 }
 
-// What is thrown; empty when nothing is.
+// The text of the thrown error; empty when there is none.
 std::string Refusal(const std::vector<const char*>& arguments)
 {
     try {
@@ -33,7 +33,7 @@ std::string Refusal(const std::vector<const char*>& arguments)
     return {};
 }
 
-TEST(LabOptions, StandForABufferOnTheFirstPort)
+TEST(LabOptions, DefaultToABufferOnTheFirstPort)
 {
     const Options options = Parse({});
 
@@ -107,7 +107,7 @@ TEST(LabOptions, SayWhereTheTraceGoes)
     EXPECT_TRUE(Parse({"--version"}).version);
 }
 
-TEST(LabOptions, TellWhatIsWrong)
+TEST(LabOptions, ReportWhatIsWrong)
 {
     EXPECT_EQ(Refusal({"--modl", "3.0"}), "what is \"--modl\"?");
     EXPECT_EQ(Refusal({"file"}), "what is \"file\"?");

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 constexpr std::int64_t kStartMs = 5000;
 constexpr auto kStart = std::chrono::sys_days{2026y / 11 / 21} + 18h + 3min;
 
-// All that the device sends for these bytes.
+// Everything that the device sends for these bytes.
 std::string Answers(SimulatedBuffer& device, std::string_view bytes, std::int64_t nowMs = kStartMs)
 {
     std::string answers;
@@ -148,7 +148,7 @@ TEST(SimulatedBuffer, PutsEveryFieldOfA11IntoItsPlace)
                                            "9");
 }
 
-TEST(SimulatedBuffer, TellsTheUsedMemoryOfA11ByAByte)
+TEST(SimulatedBuffer, ReportsTheUsedMemoryOfA11AsAByte)
 {
     SimulatedBuffer device = Buffer(Model::stratobox11);
 
@@ -162,7 +162,7 @@ TEST(SimulatedBuffer, TellsTheUsedMemoryOfA11ByAByte)
     EXPECT_EQ(Answers(device, "\x02").at(16), 'X');
 }
 
-// What Set throws; empty when it does not.
+// The text of the error that Set throws; empty when it throws none.
 std::string Refusal(Model model, std::string_view field, std::string_view value)
 {
     SimulatedBuffer device = Buffer(model);
@@ -211,7 +211,7 @@ TEST(SimulatedBuffer, SetsItsClockAndRunsOn)
     EXPECT_EQ(Answers(device, "\x02", 8500 + 60'000).substr(28, 10), "3112260906");
 }
 
-TEST(SimulatedBuffer, TakesTheTenDigitsAlone)
+TEST(SimulatedBuffer, TakesOnlyTheTenDigits)
 {
     SimulatedBuffer device = Buffer(Model::stratoboxBuffer);
 
@@ -231,7 +231,7 @@ TEST(SimulatedBuffer, KeepsItsClockWhenThereIsNoSuchMoment)
     }
 }
 
-TEST(SimulatedBuffer, ForgetsAClockCommandThatBreaksOff)
+TEST(SimulatedBuffer, ForgetsAnIncompleteClockCommand)
 {
     SimulatedBuffer device = Buffer(Model::stratobox30);
 

@@ -16,7 +16,7 @@ constexpr const char* kOk = "\r\nOK\r\n";
 constexpr const char* kConnected = "\r\nCONNECT 9600\r\n";
 constexpr const char* kNoCarrier = "\r\nNO CARRIER\r\n";
 
-// A modem with a 3.0 behind it.
+// A modem connected to a 3.0.
 struct Line {
     explicit Line(const ModemBehaviour& behaviour = {.dialDelayMs = 0}, const Faults& faults = {})
         : modem(std::make_unique<BufferLine>(SimulatedBuffer(Model::stratobox30, kClock, 0), faults),
@@ -151,7 +151,7 @@ TEST(SimulatedModem, HangsUpAfterTheEscape)
     EXPECT_FALSE(line.modem.IsConnected());
 }
 
-TEST(SimulatedModem, GoesBackToTheConnection)
+TEST(SimulatedModem, ReturnsToTheConnection)
 {
     Line line;
     line.Exchange("ATDT0123\r");
@@ -161,7 +161,7 @@ TEST(SimulatedModem, GoesBackToTheConnection)
     EXPECT_EQ(line.Exchange("\x13"), "\x13");
 }
 
-TEST(SimulatedModem, HasNoConnectionToGoBackTo)
+TEST(SimulatedModem, HasNoConnectionToReturnTo)
 {
     Line line;
 
@@ -169,7 +169,7 @@ TEST(SimulatedModem, HasNoConnectionToGoBackTo)
     EXPECT_EQ(line.Exchange("AT\r"), kOk);
 }
 
-TEST(SimulatedModem, TakesThreePlusSignsTogetherForTheEscape)
+TEST(SimulatedModem, TakesThreeSuccessivePlusSignsAsTheEscape)
 {
     Line line({.dialDelayMs = 0}, {.echo = true});
     line.Exchange("ATDT0123\r");
@@ -201,7 +201,7 @@ TEST(SimulatedModem, ForgetsHalfACommandWhenThePortIsClosed)
     EXPECT_EQ(line.Exchange("AT\r"), kOk);
 }
 
-TEST(SimulatedModem, TellsWhenTheLineBreaks)
+TEST(SimulatedModem, ReportsABrokenLine)
 {
     Line line({.dialDelayMs = 0}, {.dropAfter = 3});
     line.Exchange("ATDT0123\r");

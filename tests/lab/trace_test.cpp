@@ -45,7 +45,7 @@ TEST(Trace, WritesNothingForNoBytes)
     EXPECT_EQ(output.str(), "");
 }
 
-TEST(Trace, TellsWhenItCannotBeWritten)
+TEST(Trace, ReportsAFailedWrite)
 {
     std::ostringstream output;
     output.setstate(std::ios::badbit); // a full disk

@@ -21,14 +21,14 @@ class Clock;
 class EventPump;
 
 // The whole editor with the real port, over a settings file with one site, whose device is on COM2. The lines
-// are added to those of the site: at least its device ("Dispositivo=STX30"); it is a site on a cable, and
-// with "MODEM=1" one reached by modem.
+// are added to the site's section and contain at least its device ("Dispositivo=STX30"). The site is on a
+// cable; with "MODEM=1" it is reached by modem.
 class BufferSession
 {
 public:
     BufferSession(Clock& clock, EventPump& events, std::string_view lines);
 
-    // Acts in the buffer window, reached through the list and the editor, and closes all three.
+    // Opens the buffer window through the list and the editor, runs the visit, and closes all three.
     void Visit(const std::function<void(frmSX&)>& visit);
 
 private:
@@ -38,10 +38,10 @@ private:
     frmSiti list_;
 };
 
-// By the mouse.
+// Clicks with the mouse.
 void Click(QWidget& window, const char* button);
 
-// Types over what stands in the places of a masked field from there on.
+// Types over the text of a masked field, starting at this place.
 void Type(frmSX& window, const char* field, int place, const char* digits);
 
 frmConnessione& ModemDialog(frmSX& window);

@@ -14,17 +14,17 @@ namespace corvrec
 namespace
 {
 
-// Descriptors of this process that lead to the file.
+// The number of this process's open descriptors of the file.
 std::ptrdiff_t OpenDescriptors(const std::string& file)
 {
     const std::filesystem::directory_iterator descriptors("/proc/self/fd");
     return std::count_if(begin(descriptors), end(descriptors), [&file](const auto& descriptor) {
-        std::error_code gone; // the directory's own descriptor is in the list too
+        std::error_code gone; // the list contains the directory's own descriptor
         return std::filesystem::read_symlink(descriptor.path(), gone).native().starts_with(file);
     });
 }
 
-// In steps, as the real clock's tick; beyond the moment, not only up to it.
+// The time up to just after the moment, in steps of the real clock's tick.
 std::int64_t StepsBeyond(std::int64_t nowMs, std::int64_t momentMs)
 {
     return (std::max<std::int64_t>(momentMs - nowMs, 0) / kTickStepMs + 1) * kTickStepMs;
@@ -79,11 +79,11 @@ void LabPump::Settle()
 bool LabPump::IsHeld() const
 {
     const bool isPlugged = line_ && !line_->IsUnplugged();
-    return OpenDescriptors(name_) > (isPlugged ? 1 : 0); // the laboratory has one of its own
+    return OpenDescriptors(name_) > (isPlugged ? 1 : 0); // the laboratory itself has one open
 }
 
-// False when nothing has moved, and nothing is on its way either: asking a pseudo-terminal whether it can be
-// read makes the system hand over what it still held back.
+// Returns false when nothing moved and nothing is on its way: polling a pseudo-terminal makes the system
+// deliver what it still holds back.
 bool LabPump::Serve()
 {
     if (!line_ || line_->IsUnplugged())

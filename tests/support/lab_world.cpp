@@ -11,7 +11,7 @@ namespace
 
 using namespace std::chrono_literals;
 
-// By lab::Model.
+// Indexed by lab::Model.
 constexpr std::array<const char*, 4> kDeviceCodes{"STX11", "STX20", "STX30", "STX40"};
 
 } // namespace

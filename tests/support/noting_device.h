@@ -13,13 +13,13 @@
 namespace corvrec
 {
 
-// What went over a device's line.
+// The traffic on a device's line.
 struct Traffic {
     std::string received; // by the device
-    std::size_t sent = 0; // bytes by the device
+    std::size_t sent = 0; // number of bytes sent by the device
 };
 
-// A device as it is, with a note of its traffic, which must live longer.
+// A device that records its traffic, which must outlive it.
 class NotingDevice final : public lab::LineDevice
 {
 public:

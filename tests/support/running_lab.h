@@ -23,8 +23,8 @@ class LabPort;
 class Trace;
 } // namespace lab
 
-// A device on a real pseudo-terminal, served by a thread of its own, so that it answers whatever the editor
-// is doing. The environment names it as the editor's port with the number, as long as it lives.
+// A device on a real pseudo-terminal, served by its own thread, so that it answers whatever the editor is
+// doing. While it exists, the environment gives it as the editor's port with this number.
 class RunningLab
 {
 public:
@@ -33,10 +33,10 @@ public:
     RunningLab(const RunningLab&) = delete;
     RunningLab& operator=(const RunningLab&) = delete;
 
-    // Pulls the cable. The device is then at rest and can be looked at.
+    // Pulls the cable. Afterwards the device is idle and can be inspected.
     void Unplug();
 
-    // All that has come from the editor. Only of an unplugged device.
+    // Everything that the editor has sent. Only for an unplugged device.
     [[nodiscard]] const std::string& Received() const;
 
 private:
@@ -48,7 +48,7 @@ private:
     std::thread thread_;
 };
 
-// Answers the first byte that comes with a text, all at once, and nothing after it.
+// Answers the first byte with a text, sent at once, and nothing after it.
 class OneAnswer final : public lab::LineDevice
 {
 public:

@@ -24,7 +24,7 @@ namespace
 
 using namespace std::chrono_literals;
 
-// Milliseconds of the test's own time.
+// Milliseconds on the clock that the test moves.
 constexpr int kTimeOutMs = 3000;
 
 const ModemSettings kModem{.resetString = "&F", .initString = "X3", .number = "0123", .pulse = false};
@@ -42,7 +42,7 @@ lab::DeviceOptions BehindModem(const lab::ModemBehaviour& modem)
     return device;
 }
 
-// A device of the laboratory, and the real port to it, in time that the test moves.
+// A device of the laboratory and the real port to it, on a clock that the test moves.
 struct Line {
     explicit Line(const lab::DeviceOptions& device)
         : pump(clock, lab::MakeDevice(device, clock.TickMs()))
@@ -51,7 +51,7 @@ struct Line {
         port.Open();
     }
 
-    // All that the device was sent.
+    // Everything that the device has received.
     const std::string& Sent()
     {
         port.Close();
@@ -71,7 +71,7 @@ std::string TextOf(TextId id)
     return std::to_string(static_cast<int>(id)); // this test needs no string table
 }
 
-// What the label of the field shows on 21 November 2026 at 18:03:00; texts as their numbers.
+// The text of the field's label on 21 November 2026 at 18:03:00; string-table texts as their numbers.
 QString Shown(const Field& field)
 {
     const DateTime now{.year = 2026, .month = 11, .day = 21, .hour = 18, .minute = 3, .second = 0};
@@ -204,7 +204,7 @@ void buffer_over_pty_test::statusArrivesWhateverItsPace()
     QCOMPARE(QByteArray::fromStdString(reply).left(expected.size()), expected);
 }
 
-// A 1.1 with empty memory sends a 0 there, and the port drops it: one byte is waited for in vain.
+// A 1.1 with empty memory sends a 0 byte, which the port drops, so the wait for the last byte times out.
 void buffer_over_pty_test::zeroByteOfAStatusIsMissing()
 {
     lab::DeviceOptions device = Device(lab::Model::stratobox11);
@@ -335,14 +335,14 @@ void buffer_over_pty_test::brokenConnectionGivesNoStatus()
     QCOMPARE(InitModem(line.wait, kModem), Connection::connected);
     SXAzzeraLinea(line.wait, kTimeOutMs);
     line.pump.Settle();
-    line.port.ClearInput(); // the report that comes with the break
+    line.port.ClearInput(); // discards the modem's report of the break
 
     QCOMPARE(RiceviSXStatus(line.wait, model::stratobox30, 200), "");
 
     QVERIFY(line.port.IsOpen()); // the modem is still there
 }
 
-// Closing the port lowers DTR; the modem must take commands when it is opened again.
+// Closing the port lowers DTR. The modem must accept commands when it is opened again.
 void buffer_over_pty_test::closedPortHangsUp()
 {
     Line line(BehindModem({.dialDelayMs = 0}));

@@ -1,4 +1,4 @@
-// The buffer window against every device of the laboratory, in time that the test moves.
+// The buffer window with every device of the laboratory, on a clock that the test moves.
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/lab_world.h"
@@ -43,10 +43,10 @@ lab::DeviceOptions Behind(lab::ModemBehaviour modem)
     return device;
 }
 
-// The pauses of the tick apart, time passed as it should.
+// Compares the times, with room for the steps of the tick.
 void CompareMs(std::int64_t passed, std::int64_t expected)
 {
-    constexpr std::int64_t kSlack = 1500; // a step for each byte and each pass
+    constexpr std::int64_t kSlack = 1500; // one step for each byte and each pass
     QVERIFY2(passed >= expected && passed <= expected + kSlack, qPrintable(QString::number(passed)));
 }
 
@@ -67,11 +67,11 @@ private slots:
     static void statusIsCutAtAnyLength();
     static void zeroByteOfTheOldestModelIsLost();
     static void bytesArriveDamaged();
-    static void nulsAreNotSeen();
-    static void echoIsNoHindrance();
+    static void nulsAreDropped();
+    static void echoIsDecodedAsPartOfTheReply();
 
-    static void silentDeviceEndsInTheTimeOuts_data();
-    static void silentDeviceEndsInTheTimeOuts();
+    static void silentDeviceTakesAllTimeOuts_data();
+    static void silentDeviceTakesAllTimeOuts();
     static void valuesOutliveAFailure();
     static void missingPort_data();
     static void missingPort();
@@ -81,7 +81,7 @@ private slots:
     static void failedCalls_data();
     static void failedCalls();
     static void cancelledCallShowsNothing();
-    static void modemGoneAtTheHangUpIsTold();
+    static void modemLostAtTheHangUpIsReported();
     static void windowIsBusyDuringARequest();
 
     static void clockIsSet();
@@ -261,7 +261,7 @@ void frmSX_lab_test::statusIsCutAtAnyLength_data()
     QTest::addColumn<QStringList>("shown");
     const QString today = "03/03/2026 10:20:30";
     const QString five = "26/02/2026 10:20:30";
-    // The answer to the last line clear, which is cut to so many bytes too, follows what came.
+    // The answer to the last line clear follows the received part. It is cut to the same length.
     QTest::newRow("1") << 1 << QStringList{"\x13",     "Errore", "",   "N/A", today, today, "Nessuno",
                                            "Std (16)", "",       "//", ":",   "N/A", "N/A", "N/A"};
     QTest::newRow("15") << 15 << QStringList{"0131072",  "Parziale", " 12", "N/A", today, today, "Nessuno",
@@ -286,10 +286,10 @@ void frmSX_lab_test::statusIsCutAtAnyLength()
         QCOMPARE(ShownValues(window), shown);
     });
 
-    CompareMs(world.clock.TickMs() - start, 30000); // the end mark alone is missing
+    CompareMs(world.clock.TickMs() - start, 30000); // only the end mark is missing
 }
 
-// NULs never reach the editor: the two characters that are counted last are one short.
+// NULs never reach the editor, so the wait for the last two characters is one short.
 void frmSX_lab_test::zeroByteOfTheOldestModelIsLost()
 {
     lab::DeviceOptions device = LabDevice(lab::Model::stratobox11);
@@ -323,7 +323,7 @@ void frmSX_lab_test::bytesArriveDamaged()
     CompareMs(world.clock.TickMs() - start, 90000);
 }
 
-void frmSX_lab_test::nulsAreNotSeen()
+void frmSX_lab_test::nulsAreDropped()
 {
     lab::DeviceOptions device = LabDevice();
     device.faults.nuls = true;
@@ -336,8 +336,8 @@ void frmSX_lab_test::nulsAreNotSeen()
     });
 }
 
-// An echo of the request moves every field of a counted reply, and of the others: what came is decoded.
-void frmSX_lab_test::echoIsNoHindrance()
+// The echo of the request becomes part of the reply and shifts its fields.
+void frmSX_lab_test::echoIsDecodedAsPartOfTheReply()
 {
     lab::DeviceOptions device = LabDevice();
     device.faults.echo = true;
@@ -350,7 +350,7 @@ void frmSX_lab_test::echoIsNoHindrance()
     });
 }
 
-void frmSX_lab_test::silentDeviceEndsInTheTimeOuts_data()
+void frmSX_lab_test::silentDeviceTakesAllTimeOuts_data()
 {
     QTest::addColumn<lab::DeviceOptions>("device");
     QTest::addColumn<int>("expectedMs");
@@ -365,7 +365,7 @@ void frmSX_lab_test::silentDeviceEndsInTheTimeOuts_data()
     }
 }
 
-void frmSX_lab_test::silentDeviceEndsInTheTimeOuts()
+void frmSX_lab_test::silentDeviceTakesAllTimeOuts()
 {
     QFETCH(lab::DeviceOptions, device);
     QFETCH(int, expectedMs);
@@ -447,7 +447,7 @@ void frmSX_lab_test::modemCommands_data()
     QTest::newRow("pulses") << lines("Z", "X3", "ATDP0,0123W45") << false << "ATZ\rATX3\rATDP0,0123W45\r";
 }
 
-// A pseudo-terminal has no carrier: each request dials anew, after the port was closed and opened.
+// A pseudo-terminal has no carrier, so each request closes the port, opens it and dials again.
 void frmSX_lab_test::modemCommands()
 {
     QFETCH(QString, lines);
@@ -499,7 +499,7 @@ void frmSX_lab_test::failedCalls()
         QVERIFY(!world.pump.IsHeld());
     });
 
-    QCOMPARE(QString::fromStdString(received), sent); // nobody is hung up on
+    QCOMPARE(QString::fromStdString(received), sent); // without a connection there is no hang-up
 }
 
 void frmSX_lab_test::cancelledCallShowsNothing()
@@ -525,7 +525,7 @@ void frmSX_lab_test::cancelledCallShowsNothing()
     QVERIFY(world.clock.TickMs() - start < 120000);
 }
 
-void frmSX_lab_test::modemGoneAtTheHangUpIsTold()
+void frmSX_lab_test::modemLostAtTheHangUpIsReported()
 {
     LabWorld world(Behind({}));
     const std::int64_t start = world.clock.TickMs();
@@ -538,7 +538,7 @@ void frmSX_lab_test::modemGoneAtTheHangUpIsTold()
 
     QCOMPARE(told.text(), kNoHangUp);
     QCOMPARE(told.title(), "Disconnessione");
-    QVERIFY(world.clock.TickMs() - start < 10000); // a lost port is not waited for
+    QVERIFY(world.clock.TickMs() - start < 10000); // no wait on a lost port
     QVERIFY(!world.pump.IsHeld());
 }
 

@@ -1,4 +1,4 @@
-// The buffer window in real time, as a user has it.
+// The buffer window in real time, as for a user.
 #include "core/clock.h"
 #include "tests/support/buffer_session.h"
 #include "tests/support/message_probe.h"
@@ -24,7 +24,7 @@ lab::DeviceOptions Device()
     return {.model = lab::Model::stratobox30, .fields = {{"used", "P"}, {"memory", "1234567"}}};
 }
 
-// The editor at real time, since a device takes its time too.
+// The editor in real time, since the device needs real time too.
 struct Session {
     Session(const lab::DeviceOptions& device, std::string_view lines)
         : lab(lab::MakeDevice(device, lab::NowMs()))
@@ -92,7 +92,7 @@ void frmSX_pty_test::statusIsReadAndClockIsSet()
                                      "0905311226\x13\x02\x13");
 }
 
-// A pseudo-terminal has no carrier line: each request dials anew, after the port was closed and opened.
+// A pseudo-terminal has no carrier line, so each request closes the port, opens it and dials again.
 void frmSX_pty_test::statusIsReadByModem()
 {
     lab::DeviceOptions device = Device();
@@ -132,7 +132,7 @@ void frmSX_pty_test::unpluggedDeviceLeavesTheWindowUsable()
 
 void frmSX_pty_test::unplugAfterAWholeReplyDoesNotCostIt_data()
 {
-    QTest::addColumn<int>("bytes"); // with the answer to the first line clear
+    QTest::addColumn<int>("bytes"); // including the answer to the first line clear
     QTest::addColumn<bool>("burst");
     constexpr int kUpToTheStar = 1 + 38;
     QTest::newRow("after the star") << kUpToTheStar << false;

@@ -1,4 +1,4 @@
-// Devices that do their worst, and users who leave at the worst moment.
+// Devices at their worst, and users who leave at the worst moment.
 #include "tests/support/buffer_window.h"
 #include "tests/support/heap.h"
 #include "tests/support/lab_world.h"
@@ -33,8 +33,8 @@ constexpr std::array kModels{lab::Model::stratobox11, lab::Model::stratobox20, l
                              lab::Model::stratoboxBuffer};
 constexpr std::array<const char*, 4> kModelNames{"1.1", "2.0", "3.0", "Buffer"};
 
-// The waits of a status, of a call and of a hang-up: each may last its time-out, by a step of the tick more,
-// and begins with one pass that must not rest.
+// The waits of a status, a call and a hang-up. Each may last its time-out plus a step of the tick, and starts
+// with a pass that must not rest.
 constexpr std::array kDirectWaitsMs{30000, 30000, 30000};
 constexpr std::array kModemWaitsMs{3000, 3000, 120000, 30000, 10000, 10000, 3000, 3000, 120000, 10000, 6000};
 
@@ -53,14 +53,15 @@ std::int64_t LongestVisitMs(const lab::DeviceOptions& device)
     return kClockCommandMs + (device.modem ? Longest(kModemWaitsMs) : Longest(kDirectWaitsMs));
 }
 
-// Of the event loop: one for each byte and for each rest, and a few for each wait and each window.
+// The limit for passes of the event loop: one for each byte and each rest, and a few for each wait and each
+// window.
 std::size_t MostPasses(const LabPump& pump, std::int64_t passedMs)
 {
     constexpr std::size_t kOthers = 60;
     return 2 * pump.Sent() + static_cast<std::size_t>(passedMs / LabPump::kLongestRestMs) + kOthers;
 }
 
-// A user asks for the status and sets the clock, as far as the window lets him, and goes.
+// A user requests the status, sets the clock, as far as the window allows it, and leaves.
 void UseAndLeave(frmSX& window)
 {
     for (const char* const button : {"cmdStato", "cmdImpostaDataOra"}) {
@@ -73,7 +74,7 @@ void UseAndLeave(frmSX& window)
     }
 }
 
-// What must be true of every visit, whatever happens in it.
+// What must hold for every visit, whatever happens in it.
 void Visit(LabWorld& world, const lab::DeviceOptions& device)
 {
     MessageLog boxes;
@@ -86,7 +87,7 @@ void Visit(LabWorld& world, const lab::DeviceOptions& device)
     QVERIFY(!world.pump.IsHeld());
 }
 
-// Whether there was anything to act on.
+// An action during a request. Returns whether there was anything to act on.
 using Act = std::function<bool(LabWorld&)>;
 
 frmSX* OpenWindow()
@@ -120,7 +121,7 @@ bool PressEscape(LabWorld& /*world*/)
     return true;
 }
 
-// At the end of a session the window goes even behind the modem dialog.
+// At log-off the window closes even while the modem dialog is open.
 bool LogOff(LabWorld& /*world*/)
 {
     BufferWindow::LogOff();
@@ -156,8 +157,8 @@ private slots:
     static void everyFault();
     static void repliesCutAtEveryLength_data();
     static void repliesCutAtEveryLength();
-    static void endlessOutputFillsNoMemory_data();
-    static void endlessOutputFillsNoMemory();
+    static void endlessOutputDoesNotFillMemory_data();
+    static void endlessOutputDoesNotFillMemory();
 };
 
 void hostile_devices_test::anythingAtEveryStep_data()
@@ -243,7 +244,7 @@ void hostile_devices_test::repliesCutAtEveryLength_data()
     }
 }
 
-// The total memory of the status that is shown is the part of it that came.
+// The shown total memory is the received part of it.
 void hostile_devices_test::repliesCutAtEveryLength()
 {
     QFETCH(int, model);
@@ -255,7 +256,7 @@ void hostile_devices_test::repliesCutAtEveryLength()
                                          "011234567"
                                        : "\x02"
                                          "1234567";
-    const std::size_t memory = isCounted ? 3 : 1; // where it begins
+    const std::size_t memory = isCounted ? 3 : 1; // position of the field
 
     for (std::size_t length = 1; length <= kLongestReply && !QTest::currentTestFailed(); length += kLengths) {
         lab::DeviceOptions device = LabDevice(kModels.at(static_cast<std::size_t>(model)));
@@ -263,7 +264,8 @@ void hostile_devices_test::repliesCutAtEveryLength()
         device.faults.burst = burst;
         device.faults.pauseMs = pauseMs;
         device.faults.partial = length;
-        // Behind what came stands what answers the line clear: a 1.1's last two bytes, else the same byte.
+        // The answer to the line clear follows the received part: the last two bytes of a 1.1, otherwise the
+        // same byte.
         const std::string came = head.substr(0, length) + (isCounted && !burst ? std::string("\x01"
                                                                                              "0")
                                                                                      .substr(0, length)
@@ -282,7 +284,7 @@ void hostile_devices_test::repliesCutAtEveryLength()
     }
 }
 
-void hostile_devices_test::endlessOutputFillsNoMemory_data()
+void hostile_devices_test::endlessOutputDoesNotFillMemory_data()
 {
     QTest::addColumn<lab::DeviceOptions>("device");
     QTest::newRow("counted") << LabDevice(lab::Model::stratobox11);
@@ -290,11 +292,11 @@ void hostile_devices_test::endlessOutputFillsNoMemory_data()
     QTest::newRow("by modem") << ByModem(LabDevice());
 }
 
-void hostile_devices_test::endlessOutputFillsNoMemory()
+void hostile_devices_test::endlessOutputDoesNotFillMemory()
 {
     QFETCH(lab::DeviceOptions, device);
     device.faults.endless = true;
-    device.faults.silence = true; // no answer in the middle of it ends a wait
+    device.faults.silence = true; // so that no answer in between ends a wait
     LabWorld world(device);
     MessageLog boxes;
     world.pump.SetPassesPerStep(SampleOrAll(40, 200)); // with 200 a hundred thousand bytes in each wait

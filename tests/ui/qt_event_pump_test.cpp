@@ -16,7 +16,7 @@ namespace corvrec
 namespace
 {
 
-// Gives these ticks one after the other, and the last for ever.
+// Returns these ticks one after the other, and then the last one forever.
 class TickList final : public Clock
 {
 public:
@@ -45,7 +45,7 @@ class qt_event_pump_test : public QObject
 
 private slots:
     static void passesTheDeadlineWhenNothingHappens();
-    static void comesBackAtAnEvent();
+    static void returnsAtAnEvent();
     static void handlesWhatIsPendingWithoutADeadline();
     static void doesNotRestOnADeadlineThatHasPassed();
     static void doesNotRestForEverWhenTheDeadlinePassesMeanwhile();
@@ -66,7 +66,7 @@ void qt_event_pump_test::passesTheDeadlineWhenNothingHappens()
     QVERIFY2(passes <= 3, qPrintable(QString::number(passes)));
 }
 
-void qt_event_pump_test::comesBackAtAnEvent()
+void qt_event_pump_test::returnsAtAnEvent()
 {
     const SystemClock clock;
     QtEventPump pump(clock);
@@ -79,7 +79,7 @@ void qt_event_pump_test::comesBackAtAnEvent()
     while (events.isEmpty())
         pump.Process(deadline);
 
-    QVERIFY(clock.TickMs() < deadline); // the event has ended the rest
+    QVERIFY(clock.TickMs() < deadline); // the event ended the rest
 }
 
 void qt_event_pump_test::handlesWhatIsPendingWithoutADeadline()
@@ -109,7 +109,7 @@ void qt_event_pump_test::doesNotRestOnADeadlineThatHasPassed()
     QVERIFY2(!isWoken, "only another event ended the rest");
 }
 
-// The machine may be busy with something else between two looks at the clock.
+// A busy machine may be elsewhere between two readings of the clock.
 void qt_event_pump_test::doesNotRestForEverWhenTheDeadlinePassesMeanwhile()
 {
     const TickList clock({1000, 5000});

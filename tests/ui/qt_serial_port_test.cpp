@@ -36,7 +36,7 @@ LineSettings Settings(int port = kPort, const std::string& settings = "9600,N,8,
     return {.commPort = port, .settings = settings, .handshaking = handshaking};
 }
 
-// A port at rest for the whole wait costs as many passes as there are events.
+// Counts passes: a port that rests for a whole wait needs as many passes as there are events.
 class CountingPump final : public EventPump
 {
 public:
@@ -58,7 +58,7 @@ private:
     int passes_ = 0;
 };
 
-// The real port with what a wait over it needs.
+// The real port and everything that a wait over it needs.
 struct RealLine {
     explicit RealLine(const LineSettings& settings = Settings()) { port.Configure(settings); }
 
@@ -70,7 +70,7 @@ struct RealLine {
     ReplyWait wait{port, clock, counted, cancel};
 };
 
-// Sends back what it is sent.
+// Echoes what it receives.
 class Mirror final : public lab::LineDevice
 {
 public:
@@ -84,7 +84,7 @@ private:
     std::string bytes_;
 };
 
-// Answers the first byte with more than any buffer holds, and each other one with a letter.
+// Answers the first byte with more than any buffer holds, and every other one with one letter.
 class Flooder final : public lab::LineDevice
 {
 public:
@@ -108,7 +108,7 @@ private:
     std::size_t answer_ = 0;
 };
 
-// Tells when so many bytes have come, whatever the thread of the port is doing.
+// Fulfils the promise after this many bytes, whatever the port's thread is doing.
 class Listener final : public lab::LineDevice
 {
 public:
@@ -135,8 +135,7 @@ private:
     std::string bytes_;
 };
 
-// Answers the first byte with a letter and XOFF, and never lets the line go on. Tells when four bytes have
-// come.
+// Answers the first byte with a letter and XOFF, and never sends XON. Fulfils the promise after four bytes.
 class Stopper final : public lab::LineDevice
 {
 public:
@@ -160,7 +159,7 @@ private:
     OneAnswer answer_{"x\x13"};
 };
 
-// Sends NULs without end once it has been asked.
+// Sends NULs endlessly after the first received byte.
 class NulFlood final : public lab::LineDevice
 {
 public:
@@ -183,7 +182,7 @@ private:
     bool isAsked_ = false;
 };
 
-// The bytes, or none when they do not come.
+// The promised bytes, or none when they do not arrive.
 std::string Heard(std::promise<std::string>& promise)
 {
     std::future<std::string> heard = promise.get_future();
@@ -201,7 +200,8 @@ std::unique_ptr<lab::LineDevice> Buffer(const lab::Faults& faults)
     return std::make_unique<lab::BufferLine>(lab::SimulatedBuffer(lab::Model::stratobox30, clock, 0), faults);
 }
 
-// Asks until the bytes are there, without an event being handled; what is there after a while otherwise.
+// Polls until this many bytes have arrived, without handling events. Returns the number after a while in any
+// case.
 int CountOf(SerialPort& port, int count)
 {
     const SystemClock clock;
@@ -211,13 +211,12 @@ int CountOf(SerialPort& port, int count)
     return port.InBufferCount();
 }
 
-// What the pseudo-terminal of the port holds and nobody has read. Asking by poll makes the system hand over
-// what it still holds back.
+// The bytes that the system still holds for the port. Polling makes it deliver what it holds back.
 int BytesWithTheSystem()
 {
     const std::string device = qgetenv("CORVREC_COM2").toStdString();
     for (const auto& each : std::filesystem::directory_iterator("/proc/self/fd")) {
-        std::error_code gone; // the directory's own descriptor is in the list too
+        std::error_code gone; // the list contains the directory's own descriptor
         if (std::filesystem::read_symlink(each.path(), gone) != device)
             continue;
         pollfd state{.fd = std::stoi(each.path().filename()), .events = POLLIN, .revents = 0};
@@ -256,31 +255,31 @@ private slots:
     static void refusesToOpen_data();
     static void refusesToOpen();
     static void opensExclusively();
-    static void opensWhateverThePseudoTerminalCannotDo_data();
-    static void opensWhateverThePseudoTerminalCannotDo();
+    static void opensWithSettingsThatAPseudoTerminalLacks_data();
+    static void opensWithSettingsThatAPseudoTerminalLacks();
     static void opensAgainAfterClosing();
     static void refusesToOpenTwice();
 
     static void closedPortThrows();
     static void closedPortIsClearedInSilence();
 
-    static void everyByteButNulComesBack();
+    static void everyByteExceptNulIsEchoed();
     static void countsWithoutHandlingEvents();
     static void takesOneByOneOrAll();
     static void dropsNuls();
-    static void nulsAloneAreNothing();
+    static void nulsDoNotCountAsInput();
     static void holdsNoMoreThanItsBuffer();
-    static void clearsWhatWaitsAnywhere();
+    static void clearsEveryBuffer();
     static void sendsWithoutHandlingEvents();
     static void sendsBeforeItCloses();
     static void carrierIsNotHeld();
     static void softwareHandshakeSwallowsItsCharacters();
 
     static void closingFreesAStoppedLine();
-    static void hearsAByteBehindAClearedFlood();
+    static void receivesAByteAfterAClearedFlood();
     static void restsWhileNothingComes();
     static void restsWhileNulsCome();
-    static void nulsWithoutEndLetTheTimeRunOut();
+    static void endlessNulsEndInATimeOut();
     static void cancelEndsTheRest();
     static void floodIsBounded();
     static void unpluggedDeviceEndsAWait();
@@ -340,7 +339,7 @@ void qt_serial_port_test::opensExclusively()
     QVERIFY(second.IsOpen());
 }
 
-void qt_serial_port_test::opensWhateverThePseudoTerminalCannotDo_data()
+void qt_serial_port_test::opensWithSettingsThatAPseudoTerminalLacks_data()
 {
     QTest::addColumn<QString>("settings");
     QTest::addColumn<int>("handshaking");
@@ -352,7 +351,7 @@ void qt_serial_port_test::opensWhateverThePseudoTerminalCannotDo_data()
     }
 }
 
-void qt_serial_port_test::opensWhateverThePseudoTerminalCannotDo()
+void qt_serial_port_test::opensWithSettingsThatAPseudoTerminalLacks()
 {
     QFETCH(QString, settings);
     QFETCH(int, handshaking);
@@ -419,7 +418,7 @@ void qt_serial_port_test::closedPortIsClearedInSilence()
     QVERIFY(!port.CDHolding());
 }
 
-void qt_serial_port_test::everyByteButNulComesBack()
+void qt_serial_port_test::everyByteExceptNulIsEchoed()
 {
     const RunningLab lab(std::make_unique<Mirror>(), kPort);
     QtSerialPort port;
@@ -472,7 +471,7 @@ void qt_serial_port_test::dropsNuls()
     QCOMPARE(port.Input(), "reply");
 }
 
-void qt_serial_port_test::nulsAloneAreNothing()
+void qt_serial_port_test::nulsDoNotCountAsInput()
 {
     const RunningLab lab(Answer(std::string(3000, '\0') + "x"), kPort);
     QtSerialPort port;
@@ -496,7 +495,7 @@ void qt_serial_port_test::holdsNoMoreThanItsBuffer()
     port.Output("?");
     QCOMPARE(CountOf(port, 1024), 1024);
 
-    QTest::qWait(50); // handling events does not let more in
+    QTest::qWait(50); // handling events does not read more
     QCOMPARE(port.InBufferCount(), 1024);
 
     std::string received;
@@ -509,7 +508,7 @@ void qt_serial_port_test::holdsNoMoreThanItsBuffer()
     QCOMPARE(received, sent);
 }
 
-void qt_serial_port_test::clearsWhatWaitsAnywhere()
+void qt_serial_port_test::clearsEveryBuffer()
 {
     const RunningLab lab(Answer(std::string(3000, 'x')), kPort);
     QtSerialPort port;
@@ -517,7 +516,7 @@ void qt_serial_port_test::clearsWhatWaitsAnywhere()
     port.Open();
     port.Output("?");
     QCOMPARE(CountOf(port, 1024), 1024);
-    // 1024 with us, 1024 with Qt, the rest with the system.
+    // 1024 are in our buffer, 1024 in Qt's, the rest in the system.
     QVERIFY(QTest::qWaitFor([] { return BytesWithTheSystem() >= 3000 - 2 * 1024; }, kPatienceMs));
 
     port.ClearInput();
@@ -542,7 +541,7 @@ void qt_serial_port_test::sendsWithoutHandlingEvents()
 
 void qt_serial_port_test::sendsBeforeItCloses()
 {
-    const std::string text(100'000, 'x'); // more than the system takes at once
+    const std::string text(100'000, 'x'); // more than the system accepts at once
     std::promise<std::string> heard;
     const RunningLab lab(std::make_unique<Listener>(text.size(), heard), kPort);
     QtSerialPort port;
@@ -563,7 +562,7 @@ void qt_serial_port_test::carrierIsNotHeld()
     port.Open();
 
     QVERIFY(!port.CDHolding());
-    QVERIFY(port.IsOpen()); // the question that the line cannot answer loses no port
+    QVERIFY(port.IsOpen()); // the failing query does not close the port
 }
 
 void qt_serial_port_test::softwareHandshakeSwallowsItsCharacters()
@@ -582,7 +581,7 @@ void qt_serial_port_test::softwareHandshakeSwallowsItsCharacters()
     QCOMPARE(port.Input(), "ab");
 }
 
-// Nor is what the device has stopped lost.
+// Output that the device has stopped is not lost either.
 void qt_serial_port_test::closingFreesAStoppedLine()
 {
     std::promise<std::string> heard;
@@ -591,7 +590,7 @@ void qt_serial_port_test::closingFreesAStoppedLine()
     port.Configure(Settings(kPort, "9600,N,8,1", 1));
     port.Open();
     port.Output("?");
-    QCOMPARE(CountOf(port, 1), 1); // and the XOFF with it
+    QCOMPARE(CountOf(port, 1), 1); // the XOFF has arrived too
     port.Output("+++");
     QVERIFY(port.IsOpen());
 
@@ -600,13 +599,13 @@ void qt_serial_port_test::closingFreesAStoppedLine()
     QCOMPARE(Heard(heard), "?+++");
 }
 
-void qt_serial_port_test::hearsAByteBehindAClearedFlood()
+void qt_serial_port_test::receivesAByteAfterAClearedFlood()
 {
     const RunningLab lab(std::make_unique<Flooder>(), kPort);
     RealLine line;
     line.port.Open();
     line.port.Output("?");
-    // Until nothing more comes: Qt's own buffer is full.
+    // Until nothing more arrives because Qt's own buffer is full.
     for (std::int64_t quiet = 0; quiet < line.clock.TickMs();) {
         quiet = line.clock.TickMs() + 50;
         line.pump.Process(quiet);
@@ -618,7 +617,7 @@ void qt_serial_port_test::hearsAByteBehindAClearedFlood()
     std::string reply;
     QCOMPARE(line.wait.ForCount(60'000, 1, reply), Wait::success);
 
-    QVERIFY(line.clock.TickMs() < deadline); // the byte has ended the rest
+    QVERIFY(line.clock.TickMs() < deadline); // the byte ended the rest
 }
 
 void qt_serial_port_test::restsWhileNothingComes()
@@ -647,7 +646,7 @@ void qt_serial_port_test::restsWhileNulsCome()
     QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
 }
 
-void qt_serial_port_test::nulsWithoutEndLetTheTimeRunOut()
+void qt_serial_port_test::endlessNulsEndInATimeOut()
 {
     const RunningLab lab(std::make_unique<NulFlood>(), kPort);
     RealLine line;
@@ -682,7 +681,7 @@ void qt_serial_port_test::floodIsBounded()
 
     std::string reply;
     const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
-    do { // once, unless the machine is so busy that little comes
+    do { // once, unless a busy machine delivers too little
         QCOMPARE(line.wait.ForText(1000, "*", reply, 2000), Wait::timeOut);
     } while (reply.size() < 2001 && line.clock.TickMs() < deadline);
 
@@ -740,7 +739,7 @@ void qt_serial_port_test::unpluggedPortOpensAnotherDevice()
 
     const RunningLab other(std::make_unique<Mirror>(), kPort);
     line.port.Open();
-    QCoreApplication::processEvents(); // what is left of the loss does not close it again
+    QCoreApplication::processEvents(); // events of the earlier loss do not close it again
 
     line.port.Output("back");
     QCOMPARE(CountOf(line.port, 4), 4);

@@ -1,6 +1,5 @@
-// The real port and what it asks of the system: which device it opens, who else uses it, how the line is set.
-// Most tests hold the other side of a pseudo-terminal themselves; what they see there are the settings of the
-// editor's side.
+// The real port and the system: which device it opens, who else uses it, and how the line is set. Most tests
+// hold the other side of a pseudo-terminal themselves, where they see the settings of the editor's side.
 #include "core/clock.h"
 #include "core/device/buffer_device.h"
 #include "tests/support/registered_test.h"
@@ -42,7 +41,7 @@ using namespace std::string_view_literals;
 constexpr int kPort = 2;
 constexpr const char* kVariable = "CORVREC_COM2";
 
-// Directories for lock files that a system may have.
+// Lock directories that a system may have.
 constexpr std::array kLockDirectories{"/var/lock", "/run/lock", "/tmp", "/var/tmp"};
 
 termios Settings(const lab::Pty& pty)
@@ -59,7 +58,7 @@ void SetSettings(const lab::Pty& pty, const termios& settings)
         qFatal("the settings cannot be changed");
 }
 
-// Whatever used the port before wants it to keep DTR when it is closed.
+// As if an earlier user of the port wanted DTR to stay up when it is closed.
 void KeepDtr(const lab::Pty& pty)
 {
     termios settings = Settings(pty);
@@ -72,7 +71,7 @@ bool HangsUp(const lab::Pty& pty)
     return (Settings(pty).c_cflag & HUPCL) != 0;
 }
 
-// The editor's port on a pseudo-terminal whose other side is the test.
+// The editor's port on a pseudo-terminal whose other side belongs to the test.
 struct Line {
     explicit Line(std::string settings = "9600,N,8,1", int handshaking = 0)
     {
@@ -83,7 +82,7 @@ struct Line {
     Line(const Line&) = delete;
     Line& operator=(const Line&) = delete;
 
-    // Waits for so many bytes from the editor; what there is after a while otherwise.
+    // Waits for this many bytes from the editor; returns what has arrived after a while in any case.
     std::string Read(std::size_t count)
     {
         std::string bytes;
@@ -94,7 +93,7 @@ struct Line {
         return bytes;
     }
 
-    // Waits for so many characters from the other side, without handling events.
+    // Waits for this many characters from the other side, without handling events.
     std::string Input(std::size_t count)
     {
         const SystemClock clock;
@@ -119,7 +118,7 @@ bool Throws(const std::function<void()>& call)
     return false;
 }
 
-// A lock file for a device, removed at the end. The device's name is below /dev.
+// A lock file for a device below /dev, removed at the end.
 class LockFile
 {
 public:
@@ -144,7 +143,7 @@ private:
     QFile file_;
 };
 
-// Another process, until the end of its input.
+// Another process, which runs until its input ends.
 class Process
 {
 public:
@@ -185,7 +184,7 @@ QByteArray AsBinary(pid_t process)
     return bytes;
 }
 
-// Stops the output with its answer to the first byte, and lets it go on when some time has passed.
+// Stops the output with its answer to the first byte, and lets it continue after some time.
 class PausingDevice final : public lab::LineDevice
 {
 public:
@@ -232,8 +231,8 @@ private slots:
     static void lockOfALivingProcessKeepsThePortClosed_data();
     static void lockOfALivingProcessKeepsThePortClosed();
     static void lockOfTheDeviceKeepsItsLinkClosed();
-    static void lockOfNobodyIsIgnored_data();
-    static void lockOfNobodyIsIgnored();
+    static void lockOfNoLivingProcessIsIgnored_data();
+    static void lockOfNoLivingProcessIsIgnored();
     static void onlyAFileIsALock();
 
     static void closingHangsUpWhateverWasSetBefore();
@@ -244,16 +243,16 @@ private slots:
     static void everyByteArrivesOnALineWithParity();
     static void damagedCharacterIsAQuestionMark_data();
     static void damagedCharacterIsAQuestionMark();
-    static void clearingForgetsABegunMark();
+    static void clearingForgetsAnUnfinishedMark();
 
-    static void outputGoesOnAtXonAlone();
+    static void outputResumesOnlyAtXon();
     static void outputThatIsWaitedForIsNotCleared();
     static void stoppedLineEndsTheWait();
     static void closedPortCannotBeWaitedFor();
     static void clockCommandReachesASlowReaderWhole();
 
-    static void lostDeviceLeavesWhatItHasSent();
-    static void clearingTakesWhatALostDeviceHasSent();
+    static void inputOfALostDeviceStaysReadable();
+    static void clearingDiscardsTheInputOfALostDevice();
 };
 
 void serial_device_test::deviceComesFromTheEnvironmentFirst()
@@ -268,7 +267,7 @@ void serial_device_test::deviceComesFromTheEnvironmentFirst()
 void serial_device_test::deviceIsTheSystemsPortOtherwise()
 {
     qputenv("CORVREC_COM7", "");
-    const QString linked = "/dev/corvrec-com7"; // this machine's own, if it has one
+    const QString linked = "/dev/corvrec-com7"; // only if this machine has one
 
     QCOMPARE(PortDevice(7), QFileInfo::exists(linked) ? linked : "/dev/ttyS6");
 
@@ -340,7 +339,7 @@ void serial_device_test::lockOfALivingProcessKeepsThePortClosed()
 
     other.End();
     QVERIFY(!Throws([&line] { line.port.Open(); }));
-    line.port.Close(); // with the lock that is now its own
+    line.port.Close(); // and removes the lock, which it now owns
 }
 
 void serial_device_test::lockOfTheDeviceKeepsItsLinkClosed()
@@ -350,13 +349,13 @@ void serial_device_test::lockOfTheDeviceKeepsItsLinkClosed()
     const QString link = directory.filePath("corvrec-com2");
     QVERIFY(QFile::link(QString::fromStdString(line.pty->Name()), link));
     qputenv(kVariable, link.toUtf8());
-    // Living always, and of another user unless the test runs as root.
+    // Process 1 is always alive, and belongs to another user unless the test runs as root.
     const LockFile lock("/tmp", line.pty->Name(), AsText(1));
 
     QVERIFY(Throws([&line] { line.port.Open(); }));
 }
 
-void serial_device_test::lockOfNobodyIsIgnored_data()
+void serial_device_test::lockOfNoLivingProcessIsIgnored_data()
 {
     QTest::addColumn<QString>("directory");
     QTest::addColumn<QByteArray>("content");
@@ -368,7 +367,7 @@ void serial_device_test::lockOfNobodyIsIgnored_data()
         };
         add("dead process as text", AsText(dead));
         add("dead process in binary", AsBinary(dead));
-        add("this process", AsText(getpid())); // of a time before
+        add("this process", AsText(getpid())); // left by an earlier process with the same number
         add("garbage", "no number\n");
         add("number and garbage", "1x\n");
         add("no process", AsText(0));
@@ -379,7 +378,7 @@ void serial_device_test::lockOfNobodyIsIgnored_data()
     }
 }
 
-void serial_device_test::lockOfNobodyIsIgnored()
+void serial_device_test::lockOfNoLivingProcessIsIgnored()
 {
     QFETCH(QString, directory);
     QFETCH(QByteArray, content);
@@ -390,7 +389,7 @@ void serial_device_test::lockOfNobodyIsIgnored()
 
     QVERIFY(!Throws([&line] { line.port.Open(); }));
 
-    line.port.Close(); // with the lock that is now its own
+    line.port.Close(); // and removes the lock, which it now owns
 }
 
 void serial_device_test::onlyAFileIsALock()
@@ -411,7 +410,7 @@ void serial_device_test::closingHangsUpWhateverWasSetBefore()
     KeepDtr(*line.pty);
 
     line.port.Open();
-    QVERIFY(HangsUp(*line.pty)); // the end of the process would do it too
+    QVERIFY(HangsUp(*line.pty)); // so that the end of the process hangs up too
 
     line.port.Close();
     QVERIFY(HangsUp(*line.pty));
@@ -458,7 +457,7 @@ void serial_device_test::parityErrorsAreMarkedWhereThereIsAParity()
     QVERIFY(!marked || (Settings(*line.pty).c_iflag & (IGNPAR | ISTRIP)) == 0);
 }
 
-// The system sends each FF twice, so that it is no mark.
+// The system sends each FF twice, so that it is not taken for a mark.
 void serial_device_test::everyByteArrivesOnALineWithParity()
 {
     Line line("9600,E,8,1");
@@ -479,8 +478,8 @@ void serial_device_test::damagedCharacterIsAQuestionMark_data()
     QTest::newRow("byte by byte") << true;
 }
 
-// A pseudo-terminal has no parity and marks nothing. Once it does not double an FF either, the test can send
-// what a line with parity errors would give.
+// A pseudo-terminal has no parity and marks nothing. With the doubling of FF switched off, the test can send
+// what a line with parity errors would deliver.
 void serial_device_test::damagedCharacterIsAQuestionMark()
 {
     QFETCH(bool, byteByByte);
@@ -508,7 +507,7 @@ void serial_device_test::damagedCharacterIsAQuestionMark()
     QCOMPARE(characters, expected);
 }
 
-void serial_device_test::clearingForgetsABegunMark()
+void serial_device_test::clearingForgetsAnUnfinishedMark()
 {
     Line line("9600,E,8,1");
     line.port.Open();
@@ -518,7 +517,7 @@ void serial_device_test::clearingForgetsABegunMark()
     line.pty->Write("a\xFF\0"sv);
     QVERIFY(QTest::qWaitFor([&line] { return line.port.InBufferCount() > 0 && !line.pty->HasUnread(); }));
     QCOMPARE(line.port.Input(), "a");
-    QCOMPARE(line.port.InBufferCount(), 0); // the begun mark is read
+    QCOMPARE(line.port.InBufferCount(), 0); // the unfinished mark has been read
 
     line.port.ClearInput();
     line.pty->Write("b");
@@ -526,7 +525,7 @@ void serial_device_test::clearingForgetsABegunMark()
     QCOMPARE(line.Input(1), "b");
 }
 
-void serial_device_test::outputGoesOnAtXonAlone()
+void serial_device_test::outputResumesOnlyAtXon()
 {
     Line line("9600,N,8,1", 1);
     line.port.Open();
@@ -537,7 +536,7 @@ void serial_device_test::outputGoesOnAtXonAlone()
     QCOMPARE(line.Input(2), "ab");
 
     line.port.Output("+++");
-    QTest::qWait(50); // with IXANY it would have gone at once
+    QTest::qWait(50); // with IXANY it would be sent at once
     QCOMPARE(line.pty->Read(), "");
 
     line.pty->Write("\x11");
@@ -551,7 +550,7 @@ void serial_device_test::outputThatIsWaitedForIsNotCleared()
     port.Configure({.commPort = kPort, .settings = "9600,N,8,1", .handshaking = 1});
     port.Open();
     port.Output("?");
-    QVERIFY(QTest::qWaitFor([&port] { return port.InBufferCount() > 0; })); // and the XOFF with it
+    QVERIFY(QTest::qWaitFor([&port] { return port.InBufferCount() > 0; })); // the XOFF has arrived too
     port.Output("0905311226");
 
     port.WaitUntilSent(60'000);
@@ -562,7 +561,7 @@ void serial_device_test::outputThatIsWaitedForIsNotCleared()
     QCOMPARE(lab.Received(), "?0905311226");
 }
 
-// What it keeps back is then thrown away.
+// The output that is held back is then discarded.
 void serial_device_test::stoppedLineEndsTheWait()
 {
     Line line("9600,N,8,1", 1);
@@ -587,7 +586,7 @@ void serial_device_test::closedPortCannotBeWaitedFor()
     QVERIFY(Throws([&port] { port.WaitUntilSent(50); }));
 }
 
-// The reader is so far behind that the system still holds the command on its way to it.
+// The reader is so slow that the system still holds the command when the buffers are cleared.
 void serial_device_test::clockCommandReachesASlowReaderWhole()
 {
     const std::string before(8000, 'x');
@@ -605,12 +604,12 @@ void serial_device_test::clockCommandReachesASlowReaderWhole()
     QCOMPARE(line.Read(before.size() + command.size()), before + command);
 }
 
-void serial_device_test::lostDeviceLeavesWhatItHasSent()
+void serial_device_test::inputOfALostDeviceStaysReadable()
 {
     Line line;
     line.port.Open();
     line.pty->Write("whole reply");
-    QVERIFY(QTest::qWaitFor([&line] { return !line.pty->HasUnread(); })); // Qt has it
+    QVERIFY(QTest::qWaitFor([&line] { return !line.pty->HasUnread(); })); // Qt has read it
     line.port.SetInputLen(1);
     QCOMPARE(line.port.Input(), "w");
 
@@ -627,7 +626,7 @@ void serial_device_test::lostDeviceLeavesWhatItHasSent()
     QVERIFY(Throws([&line] { line.port.Input(); }));
 }
 
-void serial_device_test::clearingTakesWhatALostDeviceHasSent()
+void serial_device_test::clearingDiscardsTheInputOfALostDevice()
 {
     Line line;
     line.port.Open();
