@@ -5,7 +5,7 @@
 namespace corvrec
 {
 
-// Calls of operator new so far, by the whole program. Linking this in replaces the operators.
+// Calls of operator new so far in the whole program. Linking this file replaces the operators.
 std::size_t Allocations();
 
 } // namespace corvrec

@@ -1,4 +1,4 @@
-// Replies of each model decoded; allocations are counted, since the fields are views into the reply.
+// Decodes replies of each model. Counts allocations, since the fields are views of the reply.
 #include "core/device/buffer_device.h"
 #include "core/device/buffer_status.h"
 #include "tests/bench/allocations.h"

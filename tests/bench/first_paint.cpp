@@ -1,5 +1,5 @@
-// Time from starting a program to its first painted window, and the most memory that it took until then, on
-// the X server of DISPLAY. The program is ended after that.
+// The time from starting a program to its first painted window, and its peak memory until then, on the X
+// server of DISPLAY. The program is killed afterwards.
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -24,7 +24,7 @@ struct Free {
 template <class T>
 using Owned = std::unique_ptr<T, Free>;
 
-// The top-level windows of a screen without a window manager, as they are mapped and painted.
+// The top-level windows of a screen without a window manager, observed as they are mapped and painted.
 class Screen
 {
 public:
@@ -49,7 +49,7 @@ public:
     Screen(const Screen&) = delete;
     Screen& operator=(const Screen&) = delete;
 
-    // Until something of a window's size has been painted in it: nearly all of one window.
+    // Waits until nearly all of a window's area has been painted.
     void AwaitPaintedWindow()
     {
         for (;;) {
@@ -75,7 +75,7 @@ private:
 
     bool IsPainted(const xcb_damage_notify_event_t& damage)
     {
-        constexpr long kLeastSide = 100; // not a helper window
+        constexpr long kLeastSide = 100; // smaller ones are helper windows
         const long all = static_cast<long>(damage.geometry.width) * damage.geometry.height;
         long& painted = painted_[damage.drawable];
         painted += static_cast<long>(damage.area.width) * damage.area.height;

@@ -32,7 +32,7 @@ void ReadWhole(int descriptor, std::span<char> bytes)
         throw std::runtime_error("pread");
 }
 
-// As if known from before, whichever key is asked for.
+// As if the value were already known, for any key.
 std::string ValueOf(const char* key)
 {
     static const std::unordered_map<std::string_view, std::string_view> table = [] {
@@ -53,7 +53,7 @@ struct Floor::Impl {
     {
     }
 
-    // Opens, reads, writes what is given from the place on, closes.
+    // Opens and reads the file, applies the change, writes from this offset on, closes.
     void Rewrite(std::size_t from, const std::function<void(std::string&)>& change)
     {
         const int descriptor = open(path.c_str(), O_RDWR | O_CLOEXEC);
@@ -71,7 +71,7 @@ struct Floor::Impl {
 
     const SitesFile& file;
     std::string path;
-    std::string bytes; // kept between writes
+    std::string bytes; // the buffer is reused by each write
 };
 
 Floor::Floor(const SitesFile& file)
@@ -81,7 +81,7 @@ Floor::Floor(const SitesFile& file)
 
 Floor::~Floor() = default;
 
-// The pass looks at the first byte of each line, as a search for sections has to.
+// The pass looks at the first byte of each line, as any search for sections must.
 std::size_t Floor::List()
 {
     const int descriptor = open(impl_->path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -114,7 +114,7 @@ std::string Floor::ReadAgain(const std::string& /*section*/, const char* key)
     return ValueOf(key);
 }
 
-// One byte more or less in each line, as a save of ours.
+// Adds or removes one byte in each line, as our save does.
 void Floor::Save(const std::string& /*code*/, int round)
 {
     const auto moveFrom = [this, round](std::size_t from) {

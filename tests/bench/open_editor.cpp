@@ -1,4 +1,4 @@
-// Time from the click on Proprietà to the painted editor, with as many sites as the argument says.
+// The time from the click on Proprietà to the painted editor, with the number of sites given as argument.
 #include "app/frmSiti.h"
 #include "core/clock.h"
 #include "core/file/profile_file.h"
@@ -28,7 +28,7 @@ namespace
 
 using Moment = std::chrono::steady_clock::time_point;
 
-// Notes when the editor's window has been painted and handed to the screen, and leaves it then.
+// Records when the editor's window has been painted and shown, and then closes it.
 class Watch final : public QObject
 {
 public:
@@ -44,7 +44,7 @@ private:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         if (event->type() == QEvent::Paint) {
-            // The whole window is painted in one go: this call comes back behind it.
+            // The whole window is painted at once, so this runs afterwards.
             QTimer::singleShot(0, this, [this] {
                 painted_ = std::chrono::steady_clock::now();
                 editor_.reject();

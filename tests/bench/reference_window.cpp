@@ -1,5 +1,5 @@
-// The least that a program with such a window takes: a plain main window with a table of four columns and
-// forty fixed rows, and four buttons. No file, no string table, no dialogs.
+// A minimal program with a similar window: a plain main window with a table of four columns and forty fixed
+// rows, and four buttons. No file, no string table, no dialogs.
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QMainWindow>

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""Tables and plots of bench_settings_file's figures (its JSON on standard input), each beside its floor.
+"""Tables and plots of bench_settings_file's figures (its JSON on standard input), compared with the floor.
 
-Plots go into the folder of the argument, one for each kind of work.
+The plots, one for each kind of work, are written into the folder given as argument.
 """
 
 import collections
@@ -12,7 +12,7 @@ import sys
 import matplotlib
 
 matplotlib.use("svg")
-import matplotlib.pyplot as plt  # noqa: E402: the backend is chosen first
+import matplotlib.pyplot as plt  # noqa: E402: the backend must be chosen first
 
 STORES = ["floor", "ours", "QSettings", "GKeyFile", "SimpleIni", "inih"]
 TITLES = {
@@ -23,7 +23,7 @@ TITLES = {
     "save": "Save a site (36 lines)",
     "delete": "Delete a section",
 }
-MEMORY = "Memory once a key of every site was read, in times the file"
+MEMORY = "Memory after reading a key of every site, as a multiple of the file"
 
 
 def shown(ns):
@@ -34,7 +34,7 @@ def shown(ns):
 
 
 def medians(runs):
-    """{work: {store: {sites: ns}}}, and {store: {sites: times the file}} of the memory."""
+    """{work: {store: {sites: ns}}}, and for the memory {store: {sites: multiple of the file's size}}."""
     times = collections.defaultdict(lambda: collections.defaultdict(dict))
     memory = collections.defaultdict(dict)
     for run in runs:
@@ -49,7 +49,7 @@ def medians(runs):
 
 
 def print_table(title, stores, cell):
-    """stores: {store: {sites: figure}}; cell: a store's figure for so many sites, as it is shown."""
+    """stores: {store: {sites: figure}}; cell(store, sites): the shown text of a figure."""
     sizes = sorted(stores["ours"])
     print(f"\n{title}\n\n| | " + " | ".join(f"{size} sites" for size in sizes) + " |")
     print("|---|" + "---|" * len(sizes))

@@ -1,5 +1,5 @@
-// The settings file beside what else could keep it, and beside the floor: what the work needs at least.
-// Names are work/store/sites; scripts/bench makes ratios of them.
+// The settings file, compared with other stores and with the floor: the least work that any store must do.
+// Names are work/store/sites; scripts/bench computes the ratios.
 #include "tests/bench/stores.h"
 
 #include <benchmark/benchmark.h>
@@ -22,7 +22,7 @@ std::size_t HeapBytes()
     return heap.uordblks + heap.hblkhd;
 }
 
-// A list of the sites from nothing: the store is opened for it.
+// Lists the sites, including opening the store.
 template <class Store>
 void ListCold(benchmark::State& state)
 {
@@ -64,7 +64,7 @@ void ReadWarm(benchmark::State& state)
         benchmark::DoNotOptimize(ReadOnce(store, file.Code(), kKey));
 }
 
-// All values of a site from nothing.
+// Reads all values of a site, including opening the store.
 template <class Store>
 void LoadSite(benchmark::State& state)
 {
@@ -103,7 +103,7 @@ void DeleteSection(benchmark::State& state)
     }
 }
 
-// What a store holds once every site was read.
+// The memory that a store holds after every site was read.
 template <class Store>
 void Memory(benchmark::State& state)
 {
@@ -167,7 +167,7 @@ void RegisterAll(int sites)
 
 } // namespace corvrec
 
-// Arguments besides those of the benchmarks are counts of sites.
+// Arguments other than the benchmarks' own are numbers of sites.
 int main(int argc, char* argv[])
 {
     benchmark::Initialize(&argc, argv);

@@ -12,7 +12,7 @@ namespace corvrec
 namespace
 {
 
-// Five digits, so that all sections are of one size.
+// Five digits, so that all sections have the same size.
 std::string SiteCode(int site)
 {
     std::string digits = std::to_string(site);
@@ -41,7 +41,7 @@ SitesFile::SitesFile(int sites)
     sectionBegin_ = bytes_.find("[" + code_ + "]");
     sectionEnd_ = bytes_.find("\r\n[", sectionBegin_) + 2;
     Restore();
-    // Until the file's time is older than its tick, and with it proves that a file has not changed.
+    // Waits until the file's time is old enough to prove that the file has not changed.
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
 }
 

@@ -14,7 +14,7 @@ struct KeyLine {
     std::string_view value;
 };
 
-// The keys of a saved site's section.
+// The keys in the section of a saved site.
 inline constexpr std::array<KeyLine, 34> kSiteKeys{{
     {"SitoAbilitato", "1"},
     {"STimeRead", "10"},
@@ -52,7 +52,7 @@ inline constexpr std::array<KeyLine, 34> kSiteKeys{{
     {"CharToDel", "00"},
 }};
 
-// A temporary directory with a Corvrec.ini of so many sites in it; removed with the object.
+// A temporary directory with a Corvrec.ini of this many sites, removed with the object.
 class SitesFile
 {
 public:
@@ -64,13 +64,13 @@ public:
     [[nodiscard]] std::string Path() const { return (directory_ / "Corvrec.ini").native(); }
     [[nodiscard]] const std::string& Bytes() const { return bytes_; }
 
-    // Writes the file anew as it was at first.
+    // Writes the file's original bytes again.
     void Restore() const;
 
-    // The site in the middle of the file.
+    // The code of the site in the middle of the file.
     [[nodiscard]] const std::string& Code() const { return code_; }
 
-    // Where its line in [Siti] begins, its section, and the one behind it.
+    // Offsets of the site's line in [Siti], of its section, and of the section after it.
     [[nodiscard]] std::size_t SiteLine() const { return siteLine_; }
     [[nodiscard]] std::size_t SectionBegin() const { return sectionBegin_; }
     [[nodiscard]] std::size_t SectionEnd() const { return sectionEnd_; }

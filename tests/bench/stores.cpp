@@ -13,11 +13,11 @@ namespace corvrec
 namespace
 {
 
-// All names of a list of 10 000 sites and more.
+// Room for the names of more than 10 000 sites.
 constexpr std::size_t kAllNames = 1U << 20U;
 constexpr std::size_t kValueSize = 100;
 
-// Values of two lengths by turns, so that a save moves all that stands behind each line.
+// Alternates between two lengths, so that a save moves everything after each line.
 std::string Value(std::string_view value, int round)
 {
     return std::string(value) + (round % 2 == 0 ? "" : "0");
@@ -29,7 +29,7 @@ void Check(bool done)
         throw std::runtime_error("a store has failed");
 }
 
-// Calls put(section, key, value) for each line of a save.
+// Calls put(section, key, value) for each line that a save writes.
 template <class Put>
 void SaveBy(const std::string& code, int round, Put put)
 {
@@ -71,8 +71,8 @@ void OurStore::DeleteSection(const std::string& section)
 namespace
 {
 
-// QSettings keeps what it has read for the next object, as long as the file's time stays: another second each
-// time.
+// Gives the file another second each time: QSettings shares what it has read with the next object while the
+// file's time stays the same.
 QString Touched(const SitesFile& file)
 {
     static std::chrono::seconds ahead{};

@@ -15,10 +15,10 @@
 namespace corvrec
 {
 
-// One way to keep the settings, opened for one file. Each does the same: names of the sites, a value, a
-// site's values, a save of all of a site (34 keys, its line in "Siti", the log in "General"; the round makes
-// the values differ from those of the save before), the removal of a section. The peers hold the whole file
-// and write it whole, once a save.
+// Ways to store the settings, each opened for one file. All do the same: list the names of the sites, read a
+// value, save a whole site (34 keys, its line in "Siti", the log in "General"), remove a section. The round
+// makes the values differ from the previous save's. The other libraries hold the whole file in memory and
+// write it whole once per save.
 
 class OurStore
 {
@@ -81,7 +81,7 @@ private:
     CSimpleIniA file_;
 };
 
-// Reads only: each question is a pass over the file.
+// Reads only; every query is a pass over the file.
 class InihStore
 {
 public:
@@ -93,9 +93,9 @@ private:
     std::string path_;
 };
 
-// What no store can do without. To read: one read of the file and one pass over its lines, and later a stat
-// and a look into a hash table. To save: for each of the 36 lines open, fstat, a read of the file, a write
-// from the line on, close. The same lines as a save of ours, in the middle of the file.
+// The least work that any store must do. Reading: read the file and pass over its lines once; later, one stat
+// and one look-up in a hash table. Saving: for each of the 36 lines, open, fstat, read the file, write from
+// the line on, close. The lines are those of our save, in the middle of the file.
 class Floor
 {
 public:

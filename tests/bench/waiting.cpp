@@ -1,6 +1,6 @@
-// What a wait for a device costs: processor time while the device is silent, and the delay from the last byte
-// of a reply to the return of the wait. Each beside a loop that never rests. Over a pseudo-terminal, with the
-// real port.
+// The cost of waiting for a device: processor time while the device is silent, and the delay from the last
+// byte of a reply to the return of the wait. Each is compared with a loop that never rests. Over a
+// pseudo-terminal, with the real port.
 #include "core/clock.h"
 #include "core/device/event_pump.h"
 #include "core/device/modComExtension.h"
@@ -31,7 +31,7 @@ namespace corvrec
 namespace
 {
 
-// A reply of the length that a Stratobox gives.
+// A reply as long as a Stratobox's.
 constexpr std::string_view kReply = "0131072  045 V012003N6V1.22211126102000*";
 constexpr std::string_view kRequest = "\x02";
 
@@ -44,7 +44,7 @@ public:
     }
 };
 
-// The device's side of a pseudo-terminal: answers each request after a pause, and notes when.
+// The device's side of a pseudo-terminal: answers each request after a pause and records the time.
 class Device
 {
 public:
@@ -61,7 +61,7 @@ public:
 
     ~Device()
     {
-        // A request that is none ends the thread.
+        // Any other byte than a request ends the thread.
         [[maybe_unused]] const auto count = write(slave_, "q", 1);
         thread_.join();
         close(slave_);
@@ -76,12 +76,12 @@ public:
 private:
     void Answer()
     {
-        std::mt19937 random(1); // always the same pauses
+        std::mt19937 random(1); // a fixed seed
         std::uniform_int_distribution<int> pauseUs(2000, 20000);
         char request = 0;
         while (read(master_, &request, 1) == 1 && request == kRequest.front()) {
             std::this_thread::sleep_for(std::chrono::microseconds(pauseUs(random)));
-            // Before the write: the wait may return before the writer goes on.
+            // Taken before the write, since the wait may return before this thread continues.
             written_ = std::chrono::steady_clock::now();
             if (write(master_, kReply.data(), kReply.size()) < 0)
                 return;
@@ -102,7 +102,7 @@ double ProcessorMs()
 }
 
 struct Figures {
-    double silentMs = 0; // of processor time
+    double silentMs = 0; // processor time
     double medianMs = 0;
     double most95Ms = 0;
 };

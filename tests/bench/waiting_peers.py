@@ -1,8 +1,8 @@
 #!/usr/bin/python3
-"""What waiting costs others: pySerial's read_until and ppp's chat, over a pseudo-terminal.
+"""The cost of waiting in other programs: pySerial's read_until and ppp's chat, over a pseudo-terminal.
 
-As bench_waiting: processor time of a wait in silence, and the delay from the last byte of a reply to the return of
-the wait; chat ends with its answer, so its delay is that of the process's end.
+As in bench_waiting: processor time of a wait in silence, and the delay from the last byte of a reply to the return of
+the wait. chat ends after its answer, so its delay includes the end of the process.
 """
 
 import argparse
@@ -23,7 +23,7 @@ REQUEST = b"\x02"
 
 
 class Device:
-    """Answers each request after a pause, in a process of its own, and says when it wrote."""
+    """Answers each request after a pause, in its own process, and reports when it wrote."""
 
     def __init__(self):
         self.master, self.slave = pty.openpty()
@@ -47,7 +47,7 @@ class Device:
         return (returned_ns - struct.unpack("q", os.read(self.written, 8))[0]) / 1e6
 
     def close(self):
-        os.write(self.slave, b"q")  # a request that is none
+        os.write(self.slave, b"q")  # any other byte than a request ends the process
         os.waitpid(self.process, 0)
         for descriptor in (self.master, self.slave, self.written):
             os.close(descriptor)

@@ -1,4 +1,4 @@
-// The decoders of the devices' replies: whatever a device sends, each field shows something of its own form.
+// The decoders of the devices' replies: whatever a device sends, each field shows a text of its own form.
 //
 // Input: the computer's date as a number, '|', and the reply: "20261121|...".
 
@@ -34,7 +34,7 @@ constexpr std::array<Field BufferStatus::*, 14> kFields{
     &BufferStatus::stampante,   &BufferStatus::modem,
 };
 
-// Any date from the year 100 on, as yyyymmdd; what is no date becomes one nearby.
+// Any date from the year 100 on, as yyyymmdd; other numbers become a valid date too.
 DateTime DateOf(std::size_t number)
 {
     return {.year = static_cast<int>(100 + number / 10000 % 9900),
@@ -50,7 +50,7 @@ std::string TextNumber(TextId id)
     return "text " + std::to_string(static_cast<int>(id));
 }
 
-// A text follows a form in which '#' stands for a digit.
+// Whether the text has the form, in which '#' stands for a digit.
 bool HasForm(std::string_view text, std::string_view form)
 {
     return std::ranges::equal(
@@ -67,11 +67,11 @@ std::chrono::sys_seconds MomentOf(int year, int month, int day, int secondOfDay)
     const std::chrono::year_month_day date{std::chrono::year(year),
                                            std::chrono::month(static_cast<unsigned>(month)),
                                            std::chrono::day(static_cast<unsigned>(day))};
-    Check(date.ok(), "a date that is shown is one of the calendar");
+    Check(date.ok(), "a shown date exists");
     return std::chrono::sys_days(date) + std::chrono::seconds(secondOfDay);
 }
 
-// The moment that a field tells; nothing outside the years that have four digits and are no abbreviation.
+// The moment that the field means; nullopt outside the years 100 to 9999.
 std::optional<std::chrono::sys_seconds> MomentAgo(double days, const DateTime& now)
 {
     using std::chrono::sys_days;
@@ -93,7 +93,7 @@ std::optional<std::chrono::sys_seconds> MomentAgo(double days, const DateTime& n
 void CheckShown(const DaysAgo& ago, const std::string& shown, const DateTime& now)
 {
     const auto moment = MomentAgo(ago.days, now);
-    Check(shown.empty() == !moment.has_value(), "what cannot be shown is empty, and nothing else");
+    Check(shown.empty() == !moment.has_value(), "only a moment that cannot be shown is empty");
     if (!moment)
         return;
     const bool hasTime = shown.size() > 10;
@@ -101,7 +101,7 @@ void CheckShown(const DaysAgo& ago, const std::string& shown, const DateTime& no
     const int second =
         hasTime ? NumberAt(shown, 11, 2) * 3600 + NumberAt(shown, 14, 2) * 60 + NumberAt(shown, 17, 2) : 0;
     Check(MomentOf(NumberAt(shown, 6, 4), NumberAt(shown, 3, 2), NumberAt(shown, 0, 2), second) == *moment,
-          "the moment lies so many days ago");
+          "the moment is that many days ago");
 }
 
 void CheckShown(const Percent& percent, const std::string& shown, const DateTime& /*now*/)
@@ -111,7 +111,7 @@ void CheckShown(const Percent& percent, const std::string& shown, const DateTime
           "a percentage's form");
     std::string point = shown;
     point[comma] = '.';
-    const bool isSmall = std::abs(percent.value) < 1e9; // above, hundredths are lost in the double
+    const bool isSmall = std::abs(percent.value) < 1e9; // larger doubles have no hundredths
     Check(!isSmall || std::abs(std::strtod(("0" + point).c_str(), nullptr) - percent.value) < 0.005001 ||
               percent.value < 0,
           "a percentage is rounded to hundredths");
@@ -145,10 +145,10 @@ void CheckShown(const ReceivedTime& time, const std::string& shown, const DateTi
           "a time as received");
 }
 
-// What is received of a reply that stops earlier is the begin of what is received of the whole.
+// What is received of a shorter reply is a prefix of what is received of the whole.
 void CheckBegin(std::string_view part, std::string_view whole)
 {
-    Check(whole.starts_with(part), "a reply that stops early only cuts its fields");
+    Check(whole.starts_with(part), "a shorter reply only shortens its fields");
 }
 
 void CheckBegin(const ReceivedDate& part, const ReceivedDate& whole)
@@ -164,7 +164,7 @@ void CheckBegin(const ReceivedTime& part, const ReceivedTime& whole)
     CheckBegin(part.minute, whole.minute);
 }
 
-// Numbers and choices of a part tell nothing about those of the whole.
+// Numbers and choices of a part say nothing about those of the whole.
 template <typename Kind>
 void CheckBegin(const Kind& /*part*/, const Kind& /*whole*/)
 {
@@ -174,7 +174,7 @@ void CheckCut(const BufferStatus& part, const BufferStatus& whole)
 {
     for (const auto field : kFields) {
         if (field == &BufferStatus::modello)
-            continue; // a version's name, which is no piece of the reply
+            continue; // the name of a version, not a part of the reply
         std::visit(
             [&](const auto& received) {
                 using Kind = std::decay_t<decltype(received)>;

@@ -6,7 +6,7 @@
 namespace corvrec::fuzz
 {
 
-// Ends the program with a word when something does not hold: the fuzzer takes that as a finding.
+// Prints what does not hold and aborts, which the fuzzer reports as a finding.
 inline void Check(bool holds, const char* what)
 {
     if (holds)

@@ -10,8 +10,8 @@
 namespace corvrec::fuzz
 {
 
-// An input cut at each '|', so that it can be written and read by hand, and grows and shrinks well. No
-// grammar here gives that byte a meaning, so nothing is lost by its absence.
+// Splits the input at each '|', so that it is readable and easy for the fuzzer to extend. '|' has no meaning
+// in any tested grammar, so nothing is missed.
 class Fields
 {
 public:
@@ -22,7 +22,7 @@ public:
 
     [[nodiscard]] bool AtEnd() const { return isAtEnd_; }
 
-    // The next field; empty behind the last one.
+    // The next field; empty after the last one.
     std::string_view Text()
     {
         const std::size_t length = std::min(rest_.find('|'), rest_.size());
@@ -32,10 +32,10 @@ public:
         return field;
     }
 
-    // The decimal number in front of the next field, or the other one when there is none.
+    // The decimal number at the start of the next field, or otherwise when there is none.
     std::size_t Number(std::size_t otherwise) { return NumberOf(Text(), otherwise); }
 
-    // All that is left, with its '|'.
+    // The rest of the input, including any '|'.
     std::string_view Rest()
     {
         isAtEnd_ = true;

@@ -1,5 +1,5 @@
-// A site that is loaded and saved again and again comes to rest, whatever the file held, and nothing of the
-// file but the site is lost.
+// Repeated loading and saving of a site reaches a stable file, whatever the file held, and loses nothing
+// except the site's own lines.
 //
 // Input: the site's code, its name and the file's bytes, separated by '|':
 // "A|Uno|[Siti]\nA=Uno\n[A]\nBaud=9600".
@@ -27,7 +27,7 @@ namespace
 
 constexpr DateTime kToday{.year = 2026, .month = 11, .day = 21};
 
-// What the editor shows for a new site: rows, and a letter for each flow-control character.
+// What the editor shows for a new site: rows, and the letters of the flow-control characters.
 SiteRecord NewSite()
 {
     SiteRecord site;
@@ -40,7 +40,8 @@ SiteRecord NewSite()
     return site;
 }
 
-// A code whose section and key are found again: without what ends or opens a name. In the code page.
+// A code, in the code page, whose section and key can be found again: without the characters that end or
+// start a name.
 std::string Findable(std::string_view field)
 {
     std::string code(field);
@@ -61,21 +62,21 @@ bool HasAll(const std::vector<std::u16string>& lines, const std::vector<std::u16
     return next == wanted.end();
 }
 
-// One confirmed edit that changes nothing.
+// One edit that is confirmed without changes.
 SiteRecord Edit(TextProfile& file, std::string_view code, std::string_view name)
 {
     SiteRecord site = NewSite();
     const std::string before = file.Bytes();
-    LoadSite(file, code, site); // whether the alerts were there is not the question here
+    LoadSite(file, code, site); // the result, whether the alerts were there, does not matter
     Check(file.Bytes() == before, "loading writes nothing");
-    Section(file, code).Delete(); // as all writes, in vain when the file is half a character too long
+    Section(file, code).Delete(); // like all writes, fails for UTF-16 of odd length
     SaveSite(file, code, name, site, kToday);
     return site;
 }
 
-// Each save takes off a pair of quotes, and lets a later section of the same name come to light. All else
-// needs three: a character saved as itself comes back as a number, an empty weekly schedule as a continuous
-// one, whose start time comes back as 12:00.
+// Each save may remove a pair of quotes and uncover a later section with the same name. Everything else needs
+// three: a character saved as itself is loaded as a number, and an empty weekly schedule as a continuous one,
+// whose start time is loaded as 12:00.
 std::size_t MostEdits(std::string_view bytes)
 {
     const auto strewn =
@@ -95,17 +96,17 @@ void CheckSite(std::string_view codeField, std::string_view nameField, std::stri
     SiteRecord site;
     std::size_t edits = 0;
     do {
-        Check(edits++ < mostEdits, "a site that is loaded and saved comes to rest");
+        Check(edits++ < mostEdits, "repeated loading and saving reaches a stable file");
         before = file.Bytes();
         site = Edit(file, code, name);
         Check(HasAll(LinesAsideReference(file.Bytes(), stored), LinesAsideReference(before, stored)),
-              "what is not the site's stays");
+              "lines that are not the site's stay");
     } while (file.Bytes() != before);
 
     SiteRecord again = NewSite();
     LoadSite(file, code, again);
-    Check(again == site, "what is saved is what is loaded");
-    ListSites(file); // any list is right: it has no way to fail but a crash
+    Check(again == site, "a site is loaded as it was saved");
+    ListSites(file); // any result is right; only a crash would be a finding
     Check(file.Bytes() == before, "listing writes nothing");
 }
 

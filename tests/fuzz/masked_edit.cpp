@@ -1,5 +1,5 @@
-// The masked edit box under any sequence of edits, against a simple model: the same text, the same caret, and
-// a text that always fits its mask.
+// The masked edit box under any sequence of edits, compared with a simple model: the same text, the same
+// caret, and a text that always fits its mask.
 //
 // Input: the mask, then operations, all separated by '|'. An operation is a letter and its text or positions:
 // "##:##|t8|t:|p30|s0|2|t12|b|d".
@@ -25,7 +25,7 @@ bool IsDigit(char32_t character)
     return character >= U'0' && character <= U'9';
 }
 
-// Bytes above ASCII stand for Arabic digits, which are digits elsewhere and none here.
+// Maps bytes above ASCII to Arabic digits, which Unicode counts as digits and the mask refuses.
 std::u32string TextOf(std::string_view bytes)
 {
     std::u32string text;
@@ -41,7 +41,7 @@ struct Model {
     std::u32string mask;
     std::u32string text;
     std::size_t caret = 0;
-    bool hasSteppedOver = true; // the literals in front of the caret, by itself
+    bool hasSteppedOver = true; // the caret skipped the literals before it by itself
 
     explicit Model(const std::u32string& newMask)
         : mask(newMask)
@@ -55,7 +55,8 @@ struct Model {
         return position < mask.size() && mask[position] != U'#';
     }
 
-    // A digit or a prompt at each place, and each literal where the mask has it; without a mask any text.
+    // Whether each place has a digit or a prompt and each literal is where the mask has it. Without a mask
+    // any text fits.
     [[nodiscard]] bool Fits(const std::u32string& candidate) const
     {
         if (mask.empty())
@@ -122,7 +123,7 @@ struct Model {
     }
 };
 
-// The box as a user has it: a caret, and what is selected from it on.
+// The box as a user sees it: a caret, and a selection that starts there.
 class Box
 {
 public:
@@ -144,7 +145,7 @@ public:
         case 'x':
             SetText(TextOf(first));
             break;
-        case 's': // beyond the text too
+        case 's': // also beyond the text
             caret_ = Fields::NumberOf(first, 0);
             selected_ = fields.Number(0);
             break;
@@ -169,7 +170,7 @@ private:
     void Compare() const
     {
         Check(masked_.Text() == model_.text, "the text is that of the model");
-        Check(masked_.Caret() <= masked_.Text().size(), "the caret stands in the text");
+        Check(masked_.Caret() <= masked_.Text().size(), "the caret is within the text");
         Check(model_.Fits(masked_.Text()), "the text fits its mask");
     }
 
@@ -198,7 +199,7 @@ private:
     {
         const bool isDone = masked_.Replace(start, length, inserted);
         Check(isDone == model_.Replace(start, length, inserted), "an edit fits as in the model");
-        Check(masked_.Caret() == model_.caret, "the caret stands as in the model");
+        Check(masked_.Caret() == model_.caret, "the caret is where the model has it");
         Compare();
         MoveTo(masked_.Caret());
     }
@@ -209,7 +210,7 @@ private:
             return Replace(caret_, selected_, {});
         const std::size_t behind = masked_.BehindPlace(caret_);
         Check(behind <= caret_ && (behind == 0 || !model_.IsLiteral(behind - 1)),
-              "a backspace belongs behind a place");
+              "a backspace starts after a place");
         if (behind > 0)
             Replace(behind - 1, 1, {});
     }
@@ -219,11 +220,11 @@ private:
         if (selected_ > 0)
             return Replace(caret_, selected_, {});
         const std::size_t place = masked_.AtPlace(caret_);
-        Check(!model_.IsLiteral(place), "a deletion belongs at a place");
+        Check(!model_.IsLiteral(place), "a deletion starts at a place");
         Replace(place, 1, {});
     }
 
-    // Literals stand alone, and none is a digit: as in a time or a date.
+    // Whether no literals are adjacent and none is a digit, as in a time or a date.
     [[nodiscard]] bool HasUsualMask() const
     {
         for (std::size_t i = 0; i < masked_.Mask().size(); ++i) {
@@ -239,7 +240,7 @@ private:
         const bool isComplete = text.find(MaskedText::kPrompt) == kNowhere;
         Replace(0, text.size(), text);
         Check(!isComplete || !HasUsualMask() || masked_.Text() == text,
-              "a complete text that is pasted over itself stays");
+              "a complete text stays when it is pasted over itself");
     }
 
     void MoveTo(std::size_t caret)

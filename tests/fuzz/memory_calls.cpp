@@ -17,7 +17,7 @@ namespace
 constexpr int kDescriptor = 3;
 constexpr std::size_t kPageSize = 4096;
 constexpr std::size_t kLittle = 48; // bytes
-// Nanoseconds. File times may move in larger steps than the clock that they are taken from.
+// Nanoseconds. File times may advance in larger steps than the clock that they come from.
 constexpr std::int64_t kClockTick = 4'000'000;
 constexpr std::int64_t kFileTick = 10'000'000;
 constexpr std::int64_t kSecond = 1'000'000'000;
@@ -65,7 +65,7 @@ void MemoryCalls::SetKind(Kind kind)
 
 int MemoryCalls::Open(const char* /*path*/, int flags, mode_t /*mode*/)
 {
-    Check(!isOpen_, "the file is opened once at a time");
+    Check(!isOpen_, "the file is opened only once at a time");
     if (Interrupts())
         return Fail(EINTR);
     const bool forWriting = (flags & O_ACCMODE) == O_RDWR;
@@ -88,7 +88,7 @@ int MemoryCalls::Close(int descriptor)
 {
     CheckOpen(descriptor, false);
     isOpen_ = false;
-    return Interrupts() ? Fail(EINTR) : 0; // the descriptor is gone all the same
+    return Interrupts() ? Fail(EINTR) : 0; // the descriptor is closed anyway
 }
 
 int MemoryCalls::Stat(const char* /*path*/, struct stat& status)
@@ -141,7 +141,8 @@ ssize_t MemoryCalls::Write(int descriptor, const char* bytes, std::size_t count,
     Check(begin <= bytes_.size(), "no hole is written into the file");
     std::size_t moved = Moved(count);
     if (begin + moved > SizeLimit()) {
-        // What stays inside one page is reserved before it is copied; what crosses a border comes up short.
+        // Within one page, room is reserved before anything is copied; across a page border, the write is
+        // short.
         const bool isInOnePage = begin / kPageSize == (begin + moved - 1) / kPageSize;
         moved = isInOnePage || begin > SizeLimit() ? 0 : SizeLimit() - begin;
         if (moved == 0)
@@ -192,7 +193,7 @@ timespec MemoryCalls::FileClock()
     return TimeOf(now_ - now_ % kClockTick);
 }
 
-// A call is interrupted, its repetition is not.
+// Interrupts a call, but not its repetition.
 bool MemoryCalls::Interrupts()
 {
     wasInterrupted_ = mood_.interrupts && !wasInterrupted_;

@@ -11,38 +11,38 @@
 namespace corvrec::fuzz
 {
 
-// One file in memory, as the system would keep it. What another program or the system does to it stands
-// first, the calls behind it.
+// One file in memory, with the behaviour of the system's. The changes made by other programs and the system
+// come first, then the calls.
 class MemoryCalls final : public PosixCalls
 {
 public:
     enum class Kind { missing, regular, unwritable, unreadable, directory };
 
-    // What a system may do to a caller without telling. No result may depend on it.
+    // Behaviour that a system may show without notice. No result may depend on it.
     struct Mood {
-        bool interrupts = false;       // every call that can be is interrupted once, before it does anything
-        bool movesLittle = false;      // a read or write moves a few bytes only
+        bool interrupts = false;       // every interruptible call fails once before it does anything
+        bool movesLittle = false;      // a read or write moves only a few bytes
         bool cannotReserve = false;    // no fallocate
         bool hasForeignTimes = false;  // a network file system whose times stand still
         bool countsTwoSeconds = false; // file times as coarse as those of FAT
     };
 
-    // Another program's doings.
+    // Changes by another program.
     void Rewrite(std::string_view bytes);
     void Replace(std::string_view bytes);           // by another file of the same name
-    void RewriteAndSetBack(std::string_view bytes); // the time of modification too
+    void RewriteAndSetBack(std::string_view bytes); // and sets the modification time back
     void Remove() { kind_ = Kind::missing; }
     void SetKind(Kind kind);
 
     void SetMood(const Mood& mood) { mood_ = mood; }
-    // The file cannot grow beyond that; what is larger already stays so.
+    // The file cannot grow beyond this size; a larger one stays as large.
     void SetLargestSize(std::size_t size) { largestSize_ = size; }
     void Wait(std::int64_t milliseconds) { now_ += milliseconds * 1'000'000; }
 
     [[nodiscard]] const std::string& Bytes() const { return bytes_; }
     [[nodiscard]] Kind FileKind() const { return kind_; }
     [[nodiscard]] bool IsOpen() const { return isOpen_; }
-    // Grows with each call that touches content, size or room of the file.
+    // Increases with each call that changes the file's content, size or reserved room.
     [[nodiscard]] std::size_t Changes() const { return changes_; }
 
     int Open(const char* path, int flags, mode_t mode) override;
@@ -70,7 +70,7 @@ private:
     Kind kind_ = Kind::missing;
     std::string bytes_;
     std::uint64_t inode_ = 1;
-    std::int64_t now_ = 1'700'000'000'123'456'789; // nanoseconds; any time that is not a whole second
+    std::int64_t now_ = 1'700'000'000'123'456'789; // nanoseconds; not a whole second
     std::int64_t modified_ = 0;
     std::int64_t changed_ = 0;
     std::size_t changes_ = 0;

@@ -1,4 +1,4 @@
-// The modem catalogue: a model for each line, and no byte of it lost.
+// The modem catalogue: one model per line, and no byte lost.
 //
 // Input: the bytes of modem.dat.
 
@@ -18,7 +18,7 @@ namespace corvrec::fuzz
 namespace
 {
 
-// All line ends as LF, the last line's too.
+// All line ends as LF, including the last line's.
 std::string WithPlainLineEnds(std::string_view bytes)
 {
     std::string plain;
@@ -44,7 +44,8 @@ void CheckCatalogue(std::string_view bytes)
         const std::string initString = Cp1252FromUtf8(model.initString);
         Check(Utf8FromCp1252(name) == model.name && Utf8FromCp1252(initString) == model.initString,
               "all texts are UTF-8");
-        // A line without '=' and one that begins with it have no name, and only the file tells them apart.
+        // A line without '=' and one that starts with it both have no name; only the file shows the
+        // difference.
         const bool hasEquals =
             !name.empty() || std::string_view(wanted).substr(found.size()).starts_with('=');
         found.append(name).append(hasEquals ? "=" : "").append(initString).append("\n");

@@ -15,20 +15,20 @@ constexpr std::string_view kMark = "\xFF\xFE";
 
 enum class Kind { blank, header, comment, key, bare };
 
-// Texts are characters: a byte's by the code page, a unit's its own number.
+// Texts consist of characters: for a byte by the code page, for a UTF-16 unit its own number.
 struct Line {
     Kind kind = Kind::blank;
     std::u16string_view whole; // with its line end
-    std::u16string_view text;  // without
+    std::u16string_view text;  // without its line end
     std::u16string_view name;  // of a header or key
-    std::u16string_view value; // of a key: all behind the '='
+    std::u16string_view value; // of a key: everything after the '='
 };
 
 std::u16string Widened(std::string_view bytes)
 {
     std::u16string text(bytes.size(), u'\0');
     std::ranges::transform(bytes, text.begin(), [](char byte) {
-        return static_cast<char16_t>(CharacterFromCp1252(byte)); // the page has none above FFFF
+        return static_cast<char16_t>(CharacterFromCp1252(byte)); // the code page has none above FFFF
     });
     return text;
 }
@@ -171,7 +171,7 @@ std::u16string NameParameter(std::string_view text)
     return Widened(text);
 }
 
-// The lines of a file, and among them those of one section: [header, end).
+// The lines of a file, and the range of those of one section: [header, end).
 struct Found {
     explicit Found(std::string_view file, std::string_view section)
         : text(TextOf(file))
@@ -188,7 +188,7 @@ struct Found {
     [[nodiscard]] bool IsHeader(std::size_t line) const { return lines[line].kind == Kind::header; }
     [[nodiscard]] bool Exists() const { return header < lines.size(); }
 
-    // lines.size() when there is none.
+    // The key's line, or lines.size() when there is none.
     [[nodiscard]] std::size_t KeyLine(std::string_view key) const
     {
         const std::u16string wanted = NameParameter(key);
@@ -199,7 +199,7 @@ struct Found {
         return lines.size();
     }
 
-    // All lines, those of one number in other words.
+    // All lines, with the text of one line replaced.
     [[nodiscard]] std::u16string With(std::size_t number, std::u16string_view words) const
     {
         std::u16string result;
@@ -215,7 +215,7 @@ struct Found {
     std::size_t end = 0;
 };
 
-// The same line, with a line end at any rate.
+// The same line, with a line end added when it has none.
 std::u16string Ended(std::u16string_view whole)
 {
     const bool isEnded = !whole.empty() && EndsLine(whole.back());

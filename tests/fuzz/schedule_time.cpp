@@ -1,7 +1,7 @@
-// Schedules, times and the number readings below them: what is read is within its range, and what is read,
+// Schedules, times and the number readings that they use: what is read is within its range, and what is read,
 // stored and read again stays the same.
 //
-// Input: a stored value, '|', and what stands in a field: "3600|08:30".
+// Input: a stored value, '|', and the text of a field: "3600|08:30".
 
 #include "core/file/code_page.h"
 #include "core/file/section.h"
@@ -35,7 +35,7 @@ bool IsDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-// The number of two digits; -1 when they are none.
+// The number of two digits, or -1.
 int TwoDigitsAt(std::string_view text, std::size_t place)
 {
     const bool areDigits = IsDigit(text[place]) && IsDigit(text[place + 1]);
@@ -61,11 +61,11 @@ bool IsDateReference(std::string_view text)
     if (month < 1 || month > 12 || year < 0)
         return false;
     constexpr std::array<int, 12> lengths{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    const int leapDay = month == 2 && year % 4 == 0 ? 1 : 0; // 2000 too is a leap year
+    const int leapDay = month == 2 && year % 4 == 0 ? 1 : 0; // 2000 is a leap year too
     return day >= 1 && day <= lengths.at(static_cast<std::size_t>(month - 1)) + leapDay;
 }
 
-// The part of the text that is a number: a sign, digits, one point.
+// The leading part of the text that is a number: a sign, digits, one point.
 std::string_view NumberAtStart(std::string_view text)
 {
     std::size_t end = !text.empty() && (text.front() == '+' || text.front() == '-') ? 1 : 0;
@@ -83,21 +83,22 @@ void CheckNumber(std::string_view text)
     Check(std::isfinite(value), "a number is finite");
 
     const std::string_view unblanked = text.substr(std::min(text.find_first_not_of(" \t\n"), text.size()));
-    const std::string number(NumberAtStart(unblanked)); // ends with a NUL
+    const std::string number(NumberAtStart(unblanked)); // NUL-terminated for strtod
     constexpr double most = std::numeric_limits<double>::max();
     Check(value == std::clamp(std::strtod(number.c_str(), nullptr), -most, most),
           "a number is its leading digits");
     Check(LeadingNumber(" \t\n" + std::string(text)) == value, "leading blanks are skipped");
     for (const char* end : {"x", "e5", " 5", "\t5"}) {
-        const bool endsNumber = !number.empty() || *end == 'x' || *end == 'e'; // blanks in front are skipped
-        Check(!endsNumber || LeadingNumber(number + end) == value, "what does not fit ends the number");
+        const bool endsNumber = !number.empty() || *end == 'x' || *end == 'e'; // leading blanks are skipped
+        Check(!endsNumber || LeadingNumber(number + end) == value, "any other character ends the number");
     }
 
     const std::int32_t whole = LeadingWhole(text);
     const double clamped = std::clamp(value, double{std::numeric_limits<std::int32_t>::min()},
                                       double{std::numeric_limits<std::int32_t>::max()});
     Check(std::abs(whole - clamped) <= 0.5, "a whole number is the nearest one");
-    Check(Whole16(value) == std::clamp<std::int32_t>(whole, -32768, 32767), "16 bits hold less of the same");
+    Check(Whole16(value) == std::clamp<std::int32_t>(whole, -32768, 32767),
+          "16 bits hold the same number, clamped");
     Check(LeadingWhole(SignedText(whole)) == whole, "a stored number is read again");
     Check(IsOne(text) == (value == 1), "only the number 1 is on");
 }
@@ -116,9 +117,9 @@ void CheckInterval(std::string_view stored)
     for (const ScheduleKind kind : kKinds) {
         const std::string field = IntervalText(kind, stored);
         if (kind == ScheduleKind::hourly && !IsTime(field))
-            continue; // the editor does not store it: "99:60" would come back as "__:__"
+            continue; // the editor refuses it: "99:60" would load as "__:__"
         const std::string once = StoredInterval(kind, field);
-        Check(StoredInterval(kind, IntervalText(kind, once)) == once, "an interval once stored stays");
+        Check(StoredInterval(kind, IntervalText(kind, once)) == once, "a stored interval stays the same");
     }
 }
 
@@ -143,7 +144,7 @@ void CheckStartTime(std::string_view ora)
     Check(start.marked == ora.ends_with('p'), "the mark is the last letter");
 }
 
-// The same as the loader has it.
+// The loader gives the same results.
 void CheckLoaded(std::string_view ricorrenza, std::string_view ora)
 {
     constexpr int allDays = 127;
@@ -151,10 +152,11 @@ void CheckLoaded(std::string_view ricorrenza, std::string_view ora)
                      "\nOgni=3600\nOra=" + WithoutLineBreaks(ora));
     const Section section(file, "S");
     SiteRecord site;
-    LoadSite(file, "S", site); // no alerts are there
+    LoadSite(file, "S", site); // the result is false: there are no alerts
     Check(site.schedule.has_value() == section.Read("Ricorrenza").has_value(), "a kind is loaded");
     Check(site.startTime.has_value() == section.Read("Ora").has_value(), "a start time is loaded");
-    Check(site.weekdays.has_value() == (site.schedule == ScheduleKind::weekly), "only weeks have days");
+    Check(site.weekdays.has_value() == (site.schedule == ScheduleKind::weekly),
+          "only the weekly kind has days");
     if (!site.weekdays)
         return;
     Check(*site.weekdays == (LeadingWhole(*section.Read("Ricorrenza")) & allDays), "each weekday is a bit");
@@ -170,7 +172,7 @@ void CheckTexts(std::string_view bytes)
     Check(Cp1252FromUtf8(text) == bytes, "every byte has a character");
 
     const std::string command = WithAtPrefix(text);
-    Check(command.ends_with(text) && WithAtPrefix(command) == command, "AT is put in front once");
+    Check(command.ends_with(text) && WithAtPrefix(command) == command, "AT is prepended once");
     for (const bool tone : {false, true}) {
         const DialNumber dial{.tone = tone, .number = text};
         Check(ReadDialNumber(StoredDialNumber(dial)) == dial, "a number is dialled as it was stored");
@@ -182,10 +184,10 @@ void CheckTexts(std::string_view bytes)
     const auto character = ReadFlowCharacter(text);
     if (!character)
         return;
-    Check(Cp1252FromUtf8(character->text).size() == 1, "a flow-control character is one");
+    Check(Cp1252FromUtf8(character->text).size() == 1, "a flow-control character is one byte");
     const std::string stored = StoredFlowCharacter(*character);
     Check(character->control ? LeadingWhole(stored) == LeadingWhole(text) : stored == character->text,
-          "a control character keeps its number, another one itself");
+          "a control character keeps its number, any other its text");
 }
 
 } // namespace

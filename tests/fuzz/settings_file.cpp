@@ -1,8 +1,8 @@
-// The settings file, whatever it holds and whatever is done to it, against a simple model: the same results
-// and the same bytes after each operation.
+// The settings file, with any content and after any operations, compared with a simple model: the same
+// results and the same bytes after each operation.
 //
-// Input: the file's bytes, then operations, all of them separated by '|'. An operation is a letter and its
-// parameters, the first one directly behind the letter: "[Siti]\nA=1|rSiti|A|missing|100|wSiti|B|two".
+// Input: the file's bytes, then operations, all separated by '|'. An operation is a letter and its
+// parameters, the first of them directly after the letter: "[Siti]\nA=1|rSiti|A|missing|100|wSiti|B|two".
 
 #include "tests/fuzz/check.h"
 #include "tests/fuzz/fields.h"
@@ -62,7 +62,7 @@ private:
         return kind == MemoryCalls::Kind::regular || kind == MemoryCalls::Kind::missing;
     }
 
-    // What reads: nothing in the file changes.
+    // Operations that only read.
     bool Ask(char operation, std::string_view first, Fields& fields)
     {
         const std::size_t changes = calls_.Changes();
@@ -92,7 +92,7 @@ private:
         default:
             return false;
         }
-        Check(calls_.Changes() == changes, "asking changes nothing");
+        Check(calls_.Changes() == changes, "reading changes nothing");
         return true;
     }
 
@@ -128,15 +128,15 @@ private:
         }
     }
 
-    // What another program or the system does.
+    // Actions of other programs and of the system.
     void Interfere(char operation, std::string_view first, Fields& fields)
     {
         const std::size_t number = Fields::NumberOf(first, 0);
         switch (operation) {
-        case 'o': // the file's other user
+        case 'o': // the other object on the same file
             current_ = 1 - current_;
             break;
-        case 'O': // one who has seen nothing yet
+        case 'O': // a new object, which has read nothing yet
             files_.at(current_) = Opened();
             break;
         case 'x':
@@ -173,7 +173,7 @@ private:
         }
     }
 
-    // A text as often as the next field says, as long as that is not too slow to be worth it.
+    // The next field, repeated as often as the field after it says, up to a length that is still fast.
     static std::string Repeated(Fields& fields)
     {
         constexpr std::size_t longest = 5000; // more than a page
@@ -185,7 +185,7 @@ private:
         return repeated;
     }
 
-    // A missing file is an empty one.
+    // A missing file counts as empty.
     [[nodiscard]] std::string_view Content() const
     {
         return calls_.FileKind() == MemoryCalls::Kind::missing ? std::string_view() : calls_.Bytes();
@@ -200,9 +200,9 @@ private:
         const bool fits = after && (after->size() <= before.size() || after->size() <= largestSize_);
         const bool isDone = make();
         Check(isDone == (IsWritable() && fits), "a change succeeds as in the model");
-        Check(Content() == (isDone ? *after : before), "the file holds what the model says");
+        Check(Content() == (isDone ? *after : before), "the file holds what the model holds");
         Check(!isDone || !wasThere || *after != before || calls_.Changes() == changes,
-              "what stands there already is not written");
+              "an equal value is not written");
     }
 
     MemoryCalls calls_;

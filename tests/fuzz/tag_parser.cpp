@@ -1,4 +1,4 @@
-// The number of a localisation tag, for any tag.
+// The number in a localisation tag, for any tag.
 //
 // Input: the tag in UTF-8.
 
@@ -16,7 +16,7 @@ namespace corvrec::fuzz
 namespace
 {
 
-// The value of plain digits; nothing below 10 of them exceeds an int.
+// The value of plain digits; fewer than 10 of them never exceed an int.
 int ValueOf(const QString& digits)
 {
     int value = 0;

@@ -10,7 +10,7 @@
 namespace corvrec::fuzz
 {
 
-// A settings file that is only a text.
+// A settings file that is only a string in memory.
 class TextProfile final : public ProfileFile
 {
 public:
