@@ -55,7 +55,7 @@ public:
         for (;;) {
             const Owned<xcb_generic_event_t> event(xcb_wait_for_event(connection_));
             if (!event)
-                throw std::runtime_error("the X server has gone");
+                throw std::runtime_error("the X server closed the connection");
             const auto type = static_cast<std::uint8_t>(event->response_type & 0x7F);
             if (type == XCB_CREATE_NOTIFY)
                 Watch(reinterpret_cast<const xcb_create_notify_event_t&>(*event));

@@ -26,7 +26,7 @@ std::string Value(std::string_view value, int round)
 void Check(bool done)
 {
     if (!done)
-        throw std::runtime_error("a store has failed");
+        throw std::runtime_error("a store failed");
 }
 
 // Calls put(section, key, value) for each line that a save writes.

@@ -120,7 +120,7 @@ TEST(RiceviSXStatus, TakesOneMoreCharacterAtTheEnd)
     EXPECT_EQ(line.port.Waiting(), "?");
 }
 
-// The wait consumes the line clear before its first pass, and looks at it only after it has taken the next
+// The wait consumes the line clear before its first pass, and checks it only after it has taken the next
 // character.
 TEST(RiceviSXStatus, TakesTwoMoreCharactersWhenTheLineClearWaitsAlready)
 {

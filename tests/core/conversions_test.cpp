@@ -180,8 +180,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Start{"noMinutes", "08:", "__:__"}, Start{"noSeparator", "0830", "__:__"},
                     Start{"threeDigits", "008:30", "__:__"}, Start{"threeDigitsOfMinutes", "08:300", "__:__"},
                     Start{"secondsMissing", "08:30:", "__:__"},
-                    Start{"secondsOutOfRange", "08:30:60", "__:__"}, Start{"letterBehind", "08:30x", "__:__"},
-                    Start{"tabBehind", "08:30\tx", "__:__"}, Start{"negative", "-8:30", "__:__"},
+                    Start{"secondsOutOfRange", "08:30:60", "__:__"}, Start{"letterAfter", "08:30x", "__:__"},
+                    Start{"tabAfter", "08:30\tx", "__:__"}, Start{"negative", "-8:30", "__:__"},
                     Start{"blankInside", "08 :30", "__:__"}, Start{"twoMarks", "08:30pp", "__:__"}),
     [](const auto& row) { return row.param.name; });
 

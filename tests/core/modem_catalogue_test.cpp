@@ -151,7 +151,7 @@ TEST_F(Catalogue, OneMebibyteIsRead)
     const std::string first = "A=" + std::string(ModemCatalogue::mostBytes - 6, 'x') + "\n";
 
     EXPECT_EQ(ReadBytes(first + "B=2"), (Pairs{{"A", first.substr(2, first.size() - 3)}, {"B", "2"}}));
-    EXPECT_EQ(ReadBytes(first + "B=2\nC=3\n").size(), 1U) << "the second line's end is beyond";
+    EXPECT_EQ(ReadBytes(first + "B=2\nC=3\n").size(), 1U) << "the second line's end is beyond the limit";
     EXPECT_EQ(ReadBytes(first.substr(1) + "B=2\nC=3\n").size(), 2U)
         << "the second line's end is the last byte";
     EXPECT_EQ(ReadBytes(std::string(ModemCatalogue::mostBytes + 1, 'x') + "\nB=2"), Pairs());

@@ -17,7 +17,7 @@ std::string Decoded(std::string_view bytes)
     return ParityMarks().Decode(bytes);
 }
 
-TEST(ParityMarks, LeaveOtherCharactersAsTheyAre)
+TEST(ParityMarks, LeaveOtherCharactersUnchanged)
 {
     std::string bytes;
     for (int code = 0; code < 0xFF; ++code)

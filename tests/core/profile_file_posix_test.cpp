@@ -280,7 +280,7 @@ TEST(ProfileFileCost, FlushSyncsTheDataOnceAndTheDirectoryOfANewFile)
     EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fdatasync", "close"));
 }
 
-TEST(ProfileFileCost, FlushOfANewFileThatIsGoneSyncsNothing)
+TEST(ProfileFileCost, FlushOfADeletedNewFileSyncsNothing)
 {
     Probed probed;
     EXPECT_TRUE(probed.profile->Write("Siti", "MI", "Milano"));
@@ -292,7 +292,7 @@ TEST(ProfileFileCost, FlushOfANewFileThatIsGoneSyncsNothing)
     EXPECT_THAT(probed.calls.Made(), ElementsAre("open"));
 }
 
-TEST(ProfileFileCost, FlushGoesOnWithoutADirectoryThatCannotBeOpened)
+TEST(ProfileFileCost, FlushContinuesWithoutADirectoryThatCannotBeOpened)
 {
     Probed probed;
     EXPECT_TRUE(probed.profile->Write("Siti", "MI", "Milano"));

@@ -78,7 +78,7 @@ struct Step {
     std::string after;
 };
 
-// A settings file over probed calls that notes its steps.
+// A settings file over probed calls that records its steps.
 class SteppedFile final : public ProfileFile
 {
 public:

@@ -49,7 +49,7 @@ void CheckCatalogue(std::string_view bytes)
         const bool hasEquals =
             !name.empty() || std::string_view(wanted).substr(found.size()).starts_with('=');
         found.append(name).append(hasEquals ? "=" : "").append(initString).append("\n");
-        Check(wanted.starts_with(found), "a model is its line");
+        Check(wanted.starts_with(found), "a model reproduces its line");
     }
     Check(found == wanted, "each line is a model");
 }

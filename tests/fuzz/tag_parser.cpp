@@ -40,10 +40,9 @@ void CheckTag(const QString& tag)
     else if (IsPlainNumber(number))
         Check(id == ValueOf(number), "a tag names the text of its number");
     else if (id != 0)
-        Check(number.contains(QString::number(id).remove(u'-')), "a number stands in the tag");
-    Check(TagId(tag + u';') == TagId(tag + QStringLiteral(";7")),
-          "what follows the semicolon counts nothing");
-    Check(!tag.contains(u';') || TagId(tag + u'7') == id, "what follows the semicolon counts nothing");
+        Check(number.contains(QString::number(id).remove(u'-')), "the number is in the tag");
+    Check(TagId(tag + u';') == TagId(tag + QStringLiteral(";7")), "text after the semicolon is ignored");
+    Check(!tag.contains(u';') || TagId(tag + u'7') == id, "text after the semicolon is ignored");
 }
 
 } // namespace

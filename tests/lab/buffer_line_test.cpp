@@ -106,7 +106,7 @@ TEST(BufferLine, PausesBeforeEachByteButTheFirst)
     EXPECT_EQ(line.Send(100), "\x02");
     EXPECT_EQ(line.NextSendMs(), 110);
     EXPECT_EQ(line.Send(109), "");
-    EXPECT_EQ(line.Send(120), "01") << "what is overdue comes together";
+    EXPECT_EQ(line.Send(120), "01") << "overdue bytes arrive together";
     EXPECT_EQ(line.NextSendMs(), std::nullopt);
 }
 

@@ -67,7 +67,7 @@ TEST(SimulatedModem, EchoesCommandsOnly)
 
     EXPECT_EQ(line.Exchange("atZ\r"), std::string("atZ\r") + kOk);
     EXPECT_EQ(line.Exchange("ATDT1\r"), std::string("ATDT1\r") + kConnected);
-    EXPECT_EQ(line.Exchange("\x13"), "\x13") << "the device's answer alone";
+    EXPECT_EQ(line.Exchange("\x13"), "\x13") << "only the device's answer";
 }
 
 TEST(SimulatedModem, SaysNothingWhenSwitchedOff)
@@ -127,7 +127,7 @@ TEST(SimulatedModem, PassesDataOnBothWays)
 
     EXPECT_EQ(line.Exchange("\x13"), "\x13");
     EXPECT_EQ(line.Exchange("\x02").size(), 38U);
-    EXPECT_EQ(line.Exchange("AT\r"), "") << "no command any more";
+    EXPECT_EQ(line.Exchange("AT\r"), "") << "no longer a command";
 }
 
 TEST(SimulatedModem, PassesDataOnWhenItIsDue)

@@ -160,7 +160,7 @@ void frmDettaglio_buffer_test::modelAndClockOfEachDevice_data()
     QTest::addColumn<int>("model");
     QTest::addColumn<bool>("clock");
     QTest::newRow("1.1") << "STX11" << 11 << false;
-    QTest::newRow("2.0 is asked as a 3.0") << "STX20" << 30 << true;
+    QTest::newRow("2.0 is queried as a 3.0") << "STX20" << 30 << true;
     QTest::newRow("3.0") << "STX30" << 30 << true;
     QTest::newRow("Buffer") << "STX40" << 40 << true;
 }

@@ -404,7 +404,7 @@ void frmDettaglio_keys_test::enterThatFailsACheckIsLeaving_data()
 {
     QTest::addColumn<QString>("left");
     QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("empty"); // the field that the check asks for
+    QTest::addColumn<QString>("empty"); // the field whose check fails
     QTest::addColumn<QString>("shown");
     QTest::newRow("code, same page") << "txtCodice"
                                      << "ab"

@@ -72,7 +72,7 @@ private slots:
     static void newSiteNamesFilesInTheProgramsFolder();
     static void defaultsSelectTheWholeFileNames();
     static void defaultsPutTheTimeOfDayOverAnyStartTime();
-    static void defaultsUndoARemoteSiteBehindPabx();
+    static void defaultsResetARemoteSiteWithPabx();
     static void defaultsLeaveControlsThatTheyDoNotName();
 
     static void deviceRule_data();
@@ -275,7 +275,7 @@ void frmDettaglio_test::defaultsPutTheTimeOfDayOverAnyStartTime()
     }
 }
 
-void frmDettaglio_test::defaultsUndoARemoteSiteBehindPabx()
+void frmDettaglio_test::defaultsResetARemoteSiteWithPabx()
 {
     EditorWindow window("[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM2\r\n[A]\r\nDispositivo=COM\r\nMODEM=1\r\n");
     window.Open();

@@ -76,8 +76,8 @@ class frmSX_close_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void untouchedPortIsLeftAlone_data();
-    static void untouchedPortIsLeftAlone();
+    static void unusedPortIsOnlyClosed_data();
+    static void unusedPortIsOnlyClosed();
     static void directSiteClosesThePort_data();
     static void directSiteClosesThePort();
     static void remoteSiteHangsUpFirst_data();
@@ -103,12 +103,12 @@ private slots:
     static void logOffEndsACall();
 };
 
-void frmSX_close_test::untouchedPortIsLeftAlone_data()
+void frmSX_close_test::unusedPortIsOnlyClosed_data()
 {
     AddWays({Way::button, Way::escape, Way::frame, Way::logOff});
 }
 
-void frmSX_close_test::untouchedPortIsLeftAlone()
+void frmSX_close_test::unusedPortIsOnlyClosed()
 {
     QFETCH(const Way, way);
     BufferWindow window(Reached::byModem);

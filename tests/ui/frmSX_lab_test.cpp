@@ -439,7 +439,7 @@ void frmSX_lab_test::modemCommands_data()
         return QString("MODEM=1\r\nStringaReset=%1\r\nStringaModem=%2\r\nNumeroTel=%3\r\n")
             .arg(reset, init, number);
     };
-    QTest::newRow("as they are") << lines("AT&F", "ATX3", "ATDT0123") << false << "AT&F\rATX3\rATDT0123\r";
+    QTest::newRow("unchanged") << lines("AT&F", "ATX3", "ATDT0123") << false << "AT&F\rATX3\rATDT0123\r";
     QTest::newRow("echo") << lines("AT&F", "ATX3", "ATDT0123") << true << "AT&F\rATX3\rATDT0123\r";
     QTest::newRow("lower case") << lines("atz", "at", "ATDT0123") << false << "atz\rat\rATDT0123\r";
     QTest::newRow("without AT") << lines("Z", "&C1", "ATDT0123") << false << "ATZ\rAT&C1\rATDT0123\r";

@@ -44,7 +44,7 @@ private slots:
     static void nextPressAfterAFailureDialsAgain();
 
     static void cancelledCallShowsNothing();
-    static void cancelledCallLeavesTheNextAlone();
+    static void cancelledCallDoesNotAffectTheNext();
     static void lineLostDuringTheRequestIsAnEmptyReply();
 };
 
@@ -261,7 +261,7 @@ void frmSX_modem_test::cancelledCallShowsNothing()
     QCOMPARE(window.Busy(), QStringList());
 }
 
-void frmSX_modem_test::cancelledCallLeavesTheNextAlone()
+void frmSX_modem_test::cancelledCallDoesNotAffectTheNext()
 {
     BufferWindow window(Reached::byModem);
     window.Open();

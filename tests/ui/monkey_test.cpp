@@ -252,7 +252,7 @@ QWidget& Run::Front()
         return *popup;
     QWidget* const modal = QApplication::activeModalWidget();
     QWidget& window = modal != nullptr ? *modal : program_->List();
-    // Without a window manager a window does not come back to the front by itself.
+    // Without a window manager, no window is activated when another one closes.
     if (!window.isActiveWindow())
         QApplication::setActiveWindow(&window);
     return window;

@@ -137,7 +137,7 @@ private slots:
     static void heldKeyActsOnce();
     static void fileWithoutComEndsTheProgramUnseen_data();
     static void fileWithoutComEndsTheProgramUnseen();
-    static void theGuideCanBeReadBesideTheMessage();
+    static void theGuideCanBeReadNextToTheMessage();
     static void directoryInTheFilesPlaceIsUnreadable();
     static void binaryFileWithAPortIsListedAndKept();
     static void fileOfFiftyMegabytesIsListed();
@@ -274,7 +274,7 @@ void start_up_test::fileWithoutComEndsTheProgramUnseen()
     QCOMPARE(place.Settings().Bytes(), bytes.toStdString());
 }
 
-void start_up_test::theGuideCanBeReadBesideTheMessage()
+void start_up_test::theGuideCanBeReadNextToTheMessage()
 {
     Place place;
     MessageProbe message(Qt::Key_Escape, [] {
