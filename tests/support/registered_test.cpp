@@ -14,7 +14,7 @@ namespace
 
 std::map<QByteArray, MakeTest>& Tests()
 {
-    static std::map<QByteArray, MakeTest> tests; // filled before main, in any order of the files
+    static std::map<QByteArray, MakeTest> tests; // filled before main, in any order
     return tests;
 }
 

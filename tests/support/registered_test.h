@@ -10,15 +10,14 @@ namespace corvrec
 
 using MakeTest = std::function<std::unique_ptr<QObject>()>;
 
-// Classes of tests by name, without their namespace.
+// The test classes of the program, by name without namespace.
 void RegisterTest(const QByteArray& className, MakeTest make);
 [[nodiscard]] QByteArrayList RegisteredTests();
 
-// A new object of the class; null when there is none of that name.
+// A new object of the class with this name; nullptr when there is none.
 [[nodiscard]] std::unique_ptr<QObject> MakeRegisteredTest(const QByteArray& name);
 
-// Makes a QtTest class known to the program of all such tests: a static object of this type at the end of its
-// file.
+// Registers a QtTest class with the program: a static object of this type is at the end of the class's file.
 template <class Test>
 class RegisteredTest
 {

@@ -5,8 +5,8 @@
 namespace corvrec
 {
 
-// Tests that could try everything run a fixed sample by default, and everything where CORVREC_LONG is set in
-// the environment (scripts/test --long).
+// Exhaustive tests run a fixed sample by default, and everything when CORVREC_LONG is in the environment
+// (scripts/test --long).
 template <typename Value>
 Value SampleOrAll(Value sample, Value all)
 {

@@ -1,10 +1,10 @@
-// All tests of the upper floor in one program, so that it is linked once. Each run takes one class of tests:
-// they share no state, and ctest runs them in parallel.
+// All tests of src/ui and src/app in one program, so that it is linked only once. Each run executes one test
+// class, so classes share no state and ctest runs them in parallel.
 //
-// Usage: ui_tests CLASS [what QtTest takes...]
+// Usage: ui_tests CLASS [options of QtTest...]
 //
 // CORVREC_SCREEN=WIDTHxHEIGHT in the environment gives the offscreen platform one screen of that size;
-// without it there are two.
+// CORVREC_SCREEN=two gives it two screens.
 
 #include "tests/support/registered_test.h"
 
@@ -20,7 +20,7 @@ namespace
 
 constexpr auto kTwoScreens = CORVREC_TEST_DATA "/two_screens.json";
 
-// The offscreen platform reads its screens from a file as the application starts.
+// The offscreen platform reads its screens from a file when the application starts.
 void SetScreens(QTemporaryFile& file)
 {
     const QByteArray screens = qgetenv("CORVREC_SCREEN");
@@ -52,7 +52,7 @@ int main(int argc, char* argv[])
     const QApplication application(argc, argv);
     const auto test = corvrec::MakeRegisteredTest(argv[1]);
     if (!test) {
-        std::fprintf(stderr, "No such class of tests: %s\n", argv[1]);
+        std::fprintf(stderr, "No such test class: %s\n", argv[1]);
         return 2;
     }
     std::vector<char*> arguments(argv, argv + argc);
