@@ -128,7 +128,7 @@ bool LogOff(LabWorld& /*world*/)
     return true;
 }
 
-// How far one case is from the next. Neither divides what repeats in a dialogue.
+// Every n-th case is run. Neither number divides the length of a part that repeats in a dialogue.
 const std::size_t kSteps = SampleOrAll<std::size_t>(7, 1);
 const std::size_t kLengths = SampleOrAll<std::size_t>(5, 1);
 

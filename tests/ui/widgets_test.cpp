@@ -504,7 +504,7 @@ void widgets_test::aCentredWindowIsWiderThanItsTitle()
 void widgets_test::aWindowIsCentredOnTheScreenOfItsParent()
 {
     if (!IsOffscreen())
-        QSKIP("the virtual screen is one");
+        QSKIP("the virtual screen is a single one");
     const QRect right(1024, 100, 1601, 901);
     QCOMPARE(QGuiApplication::screens().at(1)->geometry(), right);
     QDialog parent;
