@@ -17,7 +17,7 @@ benchPackages=(pkg-config libbenchmark-dev libglib2.0-dev libinih-dev libsimplei
 fuzzPackages=(clang-14 libclang-rt-14-dev)
 
 # What the package is made with and looked at by, and the fresh system that it is tried in.
-packagingPackages=(git dpkg-dev lintian man-db desktop-file-utils appstream debootstrap strace)
+packagingPackages=(git dpkg-dev file lintian man-db desktop-file-utils appstream debootstrap strace)
 
 # A virtual screen shows nothing without fonts, and no frames without a window manager.
 screenPackages=(openbox xauth fonts-dejavu-core)
