@@ -1,7 +1,7 @@
 #!/usr/bin/python3
-"""Tables and plots of bench_settings_file's figures (its JSON on standard input), compared with the floor.
+"""Prints tables of bench_settings_file's results (its JSON on standard input), each with its ratio to the floor.
 
-The plots, one for each kind of work, are written into the folder given as argument.
+With a folder as argument, also plots each kind of work into that folder.
 """
 
 import collections
@@ -49,7 +49,7 @@ def medians(runs):
 
 
 def print_table(title, stores, cell):
-    """stores: {store: {sites: figure}}; cell(store, sites): the shown text of a figure."""
+    """stores: {store: {sites: value}}; cell(store, sites) formats one value."""
     sizes = sorted(stores["ours"])
     print(f"\n{title}\n\n| | " + " | ".join(f"{size} sites" for size in sizes) + " |")
     print("|---|" + "---|" * len(sizes))
@@ -57,7 +57,7 @@ def print_table(title, stores, cell):
         print(f"| {store} | " + " | ".join(cell(store, size) for size in sizes) + " |")
 
 
-def beside_floor(stores):
+def with_floor_ratio(stores):
     def cell(store, size):
         ratio = stores[store][size] / stores["floor"][size]
         return shown(stores[store][size]) + ("" if store == "floor" else f" ({ratio:.3g} ×)")
@@ -83,7 +83,7 @@ def plot(path, title, unit, stores, size_of_unit=1, scale="linear"):
 def main():
     times, memory = medians(json.load(sys.stdin)["benchmarks"])
     for work, title in TITLES.items():
-        print_table(title, times[work], beside_floor(times[work]))
+        print_table(title, times[work], with_floor_ratio(times[work]))
     print_table(MEMORY, memory, lambda store, size: f"{memory[store][size]:.2f}")
 
     if len(sys.argv) > 1:
