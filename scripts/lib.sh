@@ -1,31 +1,31 @@
 # shellcheck shell=bash disable=SC2034
-# Sourced by the scripts beside it, which then stand in the root of the tree.
+# Sourced by the other scripts; changes to the root of the tree.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-# What the tree needs to configure and to build, tests included.
+# To configure and build the tree, including the tests.
 buildPackages=(
     cmake ninja-build g++
     qt6-base-dev qt6-serialport-dev qt6-tools-dev qt6-translations-l10n
     libgtest-dev libgmock-dev nlohmann-json3-dev libxcb1-dev
 )
 
-# What tests/bench compares with, and measures by.
+# For the benchmarks: the libraries they compare with, and the one they measure with.
 benchPackages=(pkg-config libbenchmark-dev libglib2.0-dev libinih-dev libsimpleini-dev libxcb-damage0-dev)
 
-# What fuzzing takes besides: the compiler that has libFuzzer, and its sanitizers.
+# Also needed for fuzzing: the compiler that has libFuzzer, and its sanitizers.
 fuzzPackages=(clang-14 libclang-rt-14-dev)
 
-# What the package is made with and looked at by, and the fresh system that it is tried in.
+# To build and check the package, and to create the fresh system in which it is tested.
 packagingPackages=(git dpkg-dev file lintian man-db desktop-file-utils appstream debootstrap strace)
 
-# A virtual screen shows nothing without fonts, and no frames without a window manager.
+# For a virtual screen: fonts, and a window manager for the frames.
 screenPackages=(openbox xauth fonts-dejavu-core)
 
-# What shows a virtual screen to a VNC viewer.
+# For a virtual screen that a VNC viewer can show.
 sharedScreenPackages=("${screenPackages[@]}" tigervnc-standalone-server)
 
-# Installs those of the named Debian packages that are missing. Nothing is asked.
+# ensure_packages PACKAGE...: installs the Debian packages that are missing, without questions.
 ensure_packages()
 {
     local package installed missing=()
@@ -38,17 +38,17 @@ ensure_packages()
     local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
     (( EUID == 0 )) || apt=(sudo "${apt[@]}")
     echo "Installing: ${missing[*]}"
-    # A source that cannot be refreshed need not be the one that holds the packages.
+    # An unreachable source may not be the one that has the packages.
     "${apt[@]}" update || true
     if ! "${apt[@]}" install --yes --no-install-recommends "${missing[@]}"; then
         echo "Missing packages: ${missing[*]}" >&2
-        echo "Have them installed as root (apt-get install ${missing[*]}), then start again." >&2
+        echo "Install them as root (apt-get install ${missing[*]}), then start again." >&2
         return 1
     fi
 }
 
-# configure PRESET DIRECTORY [OPTION...]: a tree that is configured already is left to the build, which knows by itself
-# when its lists of files change.
+# configure PRESET DIRECTORY [OPTION...]: configures a build directory unless that is done already. The build itself
+# configures again when a CMakeLists.txt changes.
 configure()
 {
     local preset=$1 directory=$2
@@ -56,12 +56,12 @@ configure()
     [[ $directory/build.ninja -nt CMakePresets.json ]] || cmake --preset "$preset" -B "$directory" "$@"
 }
 
-# A virtual screen's files (in a directory that only this user can look into), and what runs on it, in order of start.
+# A virtual screen's directory, readable for this user only, and its processes in the order in which they started.
 screenDirectory=
 screenSocket=
 screenPids=()
 
-# To be called before start_screen: from here on the script leaves nothing behind, however it ends.
+# Call before start_screen. From then on everything is cleaned up, however the script ends.
 prepare_screen()
 {
     trap stop_screen EXIT
@@ -71,26 +71,26 @@ prepare_screen()
     screenDirectory=$(mktemp --directory --tmpdir corvrec.XXXXXXXX)
 }
 
-# start_screen COMMAND...: a virtual screen with a window manager; COMMAND is an X server with its options. Exports
-# DISPLAY and XAUTHORITY (without the key in that file no other user of the machine gets at the screen).
+# start_screen COMMAND...: starts a virtual screen with a window manager; COMMAND is an X server with its options.
+# Exports DISPLAY and XAUTHORITY, whose key keeps other users of the machine away from the screen.
 start_screen()
 {
     local number
     export XAUTHORITY=$screenDirectory/xauthority
-    # Qt wants a directory of the user's own.
+    # Qt expects this variable to name a directory of the user's own.
     export XDG_RUNTIME_DIR=${XDG_RUNTIME_DIR:-$screenDirectory}
-    # One pipe each: the server may hold its own open for a moment after its line, and the next reader would see it end.
+    # One pipe each: the server may keep its pipe open for a moment after its line, and the next reader would see its end.
     mkfifo "$screenDirectory/server" "$screenDirectory/manager"
 
     for (( number = 1; number < 50; ++number )); do
         [[ ! -e /tmp/.X11-unix/X$number && ! -e /tmp/.X$number-lock ]] || continue
-        # Every user of the machine can read the arguments of a process, but not its standard input.
+        # By standard input, because every user of the machine can read the arguments of a process.
         xauth -q -f "$XAUTHORITY" source - <<< "add :$number . $(mcookie)" 2> /dev/null
-        # In a session of its own: Ctrl+C reaches the script alone, which then ends things in order.
+        # In a session of its own, so that Ctrl+C reaches only the script, which then ends the processes in order.
         setsid "$@" ":$number" -auth "$XAUTHORITY" -nolisten tcp -displayfd 5 \
             5> "$screenDirectory/server" > "$screenDirectory/server.log" 2>&1 &
         screenPids=($!)
-        # The server tells its number when it is ready. One that ends instead found its number or its port taken.
+        # The server prints its number when it is ready. If it ends instead, the number was taken.
         if read -r < "$screenDirectory/server"; then
             export DISPLAY=:$number
             break
@@ -102,16 +102,16 @@ start_screen()
         return 1
     fi
 
-    # A window that is there before the window manager would get its frame outside the screen.
+    # Wait for the window manager: a window shown before would get its frame outside the screen.
     (trap '' PIPE; exec setsid openbox --startup 'echo ready') \
         > "$screenDirectory/manager" 2> "$screenDirectory/openbox.log" &
     screenPids+=($!)
     read -r < "$screenDirectory/manager"
 }
 
-# start_shared_screen [OPTION...]: a virtual screen that a VNC viewer of this user can show, through the Unix socket
-# screenSocket. No port is open. The socket and its directory belong to this user alone, so there is no password: a door
-# that nobody else reaches needs no second lock, and five wrong guesses would lock the owner out.
+# start_shared_screen [OPTION...]: starts a virtual screen that a VNC viewer of this user can show, through the Unix
+# socket screenSocket. No port is open. No password: only this user can reach the socket and its directory, and five wrong
+# passwords would lock this user out.
 start_shared_screen()
 {
     screenSocket=$screenDirectory/vnc
@@ -119,7 +119,7 @@ start_shared_screen()
         -geometry 1280x800 -depth 24 "$@"
 }
 
-# What was started last goes first: the program, the window manager, the server.
+# Ends the processes, the last one first: the program, the window manager, the server.
 stop_screen()
 {
     local i
@@ -130,7 +130,7 @@ stop_screen()
     [[ -z $screenDirectory ]] || rm -rf "$screenDirectory"
 }
 
-# window TITLE: waits until the window with this title (an extended regular expression) is there and has the keyboard.
+# window TITLE: waits until the window with this title (an extended regular expression) has the keyboard.
 window()
 {
     local id
@@ -138,7 +138,7 @@ window()
     timeout 30 xdotool windowactivate --sync "$id"
 }
 
-# gone TITLE: waits until no such window is there.
+# gone TITLE: waits until no such window is visible.
 gone()
 {
     local attempt

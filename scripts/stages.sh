@@ -1,10 +1,10 @@
 # shellcheck shell=bash
-# Sourced, after lib.sh, by the scripts that test: stages whose failures are counted and end nothing.
+# Sourced after lib.sh by the scripts that test: stages and checks whose failures are counted and do not end the script.
 passed=0
 failed=0
 skipped=0
 
-# stage TITLE COMMAND...: runs it and tells how long it took. A failure is counted, told in outcome, and ends nothing.
+# stage TITLE COMMAND...: runs the command and prints how long it took. A failure is counted and sets outcome to FAILED.
 stage()
 {
     local title=$1 start=$SECONDS
@@ -27,8 +27,8 @@ build()
     cmake --build "$directory"
 }
 
-# run_tests DIRECTORY [CTEST OPTION...]: counts what ctest runs. A test that finds its conditions missing (a virtual
-# screen, say) is skipped. Fails only when there is no count.
+# run_tests DIRECTORY [CTEST OPTION...]: runs and counts the tests that ctest knows. A test whose conditions are not met (it
+# may need a virtual screen) is skipped. Fails only if ctest writes no counts.
 run_tests()
 {
     local directory=$1 report=$PWD/$1/tests.xml run failures skips
@@ -43,13 +43,13 @@ run_tests()
     passed=$(( passed + run - failures - skips ))
 }
 
-# junit_count NAME FILE: the number of this name in the report's first element, <testsuite>.
+# junit_count NAME FILE: the number in this attribute of the report's first element, <testsuite>.
 junit_count()
 {
     [[ $(sed '/<testcase/,$d' "$2") =~ $1=\"([0-9]+)\" ]] && echo "${BASH_REMATCH[1]}"
 }
 
-# build_and_test TITLE PRESET DIRECTORY [OPTION...]: programs of an earlier build prove nothing.
+# build_and_test TITLE PRESET DIRECTORY [OPTION...]: runs the tests only after a successful build.
 build_and_test()
 {
     local title=$1
@@ -58,7 +58,7 @@ build_and_test()
     [[ $outcome == FAILED ]] || stage "$title tests" run_tests "$2"
 }
 
-# check SENTENCE COMMAND...: what the command says is shown when it fails.
+# check SENTENCE COMMAND...: a test; prints the command's output if it fails.
 check()
 {
     local sentence=$1 said
@@ -72,14 +72,14 @@ check()
     fi
 }
 
-# says EXPECTED COMMAND...: the command says exactly that, or nothing.
+# says EXPECTED COMMAND...: whether the command's output is EXPECTED; an empty one means no output.
 says()
 {
     diff --unified <(printf '%s' "${1:+$1$'\n'}") <("${@:2}" 2>&1)
 }
 
-# The last line of a script that tests, and its result.
-tell_counts()
+# The last line of a script that tests, and its exit status.
+print_counts()
 {
     echo
     (( skipped == 0 )) || echo "$skipped skipped"
