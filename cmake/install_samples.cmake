@@ -1,5 +1,4 @@
-# The editor's own directory holds its files. They are the user's once they are there: putting a newer editor into the
-# same directory leaves them alone.
+# The editor's files are in its own directory. Existing files belong to the user: installing a newer editor keeps them.
 foreach(name IN ITEMS Corvrec.ini modem.dat)
   set(target "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/${name}")
   if(EXISTS "${target}" OR IS_SYMLINK "${target}")

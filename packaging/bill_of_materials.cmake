@@ -1,5 +1,5 @@
-# CycloneDX 1.5: the Debian packages that the programs are linked to, in the versions that they were built with. Included
-# by made_files.cmake, once the programs are in their places.
+# CycloneDX 1.5: the Debian packages that the programs are linked to, in the versions used for the build. Included by
+# made_files.cmake when the programs are installed.
 set(control "${buildDirectory}/bill_of_materials")
 set(programs "${root}/lib/corvane-recorder")
 file(WRITE "${control}/debian/control" "Source: corvane-recorder\n\nPackage: corvane-recorder\nArchitecture: any\n")
@@ -15,7 +15,7 @@ execute_process(
   OUTPUT_VARIABLE versions OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE "\n" ";" versions "${versions}")
 
-# purl(VARIABLE NAME VERSION ARCHITECTURE): a package's address, in which a version's + and : are escaped.
+# purl(VARIABLE NAME VERSION ARCHITECTURE): the package's URL, with + and : in the version escaped.
 function(purl variable name version architecture)
   string(REPLACE "+" "%2B" version "${version}")
   string(REPLACE ":" "%3A" version "${version}")
@@ -43,6 +43,6 @@ string(TIMESTAMP madeAt "%Y-%m-%dT%H:%M:%SZ" UTC)
 string(UUID serialNumber NAMESPACE 6ba7b810-9dad-11d1-80b4-00c04fd430c8 TYPE SHA1
   NAME "corvane-recorder ${PROJECT_VERSION} ${madeAt} ${linked}")
 configure_file("${packaging}/bill_of_materials.json.in" "${doc}/corvane-recorder.cdx.json" @ONLY)
-# Not JSON: that ends here, and not at whoever reads it.
+# Fails here if the result is not valid JSON.
 file(READ "${doc}/corvane-recorder.cdx.json" written)
 string(JSON components GET "${written}" components)

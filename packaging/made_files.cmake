@@ -1,11 +1,11 @@
-# The package's files that are made while it is put together: AppStream metadata, changelog, man pages, and the list of
-# what the programs are built from. Times are those of SOURCE_DATE_EPOCH.
+# Creates the files that are generated when the package is put together: AppStream metadata, changelog, man pages, bill of
+# materials. Their dates come from SOURCE_DATE_EPOCH.
 set(root "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
 set(doc "${root}/share/doc/corvane-recorder")
 set(packaging "${PROJECT_SOURCE_DIR}/packaging")
 set(ENV{LC_ALL} C.UTF-8)
 
-# compress(FILE): Debian's way, without a name or a time inside.
+# compress(FILE): as Debian wants it, without a name or time inside.
 function(compress file)
   execute_process(COMMAND gzip --best --no-name --force "${file}" COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -17,7 +17,7 @@ string(TIMESTAMP releaseTime "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file("${packaging}/changelog.in" "${doc}/changelog" @ONLY)
 compress("${doc}/changelog")
 
-# man_page(SOURCE DIRECTORY): the name of the page is that of its source, without a language.
+# man_page(SOURCE DIRECTORY): installs the page under its source's name without the language.
 function(man_page source directory)
   cmake_path(GET source FILENAME name)
   string(REPLACE .it. . name "${name}")
