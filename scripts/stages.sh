@@ -22,8 +22,9 @@ build()
 {
     local preset=$1 directory=$2
     shift 2
-    cmake --preset "$preset" -B "$directory" -DCORVREC_WERROR=ON "$@" > "$directory.log" ||
-        { cat "$directory.log"; return 1; }
+    mkdir --parents "$directory"
+    cmake --preset "$preset" -B "$directory" -DBUILD_TESTING=ON -DCORVREC_WERROR=ON "$@" > "$directory/configure.log" ||
+        { cat "$directory/configure.log"; return 1; }
     cmake --build "$directory"
 }
 
