@@ -2,6 +2,7 @@
 
 #include "core/file/profile_file.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <ctime>
 #include <filesystem>
@@ -40,5 +41,45 @@ PosixCalls& SystemCalls();
 
 // As OpenProfileFile, using the given calls, which must outlive the file.
 std::unique_ptr<ProfileFile> OpenProfileFile(const std::filesystem::path& file, PosixCalls& calls);
+
+// A signal may interrupt any call before it has done anything. Not for close: see Descriptor::Close.
+template <typename Call>
+auto Repeated(Call call)
+{
+    auto result = call();
+    while (result == -1 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+// The position in a file as the system calls take it; no settings file is too large for it.
+inline off_t Offset(std::size_t position)
+{
+    return static_cast<off_t>(position);
+}
+
+// An open file, or none. Closed with the object at the latest.
+class Descriptor
+{
+public:
+    // A file that the call creates gets the mode 0666 less the umask.
+    Descriptor(PosixCalls& calls, const char* path, int flags);
+    ~Descriptor() { Close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&&) = delete;
+    Descriptor& operator=(Descriptor&&) = delete;
+
+    [[nodiscard]] bool IsOpen() const { return number_ != -1; }
+    [[nodiscard]] int Number() const { return number_; }
+
+    // Never repeated: the descriptor is gone whatever the result, and EINTR says nothing about the data. Any
+    // other error counts: network file systems report a failed write only here.
+    bool Close();
+
+private:
+    PosixCalls& calls_;
+    int number_;
+};
 
 } // namespace corvrec
