@@ -1,8 +1,8 @@
 #include "tests/core/site_change.h"
 
 #include "core/file/section.h"
+#include "core/site/site_keys.h"
 #include "core/site/site_list.h"
-#include "core/site/site_saver.h"
 #include "tests/core/ini_lines.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/settings_file.h"

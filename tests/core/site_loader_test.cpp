@@ -1,4 +1,4 @@
-#include "core/site/site_loader.h"
+#include "core/site/site_keys.h"
 #include "tests/support/noting_profile_file.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/settings_file.h"
@@ -389,7 +389,7 @@ TEST(LoadSite, WritesNothing)
     EXPECT_EQ(file.Bytes(), bytes);
 }
 
-TEST(LoadSite, AsksForEachKeyOnceInOrderWithABufferOf100)
+TEST(LoadSite, AsksForEachKeyOnceInFileOrderWithABufferOf100)
 {
     NotingProfileFile file;
     SiteRecord site;
@@ -397,14 +397,14 @@ TEST(LoadSite, AsksForEachKeyOnceInOrderWithABufferOf100)
     LoadSite(file, "UFF", site);
 
     EXPECT_THAT(file.reads,
-                ElementsAre("[UFF]Dispositivo 100", "[UFF]MODEM 100", "[UFF]Handshake 100", "[UFF]Xon 100",
-                            "[UFF]Xoff 100", "[UFF]Baud 100", "[UFF]BitDati 100", "[UFF]Parita 100",
-                            "[UFF]Stop 100", "[UFF]SitoAbilitato 100", "[UFF]Ricorrenza 100", "[UFF]Ogni 100",
-                            "[UFF]Ora 100", "[UFF]AggData 100", "[UFF]AggOra 100", "[UFF]EliminaNull 100",
-                            "[UFF]CorreggiCR 100", "[UFF]Dati 100", "[UFF]Dati2 100", "[UFF]Storico 100",
-                            "[General]Log 100", "[UFF]Modello 100", "[UFF]StringaModem 100",
-                            "[UFF]StringaReset 100", "[UFF]NumeroTel 100", "[UFF]Importazione 100",
-                            "[UFF]FileTimeout 100", "[UFF]SpazioTimeout 100"));
+                ElementsAre("[UFF]SitoAbilitato 100", "[UFF]Dispositivo 100", "[UFF]MODEM 100",
+                            "[UFF]Handshake 100", "[UFF]Xon 100", "[UFF]Xoff 100", "[UFF]Baud 100",
+                            "[UFF]BitDati 100", "[UFF]Parita 100", "[UFF]Stop 100", "[UFF]Ricorrenza 100",
+                            "[UFF]Ogni 100", "[UFF]Ora 100", "[UFF]AggData 100", "[UFF]AggOra 100",
+                            "[UFF]EliminaNull 100", "[UFF]CorreggiCR 100", "[UFF]Dati 100", "[UFF]Dati2 100",
+                            "[UFF]Storico 100", "[General]Log 100", "[UFF]Modello 100",
+                            "[UFF]StringaModem 100", "[UFF]StringaReset 100", "[UFF]NumeroTel 100",
+                            "[UFF]Importazione 100", "[UFF]FileTimeout 100", "[UFF]SpazioTimeout 100"));
 }
 
 } // namespace

@@ -6,9 +6,8 @@
 
 #include "core/file/code_page.h"
 #include "core/file/section.h"
+#include "core/site/site_keys.h"
 #include "core/site/site_list.h"
-#include "core/site/site_loader.h"
-#include "core/site/site_saver.h"
 #include "tests/fuzz/check.h"
 #include "tests/fuzz/fields.h"
 #include "tests/fuzz/reference_profile.h"

@@ -338,12 +338,14 @@ std::optional<FlowCharacter> ReadFlowCharacter(std::string_view stored)
                          .text = OneCharacter(control ? number + kControlToLetter : number)};
 }
 
-std::string StoredFlowCharacter(const FlowCharacter& character)
+std::optional<std::string> StoredFlowCharacter(const FlowCharacter& character)
 {
     if (!character.control)
         return character.text;
-    const auto code = static_cast<unsigned char>(Cp1252FromUtf8(character.text).at(0));
-    return SignedText(code - kControlToLetter);
+    const std::string bytes = Cp1252FromUtf8(character.text);
+    if (bytes.empty())
+        return std::nullopt;
+    return SignedText(static_cast<unsigned char>(bytes.front()) - kControlToLetter);
 }
 
 std::string WithAtPrefix(std::string_view command)

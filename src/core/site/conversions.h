@@ -73,9 +73,10 @@ bool IsDate(std::string_view field);
 // character, shown as its letter: 17 is Ctrl-Q. nullopt when there is no such character.
 std::optional<FlowCharacter> ReadFlowCharacter(std::string_view stored);
 
-// The stored form: for a control character its letter's code minus 64, otherwise the text itself. Throws
-// std::out_of_range when a control character has no letter.
-std::string StoredFlowCharacter(const FlowCharacter& character);
+// The stored form: for a control character its letter's code minus 64, otherwise the text itself. Deliberate:
+// a character typed as itself is stored as itself, although a letter then loads as Ctrl-@; older editors
+// store it this way. nullopt when a control character has no letter.
+std::optional<std::string> StoredFlowCharacter(const FlowCharacter& character);
 
 // The modem command with "AT" in front, unless it begins with that in either case.
 std::string WithAtPrefix(std::string_view command);

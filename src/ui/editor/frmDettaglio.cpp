@@ -8,9 +8,8 @@
 #include "core/file/profile_file.h"
 #include "core/file/section.h"
 #include "core/site/conversions.h"
+#include "core/site/site_keys.h"
 #include "core/site/site_list.h"
-#include "core/site/site_loader.h"
-#include "core/site/site_saver.h"
 #include "ui/buffer/frmSX.h"
 #include "ui/editor/file_chooser.h"
 #include "ui/editor/frmFileAvanzate.h"
@@ -31,8 +30,9 @@
 #include <QShowEvent>
 #include <QTabBar>
 
+#include <algorithm>
 #include <array>
-#include <stdexcept>
+#include <cassert>
 #include <utility>
 
 namespace corvrec
@@ -541,16 +541,14 @@ void frmDettaglio::OK_Click()
     if (!FieldsComplete() || !SharingFilesAccepted())
         return;
     cancel_ = false;
-    try {
-        Save();
-    } catch (const std::out_of_range&) {
-        environment_.settings.Flush();
-        ShowMessage(this, Text(text::saveIncomplete), MessageIcon::stop, Text(text::error));
-        FocusIncompleteField();
+    const std::string_view stoppedAt = Save();
+    environment_.settings.Flush();
+    if (stoppedAt.empty()) {
+        hide();
         return;
     }
-    environment_.settings.Flush();
-    hide();
+    ShowMessage(this, Text(text::saveIncomplete), MessageIcon::stop, Text(text::error));
+    FocusFieldOf(stoppedAt);
 }
 
 void frmDettaglio::Annulla_Click()
@@ -651,25 +649,31 @@ SiteFiles frmDettaglio::Files() const
             .history = AsStored(ToStd(ui_->txtStorico->text()))};
 }
 
-void frmDettaglio::Save()
+// The key at which the save stopped, for lack of a value; empty when all keys were written.
+std::string_view frmDettaglio::Save()
 {
-    // The whole old section is deleted, so that keys that are no longer written disappear. Both results are
-    // ignored on purpose: a failed save is never reported.
+    // The whole old section is deleted, so that keys that are no longer written disappear. The results of the
+    // writes are ignored on purpose: a failed one is never reported.
     if (!nuovo_)
         Section(environment_.settings, list_.SelectedSite()).Delete();
-    SaveSite(environment_.settings, ToStd(ui_->txtCodice->text()), ToStd(ui_->txtNomeSito->text()),
-             TakeRecord(), environment_.clock.Now());
+    return SaveSite(environment_.settings, ToStd(ui_->txtCodice->text()), ToStd(ui_->txtNomeSito->text()),
+                    TakeRecord(), environment_.clock.Now())
+        .stoppedAt;
 }
 
-// Focuses the field at which an incomplete save stopped, in the order of saving.
-void frmDettaglio::FocusIncompleteField()
+// Focuses the field whose value a save of this key lacked.
+void frmDettaglio::FocusFieldOf(std::string_view key)
 {
-    if (ui_->cboTipoConn->currentIndex() < 0)
-        FocusField(*ui_->cboTipoConn);
-    else if (ui_->cboHandS->currentIndex() < 0)
-        FocusField(*ui_->cboHandS);
-    else
-        FocusField(*ui_->cboParita);
+    const std::array<std::pair<std::string_view, QWidget*>, 5> fields{{
+        {"Dispositivo", ui_->cboTipoConn},
+        {"Handshake", ui_->cboHandS},
+        {"Xon", ui_->txtXon},
+        {"Xoff", ui_->txtXoff},
+        {"Parita", ui_->cboParita},
+    }};
+    const auto* const field = std::ranges::find(fields, key, &std::pair<std::string_view, QWidget*>::first);
+    assert(field != fields.end());
+    FocusField(*field->second);
 }
 
 } // namespace corvrec

@@ -122,8 +122,8 @@ private:
     bool TextsComplete();
     bool SharingFilesAccepted();
     SiteFiles Files() const;
-    void Save();
-    void FocusIncompleteField();
+    std::string_view Save();
+    void FocusFieldOf(std::string_view key);
 
     void ShowRecord(const SiteRecord& site);
     void ShowConnection(const SiteRecord& site);
