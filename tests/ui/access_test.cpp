@@ -224,262 +224,249 @@ private slots:
     }
 
     static void tabLeadsToEveryControl_data() { AddWindows(); }
-    static void tabLeadsToEveryControl();
-    static void tabLeavesTheGuideAfterItsLinks();
-    static void shiftTabLeadsBack_data() { AddWindows(); }
-    static void shiftTabLeadsBack();
-    static void mnemonicsActivateTheirControls_data() { AddWindowsAndGuide(); }
-    static void mnemonicsActivateTheirControls();
-    static void arrowsLeadThroughTheOptions();
-    static void pagesAreTurnedByKeyboard();
-    static void screenReaderFindsNameRoleAndValue_data() { AddWindowsAndGuide(); }
-    static void screenReaderFindsNameRoleAndValue();
-    static void screenReaderDistinguishesTheControls_data() { AddWindows(); }
-    static void screenReaderDistinguishesTheControls();
-    static void screenReaderReadsTheToolTipAsDescription_data() { AddWindows(); }
-    static void screenReaderReadsTheToolTipAsDescription();
-    static void toolTipAppearsUnderTheMouse_data();
-    static void toolTipAppearsUnderTheMouse();
-    static void screenReaderReadsTheListOfSites();
-    static void screenReaderReadsTheValuesOfABuffer();
-};
+    static void tabLeadsToEveryControl()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, page);
+        QFETCH(const Site, site);
+        const Windows windows(name, page, site);
 
-void access_test::tabLeadsToEveryControl()
-{
-    QFETCH(const QString, name);
-    QFETCH(const int, page);
-    QFETCH(const Site, site);
-    const Windows windows(name, page, site);
+        QStringList reached = TabRound(*windows.window);
+        reached.sort();
 
-    QStringList reached = TabRound(*windows.window);
-    reached.sort();
-
-    QVERIFY(!reached.isEmpty());
-    QCOMPARE(reached, ControlsToReach(*windows.window));
-}
-
-void access_test::tabLeavesTheGuideAfterItsLinks()
-{
-    constexpr int kMoreThanItsLinks = 300;
-    const Windows windows("frmGuida", 0);
-
-    QStringList reached;
-    for (int press = 0; press < kMoreThanItsLinks; ++press) {
-        reached.append(windows.window->focusWidget()->objectName());
-        QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab);
+        QVERIFY(!reached.isEmpty());
+        QCOMPARE(reached, ControlsToReach(*windows.window));
     }
 
-    reached.removeDuplicates();
-    reached.sort();
-    QCOMPARE(reached, ControlsToReach(*windows.window));
-}
+    static void tabLeavesTheGuideAfterItsLinks()
+    {
+        constexpr int kMoreThanItsLinks = 300;
+        const Windows windows("frmGuida", 0);
 
-void access_test::shiftTabLeadsBack()
-{
-    QFETCH(const QString, name);
-    QFETCH(const int, page);
-    QFETCH(const Site, site);
-    const Windows windows(name, page, site);
-    QStringList forward = TabRound(*windows.window);
-
-    QStringList back;
-    for (qsizetype i = 0; i < forward.size(); ++i) {
-        back.prepend(windows.window->focusWidget()->objectName());
-        QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
-    }
-
-    forward.append(forward.takeFirst()); // so that both start at the same control
-    QCOMPARE(back, forward);
-}
-
-void access_test::mnemonicsActivateTheirControls()
-{
-    QFETCH(const QString, name);
-    QFETCH(const int, page);
-    QFETCH(const Site, site);
-    Windows windows(name, page, site);
-    Silence(*windows.window);
-
-    for (const auto& [mnemonic, targets] : Mnemonics(*windows.window)) {
-        windows.Prepare(site); // the previous mnemonic may have disabled something
-        const auto key = static_cast<Qt::Key>(mnemonic[0].key());
-        std::vector<std::unique_ptr<Arrival>> arrivals;
-        for (QWidget* const target : targets)
-            arrivals.push_back(std::make_unique<Arrival>(*target));
-        // Where captions share a letter, each press moves to the next of them.
-        std::set<const Arrival*> come;
-        for (std::size_t press = 0; press < targets.size(); ++press) {
-            QTest::keyClick(windows.window, key, Qt::AltModifier);
-            for (const auto& arrival : arrivals) {
-                if (arrival->HasCome())
-                    come.insert(arrival.get());
-            }
+        QStringList reached;
+        for (int press = 0; press < kMoreThanItsLinks; ++press) {
+            reached.append(windows.window->focusWidget()->objectName());
+            QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab);
         }
-        QVERIFY2(come.size() == targets.size(), qPrintable(mnemonic.toString() + " in " + name));
-    }
-}
 
-void access_test::arrowsLeadThroughTheOptions()
-{
-    const Windows windows("frmModem", 0);
-    auto options = windows.window->findChildren<QRadioButton*>();
-    options.removeIf([](const QRadioButton* option) { return !CanBeUsed(*option); });
-    QVERIFY(options.size() > 1);
-    const auto chosen =
-        std::ranges::find_if(options, [](const QRadioButton* each) { return each->isChecked(); });
-    QVERIFY(chosen != options.end());
-    (*chosen)->setFocus();
-
-    QStringList visited{(*chosen)->objectName()};
-    for (const Qt::Key arrow : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Left, Qt::Key_Up}) {
-        QTest::keyClick(windows.window->focusWidget(), arrow);
-        visited.append(windows.window->focusWidget()->objectName());
+        reached.removeDuplicates();
+        reached.sort();
+        QCOMPARE(reached, ControlsToReach(*windows.window));
     }
 
-    visited.removeDuplicates();
-    QCOMPARE(visited.size(), options.size());
-}
+    static void shiftTabLeadsBack_data() { AddWindows(); }
+    static void shiftTabLeadsBack()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, page);
+        QFETCH(const Site, site);
+        const Windows windows(name, page, site);
+        QStringList forward = TabRound(*windows.window);
 
-void access_test::pagesAreTurnedByKeyboard()
-{
-    Windows windows("frmDettaglio", 0);
-    auto& pages = windows.program.At<QTabWidget>("tabSetup");
+        QStringList back;
+        for (qsizetype i = 0; i < forward.size(); ++i) {
+            back.prepend(windows.window->focusWidget()->objectName());
+            QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+        }
 
-    for (const int page : {1, 2, 0}) {
-        QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
-        QCOMPARE(pages.currentIndex(), page);
-    }
-}
-
-void access_test::screenReaderFindsNameRoleAndValue()
-{
-    QFETCH(const QString, name);
-    QFETCH(const int, page);
-    QFETCH(const Site, site);
-    const Windows windows(name, page, site);
-    QVERIFY(!QAccessible::queryAccessibleInterface(windows.window)->text(QAccessible::Name).isEmpty());
-
-    int controls = 0;
-    for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
-        const bool isControl = control->window() == windows.window && control->isVisible() &&
-                               (control->focusPolicy() & Qt::TabFocus) != 0 &&
-                               control->focusProxy() == nullptr;
-        if (!isControl)
-            continue;
-        ++controls;
-        QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(control);
-        QVERIFY2(seen != nullptr, qPrintable(control->objectName()));
-        Check(*seen, *control);
-    }
-    QVERIFY(controls > 0);
-}
-
-void access_test::screenReaderDistinguishesTheControls()
-{
-    QFETCH(const QString, name);
-    QFETCH(const int, page);
-    QFETCH(const Site, site);
-    const Windows windows(name, page, site);
-
-    QStringList names;
-    for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
-        if (control->window() == windows.window && control->isVisible() && !control->objectName().isEmpty() &&
-            (qobject_cast<QAbstractButton*>(control) != nullptr ||
-             qobject_cast<QLineEdit*>(control) != nullptr))
-            names.append(qobject_cast<QAbstractButton*>(control) != nullptr
-                             ? QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name)
-                             : AccessibleName(*control));
+        forward.append(forward.takeFirst()); // so that both start at the same control
+        QCOMPARE(back, forward);
     }
 
-    QStringList different = names;
-    different.removeDuplicates();
-    QVERIFY(!names.isEmpty());
-    QCOMPARE(names, different);
-}
+    static void mnemonicsActivateTheirControls_data() { AddWindowsAndGuide(); }
+    static void mnemonicsActivateTheirControls()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, page);
+        QFETCH(const Site, site);
+        Windows windows(name, page, site);
+        Silence(*windows.window);
 
-void access_test::screenReaderReadsTheToolTipAsDescription()
-{
-    QFETCH(const QString, name);
-    QFETCH(const int, page);
-    QFETCH(const Site, site);
-    const Windows windows(name, page, site);
-
-    for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
-        if (control->window() != windows.window || control->toolTip().isEmpty())
-            continue;
-        QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(control);
-        QCOMPARE(seen.text(QAccessible::Description),
-                 QTextDocumentFragment::fromHtml(control->toolTip()).toPlainText());
-        const QString itsName = seen.text(QAccessible::Name);
-        control->setToolTip({});
-        control->setAccessibleDescription({});
-        QCOMPARE(itsName, seen.text(QAccessible::Name));
+        for (const auto& [mnemonic, targets] : Mnemonics(*windows.window)) {
+            windows.Prepare(site); // the previous mnemonic may have disabled something
+            const auto key = static_cast<Qt::Key>(mnemonic[0].key());
+            std::vector<std::unique_ptr<Arrival>> arrivals;
+            for (QWidget* const target : targets)
+                arrivals.push_back(std::make_unique<Arrival>(*target));
+            // Where captions share a letter, each press moves to the next of them.
+            std::set<const Arrival*> come;
+            for (std::size_t press = 0; press < targets.size(); ++press) {
+                QTest::keyClick(windows.window, key, Qt::AltModifier);
+                for (const auto& arrival : arrivals) {
+                    if (arrival->HasCome())
+                        come.insert(arrival.get());
+                }
+            }
+            QVERIFY2(come.size() == targets.size(), qPrintable(mnemonic.toString() + " in " + name));
+        }
     }
-}
 
-void access_test::toolTipAppearsUnderTheMouse_data()
-{
-    QTest::addColumn<int>("page");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("list") << 0 << "cboTipoConn";
-    QTest::newRow("label of a field") << 0 << "lblVelocita";
-    QTest::newRow("disabled button") << 0 << "cmdSX";
-    QTest::newRow("field") << 1 << "mskOrario";
-    QTest::newRow("list with check marks") << 1 << "lstGiorni";
-}
+    static void arrowsLeadThroughTheOptions()
+    {
+        const Windows windows("frmModem", 0);
+        auto options = windows.window->findChildren<QRadioButton*>();
+        options.removeIf([](const QRadioButton* option) { return !CanBeUsed(*option); });
+        QVERIFY(options.size() > 1);
+        const auto chosen =
+            std::ranges::find_if(options, [](const QRadioButton* each) { return each->isChecked(); });
+        QVERIFY(chosen != options.end());
+        (*chosen)->setFocus();
 
-void access_test::toolTipAppearsUnderTheMouse()
-{
-    QFETCH(const int, page);
-    QFETCH(const QString, name);
-    const Windows windows("frmDettaglio", page, Site::bySoftwareEachWeek);
-    const auto* const control = windows.window->findChild<QWidget*>(name);
-    const QPoint place = control->mapTo(windows.window, control->rect().center());
-    QWidget* const under = windows.window->childAt(place);
-    const QPoint global = windows.window->mapToGlobal(place);
-    QHelpEvent event(QEvent::ToolTip, under->mapFromGlobal(global), global);
+        QStringList visited{(*chosen)->objectName()};
+        for (const Qt::Key arrow : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Left, Qt::Key_Up}) {
+            QTest::keyClick(windows.window->focusWidget(), arrow);
+            visited.append(windows.window->focusWidget()->objectName());
+        }
 
-    QApplication::sendEvent(under, &event);
+        visited.removeDuplicates();
+        QCOMPARE(visited.size(), options.size());
+    }
 
-    QVERIFY(!control->toolTip().isEmpty());
-    QCOMPARE(QToolTip::text(), control->toolTip());
-    QToolTip::hideText();
-}
+    static void pagesAreTurnedByKeyboard()
+    {
+        Windows windows("frmDettaglio", 0);
+        auto& pages = windows.program.At<QTabWidget>("tabSetup");
 
-void access_test::screenReaderReadsTheListOfSites()
-{
-    Windows windows("frmSiti", 0);
-    const auto tables = windows.window->findChildren<QAbstractItemView*>();
-    QVERIFY(!tables.isEmpty());
-    QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(tables.front());
-    QCOMPARE(seen->role(), QAccessible::Table);
-    QAccessibleTableInterface* const table = seen->tableInterface();
-    QVERIFY(table != nullptr);
+        for (const int page : {1, 2, 0}) {
+            QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+            QCOMPARE(pages.currentIndex(), page);
+        }
+    }
 
-    QCOMPARE(table->rowCount(), 2);
-    QStringList row;
-    for (int column = 0; column < table->columnCount(); ++column)
-        row.append(table->cellAt(1, column)->text(QAccessible::Name));
-    QCOMPARE(row, (QStringList{"Sito B", "B", "Sì", "Oraria"}));
-}
+    static void screenReaderFindsNameRoleAndValue_data() { AddWindowsAndGuide(); }
+    static void screenReaderFindsNameRoleAndValue()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, page);
+        QFETCH(const Site, site);
+        const Windows windows(name, page, site);
+        QVERIFY(!QAccessible::queryAccessibleInterface(windows.window)->text(QAccessible::Name).isEmpty());
 
-void access_test::screenReaderReadsTheValuesOfABuffer()
-{
-    Windows windows("frmSX", 0);
-    windows.buffer.DeviceReplies("\x02"
-                                 "0262144xx055xM001002R30210211126"
-                                 "1803*");
+        int controls = 0;
+        for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
+            const bool isControl = control->window() == windows.window && control->isVisible() &&
+                                   (control->focusPolicy() & Qt::TabFocus) != 0 &&
+                                   control->focusProxy() == nullptr;
+            if (!isControl)
+                continue;
+            ++controls;
+            QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(control);
+            QVERIFY2(seen != nullptr, qPrintable(control->objectName()));
+            Check(*seen, *control);
+        }
+        QVERIFY(controls > 0);
+    }
 
-    windows.buffer.Click("cmdStato");
+    static void screenReaderDistinguishesTheControls_data() { AddWindows(); }
+    static void screenReaderDistinguishesTheControls()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, page);
+        QFETCH(const Site, site);
+        const Windows windows(name, page, site);
 
-    const auto read = [&windows](const char* label) {
-        auto& value = SiteWindow::Part<QWidget>(*windows.window, label);
-        return AccessibleName(value) + " " +
-               QAccessible::queryAccessibleInterface(&value)->text(QAccessible::Name);
-    };
-    QCOMPARE(read("lblMemoria"), "Memoria totale: 0262144");
-    QCOMPARE(read("lblGuasto"), "Guasti: Caduta 220 V");
-}
+        QStringList names;
+        for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
+            if (control->window() == windows.window && control->isVisible() &&
+                !control->objectName().isEmpty() &&
+                (qobject_cast<QAbstractButton*>(control) != nullptr ||
+                 qobject_cast<QLineEdit*>(control) != nullptr))
+                names.append(qobject_cast<QAbstractButton*>(control) != nullptr
+                                 ? QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name)
+                                 : AccessibleName(*control));
+        }
+
+        QStringList different = names;
+        different.removeDuplicates();
+        QVERIFY(!names.isEmpty());
+        QCOMPARE(names, different);
+    }
+
+    static void screenReaderReadsTheToolTipAsDescription_data() { AddWindows(); }
+    static void screenReaderReadsTheToolTipAsDescription()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const int, page);
+        QFETCH(const Site, site);
+        const Windows windows(name, page, site);
+
+        for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
+            if (control->window() != windows.window || control->toolTip().isEmpty())
+                continue;
+            QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(control);
+            QCOMPARE(seen.text(QAccessible::Description),
+                     QTextDocumentFragment::fromHtml(control->toolTip()).toPlainText());
+            const QString itsName = seen.text(QAccessible::Name);
+            control->setToolTip({});
+            control->setAccessibleDescription({});
+            QCOMPARE(itsName, seen.text(QAccessible::Name));
+        }
+    }
+
+    static void toolTipAppearsUnderTheMouse_data()
+    {
+        QTest::addColumn<int>("page");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("list") << 0 << "cboTipoConn";
+        QTest::newRow("label of a field") << 0 << "lblVelocita";
+        QTest::newRow("disabled button") << 0 << "cmdSX";
+        QTest::newRow("field") << 1 << "mskOrario";
+        QTest::newRow("list with check marks") << 1 << "lstGiorni";
+    }
+
+    static void toolTipAppearsUnderTheMouse()
+    {
+        QFETCH(const int, page);
+        QFETCH(const QString, name);
+        const Windows windows("frmDettaglio", page, Site::bySoftwareEachWeek);
+        const auto* const control = windows.window->findChild<QWidget*>(name);
+        const QPoint place = control->mapTo(windows.window, control->rect().center());
+        QWidget* const under = windows.window->childAt(place);
+        const QPoint global = windows.window->mapToGlobal(place);
+        QHelpEvent event(QEvent::ToolTip, under->mapFromGlobal(global), global);
+
+        QApplication::sendEvent(under, &event);
+
+        QVERIFY(!control->toolTip().isEmpty());
+        QCOMPARE(QToolTip::text(), control->toolTip());
+        QToolTip::hideText();
+    }
+
+    static void screenReaderReadsTheListOfSites()
+    {
+        Windows windows("frmSiti", 0);
+        const auto tables = windows.window->findChildren<QAbstractItemView*>();
+        QVERIFY(!tables.isEmpty());
+        QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(tables.front());
+        QCOMPARE(seen->role(), QAccessible::Table);
+        QAccessibleTableInterface* const table = seen->tableInterface();
+        QVERIFY(table != nullptr);
+
+        QCOMPARE(table->rowCount(), 2);
+        QStringList row;
+        for (int column = 0; column < table->columnCount(); ++column)
+            row.append(table->cellAt(1, column)->text(QAccessible::Name));
+        QCOMPARE(row, (QStringList{"Sito B", "B", "Sì", "Oraria"}));
+    }
+
+    static void screenReaderReadsTheValuesOfABuffer()
+    {
+        Windows windows("frmSX", 0);
+        windows.buffer.DeviceReplies("\x02"
+                                     "0262144xx055xM001002R30210211126"
+                                     "1803*");
+
+        windows.buffer.Click("cmdStato");
+
+        const auto read = [&windows](const char* label) {
+            auto& value = SiteWindow::Part<QWidget>(*windows.window, label);
+            return AccessibleName(value) + " " +
+                   QAccessible::queryAccessibleInterface(&value)->text(QAccessible::Name);
+        };
+        QCOMPARE(read("lblMemoria"), "Memoria totale: 0262144");
+        QCOMPARE(read("lblGuasto"), "Guasti: Caduta 220 V");
+    }
+};
 
 } // namespace corvrec
 

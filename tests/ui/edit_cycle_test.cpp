@@ -156,20 +156,6 @@ void FillWeeklyRemoteSite(frmDettaglio& form)
 
 } // namespace
 
-class edit_cycle_test : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
-    static void addedSiteIsWrittenWhole();
-    static void editedSiteIsWrittenAgain();
-    static void lookingAtASiteWritesNothing();
-    static void addingEditingAndRemovingLeaveTheRestOfTheFile();
-    static void changeByAnotherProgramMeanwhileIsKept();
-};
-
 constexpr std::string_view kRavenna = "[RA1]\r\n"
                                       "SitoAbilitato=1\r\n"
                                       "STimeRead=20\r\n"
@@ -206,120 +192,129 @@ constexpr std::string_view kRavenna = "[RA1]\r\n"
                                       "TimeoutFineImp=15\r\n"
                                       "CharToDel=00\r\n";
 
-void edit_cycle_test::addedSiteIsWrittenWhole()
+class edit_cycle_test : public QObject
 {
-    SiteWindow window(SettingsWith({}), kCatalogue);
-    const ModalVisit<frmDettaglio> editor(FillWeeklyRemoteSite);
+    Q_OBJECT
 
-    Click(window.List(), "cmdAggiungi");
+private slots:
+    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    QCOMPARE(Lines(window.File()),
-             Lines("[Siti]\r\nRA1=Ravenna, sede \xE0\r\n[General]\r\nCom=COM2\r\nLog=Comune.log\r\n" +
-                   QByteArray(kRavenna.data(), static_cast<qsizetype>(kRavenna.size()))));
-}
-
-void edit_cycle_test::editedSiteIsWrittenAgain()
-{
-    SiteWindow window(kBefore, kCatalogue);
-    const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
-        Choose(form, "cboVelocita", "9600");
-        Type(form, "mskValore", "3");
-        QTest::keyClick(&Part<QLineEdit>(form, "txtDati"), Qt::Key_Return);
-    });
-
-    Click(window.List(), "cmdProperties");
-
-    QCOMPARE(Lines(window.File()),
-             Lines("; Registratore di Bologna\r\n[General]\r\nCom=COM2\r\nLog=Vecchio.log\r\n\r\n"
-                   "[Siti]\r\n; codice=nome\r\nUNO=Sede di Forl\xEC\r\nDUE=Magazzino\r\n\r\n"
-                   "; nota da conservare\r\n"
-                   "[DUE]\r\nSitoAbilitato=0\r\nRicorrenza=0\r\n"
-                   "[Altro programma]\r\nChiave = valore \r\n"
-                   "[UNO]\r\nSitoAbilitato=1\r\nSTimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\n"
-                   "MTimeWrite=60\r\nFlagCRLF=0\r\nDispositivo=STX30\r\nMODEM=0\r\nHandshake=HDW\r\n"
-                   "Xon= 17\r\nXoff= 19\r\nBaud=9600\r\nBitDati=8\r\nParita=N\r\nStop=1\r\n"
-                   "Ricorrenza=-2\r\nOgni= 259200\r\nOra=08:30 21/11/2026p\r\n"
-                   "AggData=0\r\nAggOra=0\r\nEliminaNull=0\r\nCorreggiCR=0\r\n"
-                   "Dati=c:\\Dati\\Uno.txt\r\nDati2=c:\\Scambio\\Uno.txt\r\nStorico=c:\\Storico\\Uno.txt\r\n"
-                   "Modello=Modello A\r\nStringaModem=ATX3S0=0\r\nStringaReset=AT&F\r\n"
-                   "NumeroTel=ATDT\r\nImportazione=\r\nFileTimeout=0\r\nSpazioTimeout=0\r\n"
-                   "TimeoutFineImp=15\r\nCharToDel=00\r\n"));
-}
-
-void edit_cycle_test::lookingAtASiteWritesNothing()
-{
-    SiteWindow window(kBefore, kCatalogue);
-    const QByteArray before = window.File();
+    static void addedSiteIsWrittenWhole()
     {
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
-            Type(form, "txtDati", "x");
-            Click(form, "Annulla");
-        });
-        Click(window.List(), "cmdProperties");
-    }
-    {
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { form.close(); });
-        Click(window.List(), "cmdProperties");
-    }
-
-    window.List().close();
-
-    QCOMPARE(window.File(), before);
-}
-
-void edit_cycle_test::addingEditingAndRemovingLeaveTheRestOfTheFile()
-{
-    SiteWindow window(kBefore, kCatalogue);
-    {
+        SiteWindow window(SettingsWith({}), kCatalogue);
         const ModalVisit<frmDettaglio> editor(FillWeeklyRemoteSite);
+
         Click(window.List(), "cmdAggiungi");
+
+        QCOMPARE(Lines(window.File()),
+                 Lines("[Siti]\r\nRA1=Ravenna, sede \xE0\r\n[General]\r\nCom=COM2\r\nLog=Comune.log\r\n" +
+                       QByteArray(kRavenna.data(), static_cast<qsizetype>(kRavenna.size()))));
     }
+
+    static void editedSiteIsWrittenAgain()
     {
-        // The first site is removed.
-        Part<QTableView>(window.List(), "dgrdGrigliaSiti").selectRow(0);
-        MessageProbe question(QString("Sì"));
-        Click(window.List(), "cmdRimuovi");
-    }
-    {
-        // Opening the new site and pressing OK writes the same bytes again.
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { Click(form, "OK"); });
+        SiteWindow window(kBefore, kCatalogue);
+        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
+            Choose(form, "cboVelocita", "9600");
+            Type(form, "mskValore", "3");
+            QTest::keyClick(&Part<QLineEdit>(form, "txtDati"), Qt::Key_Return);
+        });
+
         Click(window.List(), "cmdProperties");
+
+        QCOMPARE(
+            Lines(window.File()),
+            Lines("; Registratore di Bologna\r\n[General]\r\nCom=COM2\r\nLog=Vecchio.log\r\n\r\n"
+                  "[Siti]\r\n; codice=nome\r\nUNO=Sede di Forl\xEC\r\nDUE=Magazzino\r\n\r\n"
+                  "; nota da conservare\r\n"
+                  "[DUE]\r\nSitoAbilitato=0\r\nRicorrenza=0\r\n"
+                  "[Altro programma]\r\nChiave = valore \r\n"
+                  "[UNO]\r\nSitoAbilitato=1\r\nSTimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\n"
+                  "MTimeWrite=60\r\nFlagCRLF=0\r\nDispositivo=STX30\r\nMODEM=0\r\nHandshake=HDW\r\n"
+                  "Xon= 17\r\nXoff= 19\r\nBaud=9600\r\nBitDati=8\r\nParita=N\r\nStop=1\r\n"
+                  "Ricorrenza=-2\r\nOgni= 259200\r\nOra=08:30 21/11/2026p\r\n"
+                  "AggData=0\r\nAggOra=0\r\nEliminaNull=0\r\nCorreggiCR=0\r\n"
+                  "Dati=c:\\Dati\\Uno.txt\r\nDati2=c:\\Scambio\\Uno.txt\r\nStorico=c:\\Storico\\Uno.txt\r\n"
+                  "Modello=Modello A\r\nStringaModem=ATX3S0=0\r\nStringaReset=AT&F\r\n"
+                  "NumeroTel=ATDT\r\nImportazione=\r\nFileTimeout=0\r\nSpazioTimeout=0\r\n"
+                  "TimeoutFineImp=15\r\nCharToDel=00\r\n"));
     }
-    Click(window.List(), "cmdChiudi");
 
-    QVERIFY(!window.List().isVisible());
-    QByteArray ravenna(kRavenna.data(), static_cast<qsizetype>(kRavenna.size()));
-    // The editor capitalises the letter after each separator of a path, and reads the stored "0" as an alert
-    // at 0 MByte.
-    ravenna.replace("d:\\ra\\dati", "d:\\Ra\\Dati")
-        .replace("d:\\ra\\sc", "d:\\Ra\\Sc")
-        .replace("d:\\ra\\st", "d:\\Ra\\St");
-    QCOMPARE(Lines(window.File()),
-             Lines("; Registratore di Bologna\r\n[General]\r\nCom=COM2\r\nLog=Comune.log\r\n\r\n"
-                   "[Siti]\r\n; codice=nome\r\nDUE=Magazzino\r\nRA1=Ravenna, sede \xE0\r\n\r\n"
-                   "; nota da conservare\r\n"
-                   "[DUE]\r\nSitoAbilitato=0\r\nRicorrenza=0\r\n"
-                   "[Altro programma]\r\nChiave = valore \r\n" +
-                   ravenna));
-}
+    static void lookingAtASiteWritesNothing()
+    {
+        SiteWindow window(kBefore, kCatalogue);
+        const QByteArray before = window.File();
+        {
+            const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
+                Type(form, "txtDati", "x");
+                Click(form, "Annulla");
+            });
+            Click(window.List(), "cmdProperties");
+        }
+        {
+            const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { form.close(); });
+            Click(window.List(), "cmdProperties");
+        }
 
-void edit_cycle_test::changeByAnotherProgramMeanwhileIsKept()
-{
-    SiteWindow window(SettingsWith({"A", "B"}));
-    const ModalVisit<frmDettaglio> editor([&window](frmDettaglio& form) {
-        // Another site and a foreign section change while the editor is open.
-        std::string bytes = window.Settings().Bytes();
-        bytes.replace(bytes.find("[B]\r\nSitoAbilitato=1"), 20, "[B]\r\nSitoAbilitato=0");
-        window.Settings().Rewrite(bytes + "[Servizio]\r\nAvviato=1\r\n");
-        Click(form, "OK");
-    });
+        window.List().close();
 
-    Click(window.List(), "cmdProperties");
+        QCOMPARE(window.File(), before);
+    }
 
-    QCOMPARE(window.Settings().Line("B", "SitoAbilitato"), "SitoAbilitato=0");
-    QCOMPARE(window.Settings().Line("Servizio", "Avviato"), "Avviato=1");
-    QCOMPARE(window.Settings().Line("A", "CharToDel"), "CharToDel=00");
-}
+    static void addingEditingAndRemovingLeaveTheRestOfTheFile()
+    {
+        SiteWindow window(kBefore, kCatalogue);
+        {
+            const ModalVisit<frmDettaglio> editor(FillWeeklyRemoteSite);
+            Click(window.List(), "cmdAggiungi");
+        }
+        {
+            // The first site is removed.
+            Part<QTableView>(window.List(), "dgrdGrigliaSiti").selectRow(0);
+            MessageProbe question(QString("Sì"));
+            Click(window.List(), "cmdRimuovi");
+        }
+        {
+            // Opening the new site and pressing OK writes the same bytes again.
+            const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { Click(form, "OK"); });
+            Click(window.List(), "cmdProperties");
+        }
+        Click(window.List(), "cmdChiudi");
+
+        QVERIFY(!window.List().isVisible());
+        QByteArray ravenna(kRavenna.data(), static_cast<qsizetype>(kRavenna.size()));
+        // The editor capitalises the letter after each separator of a path, and reads the stored "0" as an
+        // alert at 0 MByte.
+        ravenna.replace("d:\\ra\\dati", "d:\\Ra\\Dati")
+            .replace("d:\\ra\\sc", "d:\\Ra\\Sc")
+            .replace("d:\\ra\\st", "d:\\Ra\\St");
+        QCOMPARE(Lines(window.File()),
+                 Lines("; Registratore di Bologna\r\n[General]\r\nCom=COM2\r\nLog=Comune.log\r\n\r\n"
+                       "[Siti]\r\n; codice=nome\r\nDUE=Magazzino\r\nRA1=Ravenna, sede \xE0\r\n\r\n"
+                       "; nota da conservare\r\n"
+                       "[DUE]\r\nSitoAbilitato=0\r\nRicorrenza=0\r\n"
+                       "[Altro programma]\r\nChiave = valore \r\n" +
+                       ravenna));
+    }
+
+    static void changeByAnotherProgramMeanwhileIsKept()
+    {
+        SiteWindow window(SettingsWith({"A", "B"}));
+        const ModalVisit<frmDettaglio> editor([&window](frmDettaglio& form) {
+            // Another site and a foreign section change while the editor is open.
+            std::string bytes = window.Settings().Bytes();
+            bytes.replace(bytes.find("[B]\r\nSitoAbilitato=1"), 20, "[B]\r\nSitoAbilitato=0");
+            window.Settings().Rewrite(bytes + "[Servizio]\r\nAvviato=1\r\n");
+            Click(form, "OK");
+        });
+
+        Click(window.List(), "cmdProperties");
+
+        QCOMPARE(window.Settings().Line("B", "SitoAbilitato"), "SitoAbilitato=0");
+        QCOMPARE(window.Settings().Line("Servizio", "Avviato"), "Avviato=1");
+        QCOMPARE(window.Settings().Line("A", "CharToDel"), "CharToDel=00");
+    }
+};
 
 } // namespace corvrec
 

@@ -89,338 +89,310 @@ class frmConnessione_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void captionsComeFromTheStringTable();
-    static void firstState();
-
-    static void connects();
-    static void disconnects();
-    static void anyOtherActionDoesNothing();
-    static void statusNamesTheAction_data();
-    static void statusNamesTheAction();
-    static void oneDialogServesManyActions();
-    static void buttonHasTheFocus();
-    static void barMovesWhileItWaits();
-
-    static void silenceIsReportedAtEachStep_data();
-    static void silenceIsReportedAtEachStep();
-    static void silenceOfADisconnectionIsReported();
-    static void inputDuringAMessageIsDiscarded();
-    static void lostPortCountsAsSilence_data();
-    static void lostPortCountsAsSilence();
-
-    static void portLostWhileItIsCancelledLeavesNoFlag();
-    static void cancellingACallShowsNothing_data();
-    static void cancellingACallShowsNothing();
-    static void dialogStaysUntilTheWaitHasEnded();
-    static void cancellingADisconnectionIsReported();
-    static void cancelBeforeTheFirstWaitCounts();
-};
-
-void frmConnessione_test::captionsComeFromTheStringTable()
-{
-    Fixture window;
-
-    QCOMPARE(window.dialog.windowTitle(), "Connessione modem");
-    QCOMPARE(window.dialog.property("tag").toString(), "601;");
-    auto& caption = SiteWindow::Part<QLabel>(window.dialog, "Label1");
-    QCOMPARE(caption.text(), "Stato:");
-    QCOMPARE(caption.property("tag").toString(), "602;");
-    QCOMPARE(window.Button().text(), "Annulla");
-    QCOMPARE(window.Button().property("tag").toString(), "2;");
-}
-
-void frmConnessione_test::firstState()
-{
-    SerialLine line;
-    line.cancel.raised = true;
-
-    frmConnessione dialog(line.wait, {});
-
-    QVERIFY(!dialog.Cancel());
-    QVERIFY(!dialog.ErrModem());
-    QCOMPARE(dialog.Azione(), 0);
-    QCOMPARE(Shown(SiteWindow::Part<QLabel>(dialog, "lblStato")), "");
-    QVERIFY(SiteWindow::Part<QPushButton>(dialog, "cmdAnnulla").isEnabled());
-    QVERIFY(line.port.Journal().empty());
-}
-
-void frmConnessione_test::connects()
-{
-    Fixture window;
-    window.line.pump.At(10, [&] { window.line.port.Receive("ok"); });
-    window.line.pump.At(20, [&] { window.line.port.Receive("OK"); });
-    window.line.pump.At(30, [&] { window.line.port.Receive("\r\nCONNECT"); });
-
-    window.Run(1);
-
-    QCOMPARE(window.Journal(), QStringList({"0 ClearInput", "0 Output ATz<0D>", "10 ClearInput",
-                                            "10 Output AT<0D>", "20 ClearInput", "20 Output ATDP0123<0D>"}));
-    QVERIFY(!window.dialog.ErrModem());
-    QVERIFY(!window.dialog.Cancel());
-    QVERIFY(!window.dialog.isVisible());
-}
-
-void frmConnessione_test::disconnects()
-{
-    Fixture window;
-    window.line.pump.At(1000, [&] { window.line.port.Receive("OK"); });
-    window.line.pump.At(1500, [&] { window.line.port.Receive("OK"); });
-
-    window.Run(0);
-
-    QCOMPARE(window.Journal(), QStringList({"0 Output +++", "1000 ClearInput", "1000 Output ATH<0D>"}));
-    QVERIFY(!window.dialog.ErrModem());
-    QVERIFY(!window.dialog.isVisible());
-}
-
-void frmConnessione_test::anyOtherActionDoesNothing()
-{
-    Fixture window;
-    window.dialog.SetAzione(2);
-
-    window.dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window.dialog, kPatienceMs));
-    QCoreApplication::processEvents(); // the action would start here
-
-    QVERIFY(window.dialog.isVisible());
-    QCOMPARE(window.Journal(), QStringList());
-    QCOMPARE(window.Status(), "");
-    QVERIFY(!window.dialog.ErrModem());
-}
-
-void frmConnessione_test::statusNamesTheAction_data()
-{
-    QTest::addColumn<int>("action");
-    QTest::addColumn<QString>("status");
-    QTest::newRow("connect") << 1 << "Connessione in corso..";
-    QTest::newRow("disconnect") << 0 << "Disconnessione in corso..";
-}
-
-void frmConnessione_test::statusNamesTheAction()
-{
-    QFETCH(const int, action);
-    QFETCH(const QString, status);
-    Fixture window;
-    QString shown;
-    bool isVisible = false;
-    window.line.pump.At(100, [&] {
-        shown = window.Status();
-        isVisible = window.dialog.isVisible();
-    });
-    MessageProbe message(Qt::Key_Return);
-
-    window.Run(action);
-
-    QCOMPARE(shown, status);
-    QVERIFY(isVisible);
-}
-
-void frmConnessione_test::oneDialogServesManyActions()
-{
-    Fixture window;
-    window.line.port.Answer("+++", "OK");
-    window.line.port.Answer("ATH\r", "OK");
+    static void captionsComeFromTheStringTable()
     {
-        MessageProbe message(Qt::Key_Return);
-        window.Run(1); // the modem does not answer
-        QVERIFY(window.dialog.ErrModem());
+        Fixture window;
+
+        QCOMPARE(window.dialog.windowTitle(), "Connessione modem");
+        QCOMPARE(window.dialog.property("tag").toString(), "601;");
+        auto& caption = SiteWindow::Part<QLabel>(window.dialog, "Label1");
+        QCOMPARE(caption.text(), "Stato:");
+        QCOMPARE(caption.property("tag").toString(), "602;");
+        QCOMPARE(window.Button().text(), "Annulla");
+        QCOMPARE(window.Button().property("tag").toString(), "2;");
     }
 
-    window.Run(0);
+    static void firstState()
+    {
+        SerialLine line;
+        line.cancel.raised = true;
 
-    QVERIFY(!window.dialog.ErrModem());
-    QCOMPARE(window.Journal().last(), "3001 Output ATH<0D>");
-}
+        frmConnessione dialog(line.wait, {});
 
-void frmConnessione_test::buttonHasTheFocus()
-{
-    Fixture window;
-    const QWidget* focused = nullptr;
-    window.line.pump.At(10, [&] {
-        focused = window.dialog.focusWidget();
-        window.dialog.SetCancel(true);
-    });
+        QVERIFY(!dialog.Cancel());
+        QVERIFY(!dialog.ErrModem());
+        QCOMPARE(dialog.Azione(), 0);
+        QCOMPARE(Shown(SiteWindow::Part<QLabel>(dialog, "lblStato")), "");
+        QVERIFY(SiteWindow::Part<QPushButton>(dialog, "cmdAnnulla").isEnabled());
+        QVERIFY(line.port.Journal().empty());
+    }
 
-    window.Run(1);
+    static void connects()
+    {
+        Fixture window;
+        window.line.pump.At(10, [&] { window.line.port.Receive("ok"); });
+        window.line.pump.At(20, [&] { window.line.port.Receive("OK"); });
+        window.line.pump.At(30, [&] { window.line.port.Receive("\r\nCONNECT"); });
 
-    QCOMPARE(focused, &window.Button());
-}
+        window.Run(1);
 
-void frmConnessione_test::barMovesWhileItWaits()
-{
-    Fixture window;
-    bool isMoving = false;
-    window.line.pump.At(10, [&] {
-        isMoving = QTest::qWaitFor([&] { return window.Bar().value() == 2; }, kPatienceMs);
-        window.dialog.SetCancel(true);
-    });
+        QCOMPARE(window.Journal(),
+                 QStringList({"0 ClearInput", "0 Output ATz<0D>", "10 ClearInput", "10 Output AT<0D>",
+                              "20 ClearInput", "20 Output ATDP0123<0D>"}));
+        QVERIFY(!window.dialog.ErrModem());
+        QVERIFY(!window.dialog.Cancel());
+        QVERIFY(!window.dialog.isVisible());
+    }
 
-    window.Run(1);
+    static void disconnects()
+    {
+        Fixture window;
+        window.line.pump.At(1000, [&] { window.line.port.Receive("OK"); });
+        window.line.pump.At(1500, [&] { window.line.port.Receive("OK"); });
 
-    QVERIFY(isMoving);
-}
+        window.Run(0);
 
-void frmConnessione_test::silenceIsReportedAtEachStep_data()
-{
-    QTest::addColumn<int>("answers");
-    QTest::addColumn<QString>("last");
-    QTest::newRow("reset") << 0 << "3001 ClearInput";
-    QTest::newRow("initialisation") << 1 << "3001 ClearInput";
-    QTest::newRow("call") << 2 << "120001 ClearInput";
-}
+        QCOMPARE(window.Journal(), QStringList({"0 Output +++", "1000 ClearInput", "1000 Output ATH<0D>"}));
+        QVERIFY(!window.dialog.ErrModem());
+        QVERIFY(!window.dialog.isVisible());
+    }
 
-void frmConnessione_test::silenceIsReportedAtEachStep()
-{
-    QFETCH(const int, answers);
-    QFETCH(const QString, last);
-    Fixture window;
-    if (answers >= 1)
+    static void anyOtherActionDoesNothing()
+    {
+        Fixture window;
+        window.dialog.SetAzione(2);
+
+        window.dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window.dialog, kPatienceMs));
+        QCoreApplication::processEvents(); // the action would start here
+
+        QVERIFY(window.dialog.isVisible());
+        QCOMPARE(window.Journal(), QStringList());
+        QCOMPARE(window.Status(), "");
+        QVERIFY(!window.dialog.ErrModem());
+    }
+
+    static void statusNamesTheAction_data()
+    {
+        QTest::addColumn<int>("action");
+        QTest::addColumn<QString>("status");
+        QTest::newRow("connect") << 1 << "Connessione in corso..";
+        QTest::newRow("disconnect") << 0 << "Disconnessione in corso..";
+    }
+
+    static void statusNamesTheAction()
+    {
+        QFETCH(const int, action);
+        QFETCH(const QString, status);
+        Fixture window;
+        QString shown;
+        bool isVisible = false;
+        window.line.pump.At(100, [&] {
+            shown = window.Status();
+            isVisible = window.dialog.isVisible();
+        });
+        MessageProbe message(Qt::Key_Return);
+
+        window.Run(action);
+
+        QCOMPARE(shown, status);
+        QVERIFY(isVisible);
+    }
+
+    static void oneDialogServesManyActions()
+    {
+        Fixture window;
+        window.line.port.Answer("+++", "OK");
+        window.line.port.Answer("ATH\r", "OK");
+        {
+            MessageProbe message(Qt::Key_Return);
+            window.Run(1); // the modem does not answer
+            QVERIFY(window.dialog.ErrModem());
+        }
+
+        window.Run(0);
+
+        QVERIFY(!window.dialog.ErrModem());
+        QCOMPARE(window.Journal().last(), "3001 Output ATH<0D>");
+    }
+
+    static void buttonHasTheFocus()
+    {
+        Fixture window;
+        const QWidget* focused = nullptr;
+        window.line.pump.At(10, [&] {
+            focused = window.dialog.focusWidget();
+            window.dialog.SetCancel(true);
+        });
+
+        window.Run(1);
+
+        QCOMPARE(focused, &window.Button());
+    }
+
+    static void barMovesWhileItWaits()
+    {
+        Fixture window;
+        bool isMoving = false;
+        window.line.pump.At(10, [&] {
+            isMoving = QTest::qWaitFor([&] { return window.Bar().value() == 2; }, kPatienceMs);
+            window.dialog.SetCancel(true);
+        });
+
+        window.Run(1);
+
+        QVERIFY(isMoving);
+    }
+
+    static void silenceIsReportedAtEachStep_data()
+    {
+        QTest::addColumn<int>("answers");
+        QTest::addColumn<QString>("last");
+        QTest::newRow("reset") << 0 << "3001 ClearInput";
+        QTest::newRow("initialisation") << 1 << "3001 ClearInput";
+        QTest::newRow("call") << 2 << "120001 ClearInput";
+    }
+
+    static void silenceIsReportedAtEachStep()
+    {
+        QFETCH(const int, answers);
+        QFETCH(const QString, last);
+        Fixture window;
+        if (answers >= 1)
+            window.line.port.Answer("ATz\r", "OK");
+        if (answers >= 2)
+            window.line.port.Answer("AT\r", "OK");
+        MessageProbe message(Qt::Key_Return, [&] { QVERIFY(window.dialog.isVisible()); });
+
+        window.Run(1);
+
+        ExpectMessage(message, kNoConnection, "Connessione");
+        QCOMPARE(window.Journal().last(), last);
+        QVERIFY(window.dialog.ErrModem());
+        QVERIFY(!window.dialog.isVisible());
+        QVERIFY(window.line.port.IsOpen());
+    }
+
+    static void silenceOfADisconnectionIsReported()
+    {
+        Fixture window;
+        MessageProbe message(Qt::Key_Return);
+
+        window.Run(0);
+
+        ExpectMessage(message, kNoDisconnection, "Disconnessione");
+        QCOMPARE(window.line.port.Sent(), "+++");
+        QVERIFY(window.dialog.ErrModem());
+        QVERIFY(!window.dialog.isVisible());
+        QVERIFY(window.line.port.IsOpen());
+    }
+
+    static void inputDuringAMessageIsDiscarded()
+    {
+        Fixture window;
+        MessageProbe message(Qt::Key_Return, [&] { window.line.port.Receive("OK"); });
+
+        window.Run(1);
+
+        QCOMPARE(window.line.port.Waiting(), "");
+    }
+
+    static void lostPortCountsAsSilence_data()
+    {
+        QTest::addColumn<int>("action");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("title");
+        QTest::newRow("connect") << 1 << kNoConnection << "Connessione";
+        QTest::newRow("disconnect") << 0 << kNoDisconnection << "Disconnessione";
+    }
+
+    static void lostPortCountsAsSilence()
+    {
+        QFETCH(const int, action);
+        QFETCH(const QString, text);
+        QFETCH(const QString, title);
+        Fixture window;
+        window.line.pump.At(400, [&] { window.line.port.Lose(); });
+        MessageProbe message(Qt::Key_Return);
+
+        window.Run(action);
+
+        ExpectMessage(message, text, title);
+        QCOMPARE(window.Journal().last(), "400 ClearInput");
+        QVERIFY(window.dialog.ErrModem());
+        QVERIFY(!window.dialog.isVisible());
+    }
+
+    static void portLostWhileItIsCancelledLeavesNoFlag()
+    {
+        Fixture window;
+        window.line.pump.At(400, [&] {
+            QTest::mouseClick(&window.Button(), Qt::LeftButton);
+            window.line.port.Lose();
+        });
+        MessageProbe message(Qt::Key_Return);
+
+        window.Run(1);
+
+        QVERIFY(window.dialog.ErrModem());
+        QVERIFY(!window.dialog.Cancel()); // otherwise the next request would end as cancelled
+    }
+
+    static void cancellingACallShowsNothing_data() { AddWaysToCancel(); }
+
+    static void cancellingACallShowsNothing()
+    {
+        QFETCH(const CancelWay, cancel);
+        Fixture window;
         window.line.port.Answer("ATz\r", "OK");
-    if (answers >= 2)
         window.line.port.Answer("AT\r", "OK");
-    MessageProbe message(Qt::Key_Return, [&] { QVERIFY(window.dialog.isVisible()); });
+        window.line.pump.At(60000, [&] { cancel(window); });
 
-    window.Run(1);
+        window.Run(1);
 
-    ExpectMessage(message, kNoConnection, "Connessione");
-    QCOMPARE(window.Journal().last(), last);
-    QVERIFY(window.dialog.ErrModem());
-    QVERIFY(!window.dialog.isVisible());
-    QVERIFY(window.line.port.IsOpen());
-}
+        QCOMPARE(window.Journal().mid(5), QStringList({"0 Output ATDP0123<0D>", "60000 ClearInput"}));
+        QVERIFY(window.dialog.ErrModem());
+        QVERIFY(!window.dialog.Cancel());
+        QVERIFY(!window.dialog.isVisible());
+        QVERIFY(window.line.port.IsOpen());
+    }
 
-void frmConnessione_test::silenceOfADisconnectionIsReported()
-{
-    Fixture window;
-    MessageProbe message(Qt::Key_Return);
+    static void dialogStaysUntilTheWaitHasEnded()
+    {
+        Fixture window;
+        bool isVisible = false;
+        bool isCancelled = false;
+        window.line.pump.At(60, [&] {
+            window.dialog.close();
+            isVisible = window.dialog.isVisible();
+            isCancelled = window.dialog.Cancel();
+        });
 
-    window.Run(0);
+        window.Run(1);
 
-    ExpectMessage(message, kNoDisconnection, "Disconnessione");
-    QCOMPARE(window.line.port.Sent(), "+++");
-    QVERIFY(window.dialog.ErrModem());
-    QVERIFY(!window.dialog.isVisible());
-    QVERIFY(window.line.port.IsOpen());
-}
+        QVERIFY(isVisible);
+        QVERIFY(isCancelled);
+        QVERIFY(!window.dialog.isVisible());
+    }
 
-void frmConnessione_test::inputDuringAMessageIsDiscarded()
-{
-    Fixture window;
-    MessageProbe message(Qt::Key_Return, [&] { window.line.port.Receive("OK"); });
+    static void cancellingADisconnectionIsReported()
+    {
+        Fixture window;
+        window.line.pump.At(60, [&] { QTest::mouseClick(&window.Button(), Qt::LeftButton); });
+        MessageProbe message(Qt::Key_Return);
 
-    window.Run(1);
+        window.Run(0);
 
-    QCOMPARE(window.line.port.Waiting(), "");
-}
+        ExpectMessage(message, kNoDisconnection, "Disconnessione");
+        QCOMPARE(window.line.port.Sent(), "+++");
+        QVERIFY(window.dialog.ErrModem());
+        QVERIFY(!window.dialog.Cancel());
+    }
 
-void frmConnessione_test::lostPortCountsAsSilence_data()
-{
-    QTest::addColumn<int>("action");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("title");
-    QTest::newRow("connect") << 1 << kNoConnection << "Connessione";
-    QTest::newRow("disconnect") << 0 << kNoDisconnection << "Disconnessione";
-}
+    // Cancelled after the dialog is shown and before the action starts.
+    static void cancelBeforeTheFirstWaitCounts()
+    {
+        Fixture window;
+        window.dialog.SetCancel(true);
 
-void frmConnessione_test::lostPortCountsAsSilence()
-{
-    QFETCH(const int, action);
-    QFETCH(const QString, text);
-    QFETCH(const QString, title);
-    Fixture window;
-    window.line.pump.At(400, [&] { window.line.port.Lose(); });
-    MessageProbe message(Qt::Key_Return);
+        window.Run(1);
 
-    window.Run(action);
-
-    ExpectMessage(message, text, title);
-    QCOMPARE(window.Journal().last(), "400 ClearInput");
-    QVERIFY(window.dialog.ErrModem());
-    QVERIFY(!window.dialog.isVisible());
-}
-
-void frmConnessione_test::portLostWhileItIsCancelledLeavesNoFlag()
-{
-    Fixture window;
-    window.line.pump.At(400, [&] {
-        QTest::mouseClick(&window.Button(), Qt::LeftButton);
-        window.line.port.Lose();
-    });
-    MessageProbe message(Qt::Key_Return);
-
-    window.Run(1);
-
-    QVERIFY(window.dialog.ErrModem());
-    QVERIFY(!window.dialog.Cancel()); // otherwise the next request would end as cancelled
-}
-
-void frmConnessione_test::cancellingACallShowsNothing_data()
-{
-    AddWaysToCancel();
-}
-
-void frmConnessione_test::cancellingACallShowsNothing()
-{
-    QFETCH(const CancelWay, cancel);
-    Fixture window;
-    window.line.port.Answer("ATz\r", "OK");
-    window.line.port.Answer("AT\r", "OK");
-    window.line.pump.At(60000, [&] { cancel(window); });
-
-    window.Run(1);
-
-    QCOMPARE(window.Journal().mid(5), QStringList({"0 Output ATDP0123<0D>", "60000 ClearInput"}));
-    QVERIFY(window.dialog.ErrModem());
-    QVERIFY(!window.dialog.Cancel());
-    QVERIFY(!window.dialog.isVisible());
-    QVERIFY(window.line.port.IsOpen());
-}
-
-void frmConnessione_test::dialogStaysUntilTheWaitHasEnded()
-{
-    Fixture window;
-    bool isVisible = false;
-    bool isCancelled = false;
-    window.line.pump.At(60, [&] {
-        window.dialog.close();
-        isVisible = window.dialog.isVisible();
-        isCancelled = window.dialog.Cancel();
-    });
-
-    window.Run(1);
-
-    QVERIFY(isVisible);
-    QVERIFY(isCancelled);
-    QVERIFY(!window.dialog.isVisible());
-}
-
-void frmConnessione_test::cancellingADisconnectionIsReported()
-{
-    Fixture window;
-    window.line.pump.At(60, [&] { QTest::mouseClick(&window.Button(), Qt::LeftButton); });
-    MessageProbe message(Qt::Key_Return);
-
-    window.Run(0);
-
-    ExpectMessage(message, kNoDisconnection, "Disconnessione");
-    QCOMPARE(window.line.port.Sent(), "+++");
-    QVERIFY(window.dialog.ErrModem());
-    QVERIFY(!window.dialog.Cancel());
-}
-
-// Cancelled after the dialog is shown and before the action starts.
-void frmConnessione_test::cancelBeforeTheFirstWaitCounts()
-{
-    Fixture window;
-    window.dialog.SetCancel(true);
-
-    window.Run(1);
-
-    QCOMPARE(window.Journal(),
-             QStringList({"0 ClearInput", "0 Output ATz<0D>", "0 ClearInput", "0 ClearInput"}));
-    QVERIFY(window.dialog.ErrModem());
-    QVERIFY(!window.dialog.Cancel());
-}
+        QCOMPARE(window.Journal(),
+                 QStringList({"0 ClearInput", "0 Output ATz<0D>", "0 ClearInput", "0 ClearInput"}));
+        QVERIFY(window.dialog.ErrModem());
+        QVERIFY(!window.dialog.Cancel());
+    }
+};
 
 } // namespace corvrec
 

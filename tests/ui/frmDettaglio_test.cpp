@@ -62,578 +62,540 @@ class frmDettaglio_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void captionsComeFromTheStringTable_data();
-    static void captionsComeFromTheStringTable();
-    static void titleAndTabsComeFromTheStringTable();
-    static void listsHoldTheirTablesInRowOrder();
-    static void firstStatesOfControlsWithoutADefault();
+    static void captionsComeFromTheStringTable_data()
+    {
+        QTest::addColumn<QString>("caption");
+        const std::map<const char*, const char*> captions{
+            {"lblNomeSito", "&Nome del sito"},
+            {"lblCodice", "&Codice"},
+            {"chkAbilitato", "Sito &abilitato"},
+            {"OK", "OK"},
+            {"Annulla", "Annulla"},
+            {"Label3", "Dispositi&vo:"},
+            {"fraColleg", "Tipo di collegamento"},
+            {"optLocale", "Collegamento &locale"},
+            {"optRemoto", "Collegamento &remoto"},
+            {"btnModem", "&Modem..."},
+            {"fraHandS", "Handshake"},
+            {"txtTipoHands", "&Tipo:"},
+            {"chkXon", "Xo&n"},
+            {"lblXon", "C&TRL -"},
+            {"chkXoff", "Xo&ff:"},
+            {"lblXoff", "C&TRL -"},
+            {"cmdSX", "Stato &Buffer..."},
+            {"Frame1", "Parametri di connessione"},
+            {"lblVelocita", "V&elocità:"},
+            {"lblBitDati", "Bit di &dati:"},
+            {"lblParita", "&Parità:"},
+            {"lblBitStop", "Bit di &stop:"},
+            {"lblRicorrenza", "&Ricorrenza:"},
+            {"fraParametri", "Parametri"},
+            {"lblNessuno", "Nessuno"},
+            {"lblOgni", "Acquisisci &ogni"},
+            {"cmdTAvanzate", "A&vanzate..."},
+            {"lblDati", "File &dati:"},
+            {"lblDati2", "File di sca&mbio:"},
+            {"lblStorico", "File &storico:"},
+            {"lblLog", "File di &log:"},
+            {"cmdSfoglia1", "Sfoglia..."},
+            {"cmdSfoglia2", "Sfoglia..."},
+            {"cmdSfoglia3", "Sfoglia..."},
+            {"cmdFileAvanzate", "A&vanzate..."},
+        };
+        for (const auto& [name, caption] : captions)
+            QTest::newRow(name) << QString(caption);
+    }
 
-    static void newSiteStartsWithTheDefaults();
-    static void newSiteNamesFilesInTheProgramsFolder();
-    static void defaultsSelectTheWholeFileNames();
-    static void defaultsPutTheTimeOfDayOverAnyStartTime();
-    static void defaultsResetARemoteSiteWithPabx();
-    static void defaultsLeaveControlsThatTheyDoNotName();
+    static void captionsComeFromTheStringTable()
+    {
+        QFETCH(QString, caption);
+        EditorWindow window(SettingsWith({}));
 
-    static void deviceRule_data();
-    static void deviceRule();
-    static void deviceRuleOfARemoteSite_data();
-    static void deviceRuleOfARemoteSite();
-    static void leavingForPabxForcesLocal();
-    static void oldestStratoboxKeepsTheOptionAndTheSpeeds();
-    static void remoteSiteComesBackFromTheOldestStratobox();
-    static void localAndRemoteSwitchTheModemButton();
-    static void unknownDeviceRowChangesNothing();
+        const auto& control = window.At<QWidget>(QTest::currentDataTag());
 
-    static void handshakeRule_data();
-    static void handshakeRule();
-    static void bufferDeviceNeverEditsTheHandshake();
-    static void softwareHandshakeReturnsWithPabx();
+        const bool isGroup = qobject_cast<const QGroupBox*>(&control) != nullptr;
+        QCOMPARE(control.property(isGroup ? "title" : "text").toString(), caption);
+    }
 
-    static void speedList_data();
-    static void speedList();
-    static void highSpeedIsLostWithItsDevice();
-    static void lowSpeedSurvivesTheDevice();
-    static void oldestStratoboxKeepsTheHighSpeeds();
+    static void titleAndTabsComeFromTheStringTable()
+    {
+        EditorWindow window(SettingsWith({}));
+        const auto& tabs = window.At<QTabWidget>("tabSetup");
 
-    static void identityIsEnabledFromOutsideOnly();
-    static void identityOfAnExistingSiteIsReadable();
-    static void newSiteMarksNoFieldWithoutTheFocus();
-    static void cancelAndNuovoAreFlags();
-    static void contentsStayBetweenUses();
-};
+        QCOMPARE(window.Editor().windowTitle(), "Corvane Recorder - Configurazione");
+        QCOMPARE(tabs.count(), 3);
+        QCOMPARE(tabs.tabText(0), "Connessione");
+        QCOMPARE(tabs.tabText(1), "Acquisizione");
+        QCOMPARE(tabs.tabText(2), "File");
+    }
 
-void frmDettaglio_test::captionsComeFromTheStringTable_data()
-{
-    QTest::addColumn<QString>("caption");
-    const std::map<const char*, const char*> captions{
-        {"lblNomeSito", "&Nome del sito"},
-        {"lblCodice", "&Codice"},
-        {"chkAbilitato", "Sito &abilitato"},
-        {"OK", "OK"},
-        {"Annulla", "Annulla"},
-        {"Label3", "Dispositi&vo:"},
-        {"fraColleg", "Tipo di collegamento"},
-        {"optLocale", "Collegamento &locale"},
-        {"optRemoto", "Collegamento &remoto"},
-        {"btnModem", "&Modem..."},
-        {"fraHandS", "Handshake"},
-        {"txtTipoHands", "&Tipo:"},
-        {"chkXon", "Xo&n"},
-        {"lblXon", "C&TRL -"},
-        {"chkXoff", "Xo&ff:"},
-        {"lblXoff", "C&TRL -"},
-        {"cmdSX", "Stato &Buffer..."},
-        {"Frame1", "Parametri di connessione"},
-        {"lblVelocita", "V&elocità:"},
-        {"lblBitDati", "Bit di &dati:"},
-        {"lblParita", "&Parità:"},
-        {"lblBitStop", "Bit di &stop:"},
-        {"lblRicorrenza", "&Ricorrenza:"},
-        {"fraParametri", "Parametri"},
-        {"lblNessuno", "Nessuno"},
-        {"lblOgni", "Acquisisci &ogni"},
-        {"cmdTAvanzate", "A&vanzate..."},
-        {"lblDati", "File &dati:"},
-        {"lblDati2", "File di sca&mbio:"},
-        {"lblStorico", "File &storico:"},
-        {"lblLog", "File di &log:"},
-        {"cmdSfoglia1", "Sfoglia..."},
-        {"cmdSfoglia2", "Sfoglia..."},
-        {"cmdSfoglia3", "Sfoglia..."},
-        {"cmdFileAvanzate", "A&vanzate..."},
-    };
-    for (const auto& [name, caption] : captions)
-        QTest::newRow(name) << QString(caption);
-}
+    static void listsHoldTheirTablesInRowOrder()
+    {
+        EditorWindow window(SettingsWith({}));
+        auto& days = window.At<CheckList>("lstGiorni");
+        QStringList shownDays;
+        for (int row = 0; row < days.count(); ++row)
+            shownDays.append(days.item(row)->text());
 
-void frmDettaglio_test::captionsComeFromTheStringTable()
-{
-    QFETCH(QString, caption);
-    EditorWindow window(SettingsWith({}));
+        QCOMPARE(Entries(window.Choice("cboTipoConn")),
+                 QStringList({"Pabx", "Buffer", "Stratobox 1.1", "Stratobox 2.0", "Stratobox 3.0",
+                              "Stratobox Buffer"}));
+        QCOMPARE(Entries(window.Choice("cboHandS")), QStringList({"Nessuno", "Software", "Hardware"}));
+        QCOMPARE(Entries(window.Choice("cboParita")), QStringList({"Nessuna", "Pari", "Dispari"}));
+        QCOMPARE(Entries(window.Choice("cboBitDati")), QStringList({"7", "8"}));
+        QCOMPARE(Entries(window.Choice("cboBitStop")), QStringList({"1", "2"}));
+        QCOMPARE(Entries(window.Choice("cboRicorrenza")),
+                 QStringList({"Continua", "Oraria", "Giornaliera", "Settimanale"}));
+        QCOMPARE(Entries(window.Choice("cboVelocita")), kLowSpeeds);
+        QCOMPARE(shownDays,
+                 QStringList({"Lunedì", "Martedì", "Mercoledì", "Giovedì", "Venerdì", "Sabato", "Domenica"}));
+    }
 
-    const auto& control = window.At<QWidget>(QTest::currentDataTag());
+    static void firstStatesOfControlsWithoutADefault()
+    {
+        EditorWindow window(SettingsWith({}));
+        const std::map<const char*, QString> states{
+            {"chkXon", "on"},
+            {"txtXon", "Q"},
+            {"chkXoff", "on"},
+            {"txtXoff", "S"},
+            {"chkData", "off"},
+            {"chkOra", "off"},
+            {"chkNull", "off"},
+            {"chkCrLf", "off"},
+            {"chkFile", "off"},
+            {"txtFile", "600"},
+            {"chkSpazio", "off"},
+            {"txtSpazio", "20"},
+            {"optToni", "on"},
+            {"txtTelefono", ""},
+            {"txtTentImpor", ""},
+            {"txtStringaReset", "&F"},
+            {"lstGiorni", ""},
+            {"mskValore", "1"},
+            {"txtStringaInit", "X3S0=0&M5&K0&C1&D2&R1"},
+        };
 
-    const bool isGroup = qobject_cast<const QGroupBox*>(&control) != nullptr;
-    QCOMPARE(control.property(isGroup ? "title" : "text").toString(), caption);
-}
+        for (const auto& [name, state] : states)
+            QCOMPARE(QString(name) + ": " + window.Shows(name), QString(name) + ": " + state);
+    }
 
-void frmDettaglio_test::titleAndTabsComeFromTheStringTable()
-{
-    EditorWindow window(SettingsWith({}));
-    const auto& tabs = window.At<QTabWidget>("tabSetup");
+    static void newSiteStartsWithTheDefaults()
+    {
+        EditorWindow window(SettingsWith({}));
+        const std::map<const char*, QString> states{
+            {"cboTipoConn", "Pabx"}, {"optLocale", "on"},       {"optRemoto", "off"},
+            {"cboVelocita", "9600"}, {"cboBitDati", "8"},       {"cboParita", "Nessuna"},
+            {"cboBitStop", "1"},     {"cboHandS", "Hardware"},  {"mskOrario", "18:03"},
+            {"txtNomeSito", ""},     {"txtCodice", ""},         {"chkAbilitato", "off"},
+            {"mskValore", "1"},      {"txtLog", "Corvrec.log"}, {"cboRicorrenza", "Continua"},
+        };
 
-    QCOMPARE(window.Editor().windowTitle(), "Corvane Recorder - Configurazione");
-    QCOMPARE(tabs.count(), 3);
-    QCOMPARE(tabs.tabText(0), "Connessione");
-    QCOMPARE(tabs.tabText(1), "Acquisizione");
-    QCOMPARE(tabs.tabText(2), "File");
-}
+        window.Add();
 
-void frmDettaglio_test::listsHoldTheirTablesInRowOrder()
-{
-    EditorWindow window(SettingsWith({}));
-    auto& days = window.At<CheckList>("lstGiorni");
-    QStringList shownDays;
-    for (int row = 0; row < days.count(); ++row)
-        shownDays.append(days.item(row)->text());
+        for (const auto& [name, state] : states)
+            QCOMPARE(QString(name) + ": " + window.Shows(name), QString(name) + ": " + state);
+        QCOMPARE(EnabledControls(window), kHandshakeOnly);
+    }
 
-    QCOMPARE(Entries(window.Choice("cboTipoConn")),
-             QStringList(
-                 {"Pabx", "Buffer", "Stratobox 1.1", "Stratobox 2.0", "Stratobox 3.0", "Stratobox Buffer"}));
-    QCOMPARE(Entries(window.Choice("cboHandS")), QStringList({"Nessuno", "Software", "Hardware"}));
-    QCOMPARE(Entries(window.Choice("cboParita")), QStringList({"Nessuna", "Pari", "Dispari"}));
-    QCOMPARE(Entries(window.Choice("cboBitDati")), QStringList({"7", "8"}));
-    QCOMPARE(Entries(window.Choice("cboBitStop")), QStringList({"1", "2"}));
-    QCOMPARE(Entries(window.Choice("cboRicorrenza")),
-             QStringList({"Continua", "Oraria", "Giornaliera", "Settimanale"}));
-    QCOMPARE(Entries(window.Choice("cboVelocita")), kLowSpeeds);
-    QCOMPARE(shownDays,
-             QStringList({"Lunedì", "Martedì", "Mercoledì", "Giovedì", "Venerdì", "Sabato", "Domenica"}));
-}
+    static void newSiteNamesFilesInTheProgramsFolder()
+    {
+        EditorWindow window(SettingsWith({}));
+        const QString directory = QString::fromStdString(window.Settings().Directory().string()) + "/";
 
-void frmDettaglio_test::firstStatesOfControlsWithoutADefault()
-{
-    EditorWindow window(SettingsWith({}));
-    const std::map<const char*, QString> states{
-        {"chkXon", "on"},
-        {"txtXon", "Q"},
-        {"chkXoff", "on"},
-        {"txtXoff", "S"},
-        {"chkData", "off"},
-        {"chkOra", "off"},
-        {"chkNull", "off"},
-        {"chkCrLf", "off"},
-        {"chkFile", "off"},
-        {"txtFile", "600"},
-        {"chkSpazio", "off"},
-        {"txtSpazio", "20"},
-        {"optToni", "on"},
-        {"txtTelefono", ""},
-        {"txtTentImpor", ""},
-        {"txtStringaReset", "&F"},
-        {"lstGiorni", ""},
-        {"mskValore", "1"},
-        {"txtStringaInit", "X3S0=0&M5&K0&C1&D2&R1"},
-    };
+        window.Add();
 
-    for (const auto& [name, state] : states)
-        QCOMPARE(QString(name) + ": " + window.Shows(name), QString(name) + ": " + state);
-}
+        QCOMPARE(window.Shows("txtDati"), directory + "Corvrec.txt");
+        QCOMPARE(window.Shows("txtDati2"), directory + "CRemoto.txt");
+        QCOMPARE(window.Shows("txtStorico"), directory + "Storico.txt");
+        QCOMPARE(window.Shows("txtLog"), "Corvrec.log");
+    }
 
-void frmDettaglio_test::newSiteStartsWithTheDefaults()
-{
-    EditorWindow window(SettingsWith({}));
-    const std::map<const char*, QString> states{
-        {"cboTipoConn", "Pabx"}, {"optLocale", "on"},       {"optRemoto", "off"},
-        {"cboVelocita", "9600"}, {"cboBitDati", "8"},       {"cboParita", "Nessuna"},
-        {"cboBitStop", "1"},     {"cboHandS", "Hardware"},  {"mskOrario", "18:03"},
-        {"txtNomeSito", ""},     {"txtCodice", ""},         {"chkAbilitato", "off"},
-        {"mskValore", "1"},      {"txtLog", "Corvrec.log"}, {"cboRicorrenza", "Continua"},
-    };
+    static void defaultsSelectTheWholeFileNames()
+    {
+        EditorWindow window(SettingsWith({}));
 
-    window.Add();
+        window.Add();
 
-    for (const auto& [name, state] : states)
-        QCOMPARE(QString(name) + ": " + window.Shows(name), QString(name) + ": " + state);
-    QCOMPARE(EnabledControls(window), kHandshakeOnly);
-}
+        for (const char* const name : {"txtDati", "txtDati2", "txtStorico", "txtLog"})
+            QCOMPARE(window.Field(name).selectedText(), window.Field(name).text());
+    }
 
-void frmDettaglio_test::newSiteNamesFilesInTheProgramsFolder()
-{
-    EditorWindow window(SettingsWith({}));
-    const QString directory = QString::fromStdString(window.Settings().Directory().string()) + "/";
+    static void defaultsPutTheTimeOfDayOverAnyStartTime()
+    {
+        EditorWindow window(SettingsWith({}));
+        for (const char* const before : {"__:__", "_1:_2", "23:59"}) {
+            window.At<MaskEdit>("mskOrario").setText(before);
+            window.Time().SetNow({.year = 2026, .month = 3, .day = 3, .hour = 7, .minute = 5, .second = 59});
 
-    window.Add();
+            window.Editor().InitFormDettagli();
 
-    QCOMPARE(window.Shows("txtDati"), directory + "Corvrec.txt");
-    QCOMPARE(window.Shows("txtDati2"), directory + "CRemoto.txt");
-    QCOMPARE(window.Shows("txtStorico"), directory + "Storico.txt");
-    QCOMPARE(window.Shows("txtLog"), "Corvrec.log");
-}
+            QCOMPARE(window.Shows("mskOrario"), "07:05");
+        }
+    }
 
-void frmDettaglio_test::defaultsSelectTheWholeFileNames()
-{
-    EditorWindow window(SettingsWith({}));
-
-    window.Add();
-
-    for (const char* const name : {"txtDati", "txtDati2", "txtStorico", "txtLog"})
-        QCOMPARE(window.Field(name).selectedText(), window.Field(name).text());
-}
-
-void frmDettaglio_test::defaultsPutTheTimeOfDayOverAnyStartTime()
-{
-    EditorWindow window(SettingsWith({}));
-    for (const char* const before : {"__:__", "_1:_2", "23:59"}) {
-        window.At<MaskEdit>("mskOrario").setText(before);
-        window.Time().SetNow({.year = 2026, .month = 3, .day = 3, .hour = 7, .minute = 5, .second = 59});
+    static void defaultsResetARemoteSiteWithPabx()
+    {
+        EditorWindow window(
+            "[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM2\r\n[A]\r\nDispositivo=COM\r\nMODEM=1\r\n");
+        window.Open();
+        QCOMPARE(EnabledControls(window), QStringList({"btnModem"}));
 
         window.Editor().InitFormDettagli();
 
-        QCOMPARE(window.Shows("mskOrario"), "07:05");
+        QCOMPARE(window.Shows("optLocale"), "on");
+        QCOMPARE(EnabledControls(window), kHandshakeOnly);
     }
-}
 
-void frmDettaglio_test::defaultsResetARemoteSiteWithPabx()
-{
-    EditorWindow window("[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM2\r\n[A]\r\nDispositivo=COM\r\nMODEM=1\r\n");
-    window.Open();
-    QCOMPARE(EnabledControls(window), QStringList({"btnModem"}));
+    static void defaultsLeaveControlsThatTheyDoNotName()
+    {
+        EditorWindow window(SettingsWith({}), "Alfa=A1\r\nBeta=B2\r\n");
+        const QStringList fields{"txtXon",      "txtXoff",      "txtFile",        "txtSpazio",
+                                 "txtTelefono", "txtTentImpor", "txtStringaInit", "txtStringaReset"};
+        const QStringList boxes{"chkXon",  "chkXoff", "chkData", "chkOra",
+                                "chkNull", "chkCrLf", "chkFile", "chkSpazio"};
+        for (const QString& field : fields)
+            window.Field(qPrintable(field)).setText("5" + field);
+        for (const QString& box : boxes)
+            window.Box(qPrintable(box)).toggle();
+        window.Choice("cboModem").setCurrentIndex(1);
+        window.At<QRadioButton>("optImpulsi").setChecked(true);
+        window.At<CheckList>("lstGiorni").SetMarked(3, true);
 
-    window.Editor().InitFormDettagli();
+        window.Add();
 
-    QCOMPARE(window.Shows("optLocale"), "on");
-    QCOMPARE(EnabledControls(window), kHandshakeOnly);
-}
-
-void frmDettaglio_test::defaultsLeaveControlsThatTheyDoNotName()
-{
-    EditorWindow window(SettingsWith({}), "Alfa=A1\r\nBeta=B2\r\n");
-    const QStringList fields{"txtXon",      "txtXoff",      "txtFile",        "txtSpazio",
-                             "txtTelefono", "txtTentImpor", "txtStringaInit", "txtStringaReset"};
-    const QStringList boxes{"chkXon",  "chkXoff", "chkData", "chkOra",
-                            "chkNull", "chkCrLf", "chkFile", "chkSpazio"};
-    for (const QString& field : fields)
-        window.Field(qPrintable(field)).setText("5" + field);
-    for (const QString& box : boxes)
-        window.Box(qPrintable(box)).toggle();
-    window.Choice("cboModem").setCurrentIndex(1);
-    window.At<QRadioButton>("optImpulsi").setChecked(true);
-    window.At<CheckList>("lstGiorni").SetMarked(3, true);
-
-    window.Add();
-
-    for (const QString& field : fields)
-        QCOMPARE(window.Shows(qPrintable(field)), "5" + field);
-    for (const QString& box : boxes)
-        QCOMPARE(box + " " + window.Shows(qPrintable(box)), box + (box.startsWith("chkXo") ? " off" : " on"));
-    QCOMPARE(window.Shows("cboModem"), "Beta");
-    QCOMPARE(window.Shows("optImpulsi"), "on");
-    QCOMPARE(window.Shows("lstGiorni"), "3");
-}
-
-void frmDettaglio_test::deviceRule_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QStringList>("enabled");
-    QTest::addColumn<QStringList>("speeds");
-    QTest::newRow("Pabx") << int(pabx) << kHandshakeOnly << kLowSpeeds;
-    QTest::newRow("Buffer") << int(buffer) << kHandshakeOnly << kLowSpeeds;
-    QTest::newRow("Stratobox 1.1") << int(stratobox11) << kStatusOnly << kLowSpeeds;
-    QTest::newRow("Stratobox 2.0") << int(stratobox20) << kBothWays << kLowSpeeds;
-    QTest::newRow("Stratobox 3.0") << int(stratobox30) << kBothWays << kLowSpeeds;
-    QTest::newRow("Stratobox Buffer") << int(stratoboxBuffer) << kBothWays << kAllSpeeds;
-}
-
-void frmDettaglio_test::deviceRule()
-{
-    QFETCH(int, row);
-    QFETCH(QStringList, enabled);
-    QFETCH(QStringList, speeds);
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboTipoConn", row == pabx ? buffer : pabx);
-
-    window.Pick("cboTipoConn", row);
-
-    QCOMPARE(EnabledControls(window), enabled);
-    QCOMPARE(Entries(window.Choice("cboVelocita")), speeds);
-    QCOMPARE(window.Shows("cboVelocita"), "9600");
-    QCOMPARE(window.Shows("optLocale"), "on");
-}
-
-void frmDettaglio_test::deviceRuleOfARemoteSite_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<bool>("staysRemote");
-    QTest::addColumn<QStringList>("enabled");
-    QTest::newRow("Pabx") << int(pabx) << false << kHandshakeOnly;
-    QTest::newRow("Buffer") << int(buffer) << false << kHandshakeOnly;
-    QTest::newRow("Stratobox 1.1") << int(stratobox11) << true << kStatusOnly;
-    QTest::newRow("Stratobox 2.0") << int(stratobox20) << true << kByModem;
-    QTest::newRow("Stratobox 3.0") << int(stratobox30) << true << kByModem;
-    QTest::newRow("Stratobox Buffer") << int(stratoboxBuffer) << true << kByModem;
-}
-
-void frmDettaglio_test::deviceRuleOfARemoteSite()
-{
-    QFETCH(int, row);
-    QFETCH(bool, staysRemote);
-    QFETCH(QStringList, enabled);
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboTipoConn", row == stratobox20 ? stratobox30 : stratobox20);
-    window.Click("optRemoto");
-
-    window.Pick("cboTipoConn", row);
-
-    QCOMPARE(EnabledControls(window), enabled);
-    QCOMPARE(window.Shows("optRemoto"), staysRemote ? "on" : "off");
-    QCOMPARE(window.Shows("optLocale"), staysRemote ? "off" : "on");
-}
-
-void frmDettaglio_test::leavingForPabxForcesLocal()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboTipoConn", stratobox20);
-    window.Click("optRemoto");
-    QVERIFY(IsEnabled(window.At<QPushButton>("btnModem")));
-
-    window.Pick("cboTipoConn", pabx);
-
-    QCOMPARE(window.Shows("optLocale"), "on");
-    QVERIFY(!IsEnabled(window.At<QPushButton>("btnModem")));
-    QVERIFY(window.Choice("cboHandS").isEnabled());
-}
-
-void frmDettaglio_test::oldestStratoboxKeepsTheOptionAndTheSpeeds()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-
-    window.Pick("cboTipoConn", stratobox11);
-
-    QCOMPARE(Entries(window.Choice("cboVelocita")), kLowSpeeds);
-    QCOMPARE(window.Shows("cboVelocita"), "9600");
-    QCOMPARE(window.Shows("optLocale"), "on");
-}
-
-void frmDettaglio_test::remoteSiteComesBackFromTheOldestStratobox()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboTipoConn", stratobox30);
-    window.Click("optRemoto");
-    window.Pick("cboTipoConn", stratobox11);
-
-    window.Pick("cboTipoConn", stratobox30);
-
-    QCOMPARE(window.Shows("optRemoto"), "on");
-    QCOMPARE(EnabledControls(window), kByModem);
-}
-
-void frmDettaglio_test::localAndRemoteSwitchTheModemButton()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboTipoConn", stratoboxBuffer);
-
-    window.Click("optRemoto");
-    QCOMPARE(EnabledControls(window), kByModem);
-    window.Click("optLocale");
-    QCOMPARE(EnabledControls(window), kBothWays);
-}
-
-void frmDettaglio_test::unknownDeviceRowChangesNothing()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboTipoConn", stratoboxBuffer);
-    window.Click("optRemoto");
-
-    window.Choice("cboTipoConn").setCurrentIndex(-1);
-
-    QCOMPARE(EnabledControls(window), kByModem);
-    QCOMPARE(Entries(window.Choice("cboVelocita")), kAllSpeeds);
-}
-
-void frmDettaglio_test::handshakeRule_data()
-{
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QStringList>("enabled");
-    QTest::newRow("Nessuno") << 0 << kHandshakeOnly;
-    QTest::newRow("Software") << 1 << kHandshakeOnly + kFlowCharacters;
-    QTest::newRow("Hardware") << 2 << kHandshakeOnly;
-}
-
-void frmDettaglio_test::handshakeRule()
-{
-    QFETCH(int, row);
-    QFETCH(QStringList, enabled);
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboHandS", row == 1 ? 2 : 1);
-
-    window.Pick("cboHandS", row);
-
-    QCOMPARE(EnabledControls(window), enabled);
-}
-
-void frmDettaglio_test::bufferDeviceNeverEditsTheHandshake()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboHandS", 1);
-
-    window.Pick("cboTipoConn", stratobox30);
-    QCOMPARE(EnabledControls(window), kBothWays);
-    window.Click("optRemoto");
-
-    QCOMPARE(EnabledControls(window), kByModem);
-    QCOMPARE(window.Shows("cboHandS"), "Software");
-}
-
-void frmDettaglio_test::softwareHandshakeReturnsWithPabx()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboHandS", 1);
-    window.Pick("cboTipoConn", stratobox11);
-
-    window.Pick("cboTipoConn", buffer);
-
-    QCOMPARE(EnabledControls(window), kHandshakeOnly + kFlowCharacters);
-}
-
-void frmDettaglio_test::speedList_data()
-{
-    QTest::addColumn<QString>("remembered");
-    QTest::addColumn<bool>("high");
-    QTest::addColumn<QStringList>("items");
-    QTest::addColumn<int>("selected");
-    for (const QJsonValue vector : Vectors("speed_list")) {
-        QStringList items;
-        for (const QJsonValue item : vector["items"].toArray())
-            items.append(item.toString());
-        const QString remembered = vector["remembered"].toString();
-        const bool high = vector["high"].toBool();
-        QTest::addRow("'%s', %s", qPrintable(remembered), high ? "high" : "low")
-            << remembered << high << items << vector["selected"].toInt();
+        for (const QString& field : fields)
+            QCOMPARE(window.Shows(qPrintable(field)), "5" + field);
+        for (const QString& box : boxes)
+            QCOMPARE(box + " " + window.Shows(qPrintable(box)),
+                     box + (box.startsWith("chkXo") ? " off" : " on"));
+        QCOMPARE(window.Shows("cboModem"), "Beta");
+        QCOMPARE(window.Shows("optImpulsi"), "on");
+        QCOMPARE(window.Shows("lstGiorni"), "3");
     }
-}
 
-void frmDettaglio_test::speedList()
-{
-    QFETCH(QString, remembered);
-    QFETCH(bool, high);
-    QFETCH(QStringList, items);
-    QFETCH(int, selected);
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Editor().ComboVelocita(true);
-    window.Choice("cboVelocita").setCurrentIndex(window.Choice("cboVelocita").findText(remembered));
-    QCOMPARE(window.Shows("cboVelocita"), remembered);
-
-    window.Editor().ComboVelocita(high);
-
-    QCOMPARE(Entries(window.Choice("cboVelocita")), items);
-    QCOMPARE(window.Choice("cboVelocita").currentIndex(), selected);
-}
-
-void frmDettaglio_test::highSpeedIsLostWithItsDevice()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboTipoConn", stratoboxBuffer);
-    window.Pick("cboVelocita", 0);
-    QCOMPARE(window.Shows("cboVelocita"), "115200");
-
-    window.Pick("cboTipoConn", pabx);
-    QCOMPARE(window.Shows("cboVelocita"), "");
-    QCOMPARE(window.Choice("cboVelocita").currentIndex(), -1);
-    window.Pick("cboTipoConn", stratoboxBuffer);
-
-    QCOMPARE(window.Choice("cboVelocita").currentIndex(), -1);
-}
-
-void frmDettaglio_test::lowSpeedSurvivesTheDevice()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboVelocita", 3);
-
-    window.Pick("cboTipoConn", stratoboxBuffer);
-    QCOMPARE(window.Shows("cboVelocita"), "2400");
-    window.Pick("cboTipoConn", stratobox20);
-
-    QCOMPARE(window.Shows("cboVelocita"), "2400");
-}
-
-void frmDettaglio_test::oldestStratoboxKeepsTheHighSpeeds()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboTipoConn", stratoboxBuffer);
-    window.Pick("cboVelocita", 1);
-
-    window.Pick("cboTipoConn", stratobox11);
-
-    QCOMPARE(Entries(window.Choice("cboVelocita")), kAllSpeeds);
-    QCOMPARE(window.Shows("cboVelocita"), "57600");
-}
-
-void frmDettaglio_test::identityIsEnabledFromOutsideOnly()
-{
-    EditorWindow window(SettingsWith({"A"}));
-
-    window.Open();
-    QVERIFY(!IsEnabled(window.Field("txtNomeSito")));
-    QVERIFY(!IsEnabled(window.Field("txtCodice")));
-    window.Editor().InitFormDettagli();
-    QVERIFY(!IsEnabled(window.Field("txtNomeSito")));
-    window.Editor().EnableIdentity(true);
-
-    QVERIFY(IsEnabled(window.Field("txtNomeSito")));
-    QVERIFY(IsEnabled(window.Field("txtCodice")));
-}
-
-void frmDettaglio_test::identityOfAnExistingSiteIsReadable()
-{
-    EditorWindow window(SettingsWith({"A"}));
-
-    window.Open();
-
-    const QColor text = QApplication::palette().color(QPalette::Active, QPalette::Text);
-    for (const char* const name : {"txtNomeSito", "txtCodice"})
-        QCOMPARE(window.Field(name).palette().color(QPalette::Disabled, QPalette::Text), text);
-}
-
-void frmDettaglio_test::newSiteMarksNoFieldWithoutTheFocus()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-
-    window.At<QTabWidget>("tabSetup").setCurrentIndex(2);
-
-    const QColor mark = QApplication::palette().color(QPalette::Active, QPalette::Highlight);
-    const QString focused = window.Focus();
-    for (const char* const name : {"txtDati", "txtDati2", "txtStorico", "txtLog"}) {
-        QVERIFY(window.Field(name).hasSelectedText());
-        QVERIFY(focused != name);
-        QVERIFY2(!HasColour(window.Field(name), mark), name);
+    static void deviceRule_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QStringList>("enabled");
+        QTest::addColumn<QStringList>("speeds");
+        QTest::newRow("Pabx") << int(pabx) << kHandshakeOnly << kLowSpeeds;
+        QTest::newRow("Buffer") << int(buffer) << kHandshakeOnly << kLowSpeeds;
+        QTest::newRow("Stratobox 1.1") << int(stratobox11) << kStatusOnly << kLowSpeeds;
+        QTest::newRow("Stratobox 2.0") << int(stratobox20) << kBothWays << kLowSpeeds;
+        QTest::newRow("Stratobox 3.0") << int(stratobox30) << kBothWays << kLowSpeeds;
+        QTest::newRow("Stratobox Buffer") << int(stratoboxBuffer) << kBothWays << kAllSpeeds;
     }
-    window.Field("txtDati2").setFocus();
-    QVERIFY(HasColour(window.Field("txtDati2"), mark));
-}
 
-void frmDettaglio_test::cancelAndNuovoAreFlags()
-{
-    EditorWindow window(SettingsWith({}));
+    static void deviceRule()
+    {
+        QFETCH(int, row);
+        QFETCH(QStringList, enabled);
+        QFETCH(QStringList, speeds);
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboTipoConn", row == pabx ? buffer : pabx);
 
-    for (const bool flag : {true, false}) {
-        window.Editor().SetNuovo(flag);
-        window.Editor().SetCancel(!flag);
+        window.Pick("cboTipoConn", row);
 
-        QCOMPARE(window.Editor().Nuovo(), flag);
-        QCOMPARE(window.Editor().Cancel(), !flag);
+        QCOMPARE(EnabledControls(window), enabled);
+        QCOMPARE(Entries(window.Choice("cboVelocita")), speeds);
+        QCOMPARE(window.Shows("cboVelocita"), "9600");
+        QCOMPARE(window.Shows("optLocale"), "on");
     }
-}
 
-void frmDettaglio_test::contentsStayBetweenUses()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Pick("cboHandS", 1);
-    window.Retype("txtXon", "W");
-    window.Click("Annulla");
+    static void deviceRuleOfARemoteSite_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<bool>("staysRemote");
+        QTest::addColumn<QStringList>("enabled");
+        QTest::newRow("Pabx") << int(pabx) << false << kHandshakeOnly;
+        QTest::newRow("Buffer") << int(buffer) << false << kHandshakeOnly;
+        QTest::newRow("Stratobox 1.1") << int(stratobox11) << true << kStatusOnly;
+        QTest::newRow("Stratobox 2.0") << int(stratobox20) << true << kByModem;
+        QTest::newRow("Stratobox 3.0") << int(stratobox30) << true << kByModem;
+        QTest::newRow("Stratobox Buffer") << int(stratoboxBuffer) << true << kByModem;
+    }
 
-    window.Add();
+    static void deviceRuleOfARemoteSite()
+    {
+        QFETCH(int, row);
+        QFETCH(bool, staysRemote);
+        QFETCH(QStringList, enabled);
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboTipoConn", row == stratobox20 ? stratobox30 : stratobox20);
+        window.Click("optRemoto");
 
-    QCOMPARE(window.Shows("txtXon"), "W");
-    QCOMPARE(window.Shows("cboHandS"), "Hardware");
-}
+        window.Pick("cboTipoConn", row);
+
+        QCOMPARE(EnabledControls(window), enabled);
+        QCOMPARE(window.Shows("optRemoto"), staysRemote ? "on" : "off");
+        QCOMPARE(window.Shows("optLocale"), staysRemote ? "off" : "on");
+    }
+
+    static void leavingForPabxForcesLocal()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboTipoConn", stratobox20);
+        window.Click("optRemoto");
+        QVERIFY(IsEnabled(window.At<QPushButton>("btnModem")));
+
+        window.Pick("cboTipoConn", pabx);
+
+        QCOMPARE(window.Shows("optLocale"), "on");
+        QVERIFY(!IsEnabled(window.At<QPushButton>("btnModem")));
+        QVERIFY(window.Choice("cboHandS").isEnabled());
+    }
+
+    static void oldestStratoboxKeepsTheOptionAndTheSpeeds()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+
+        window.Pick("cboTipoConn", stratobox11);
+
+        QCOMPARE(Entries(window.Choice("cboVelocita")), kLowSpeeds);
+        QCOMPARE(window.Shows("cboVelocita"), "9600");
+        QCOMPARE(window.Shows("optLocale"), "on");
+    }
+
+    static void remoteSiteComesBackFromTheOldestStratobox()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboTipoConn", stratobox30);
+        window.Click("optRemoto");
+        window.Pick("cboTipoConn", stratobox11);
+
+        window.Pick("cboTipoConn", stratobox30);
+
+        QCOMPARE(window.Shows("optRemoto"), "on");
+        QCOMPARE(EnabledControls(window), kByModem);
+    }
+
+    static void localAndRemoteSwitchTheModemButton()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboTipoConn", stratoboxBuffer);
+
+        window.Click("optRemoto");
+        QCOMPARE(EnabledControls(window), kByModem);
+        window.Click("optLocale");
+        QCOMPARE(EnabledControls(window), kBothWays);
+    }
+
+    static void unknownDeviceRowChangesNothing()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboTipoConn", stratoboxBuffer);
+        window.Click("optRemoto");
+
+        window.Choice("cboTipoConn").setCurrentIndex(-1);
+
+        QCOMPARE(EnabledControls(window), kByModem);
+        QCOMPARE(Entries(window.Choice("cboVelocita")), kAllSpeeds);
+    }
+
+    static void handshakeRule_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<QStringList>("enabled");
+        QTest::newRow("Nessuno") << 0 << kHandshakeOnly;
+        QTest::newRow("Software") << 1 << kHandshakeOnly + kFlowCharacters;
+        QTest::newRow("Hardware") << 2 << kHandshakeOnly;
+    }
+
+    static void handshakeRule()
+    {
+        QFETCH(int, row);
+        QFETCH(QStringList, enabled);
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboHandS", row == 1 ? 2 : 1);
+
+        window.Pick("cboHandS", row);
+
+        QCOMPARE(EnabledControls(window), enabled);
+    }
+
+    static void bufferDeviceNeverEditsTheHandshake()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboHandS", 1);
+
+        window.Pick("cboTipoConn", stratobox30);
+        QCOMPARE(EnabledControls(window), kBothWays);
+        window.Click("optRemoto");
+
+        QCOMPARE(EnabledControls(window), kByModem);
+        QCOMPARE(window.Shows("cboHandS"), "Software");
+    }
+
+    static void softwareHandshakeReturnsWithPabx()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboHandS", 1);
+        window.Pick("cboTipoConn", stratobox11);
+
+        window.Pick("cboTipoConn", buffer);
+
+        QCOMPARE(EnabledControls(window), kHandshakeOnly + kFlowCharacters);
+    }
+
+    static void speedList_data()
+    {
+        QTest::addColumn<QString>("remembered");
+        QTest::addColumn<bool>("high");
+        QTest::addColumn<QStringList>("items");
+        QTest::addColumn<int>("selected");
+        for (const QJsonValue vector : Vectors("speed_list")) {
+            QStringList items;
+            for (const QJsonValue item : vector["items"].toArray())
+                items.append(item.toString());
+            const QString remembered = vector["remembered"].toString();
+            const bool high = vector["high"].toBool();
+            QTest::addRow("'%s', %s", qPrintable(remembered), high ? "high" : "low")
+                << remembered << high << items << vector["selected"].toInt();
+        }
+    }
+
+    static void speedList()
+    {
+        QFETCH(QString, remembered);
+        QFETCH(bool, high);
+        QFETCH(QStringList, items);
+        QFETCH(int, selected);
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Editor().ComboVelocita(true);
+        window.Choice("cboVelocita").setCurrentIndex(window.Choice("cboVelocita").findText(remembered));
+        QCOMPARE(window.Shows("cboVelocita"), remembered);
+
+        window.Editor().ComboVelocita(high);
+
+        QCOMPARE(Entries(window.Choice("cboVelocita")), items);
+        QCOMPARE(window.Choice("cboVelocita").currentIndex(), selected);
+    }
+
+    static void highSpeedIsLostWithItsDevice()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboTipoConn", stratoboxBuffer);
+        window.Pick("cboVelocita", 0);
+        QCOMPARE(window.Shows("cboVelocita"), "115200");
+
+        window.Pick("cboTipoConn", pabx);
+        QCOMPARE(window.Shows("cboVelocita"), "");
+        QCOMPARE(window.Choice("cboVelocita").currentIndex(), -1);
+        window.Pick("cboTipoConn", stratoboxBuffer);
+
+        QCOMPARE(window.Choice("cboVelocita").currentIndex(), -1);
+    }
+
+    static void lowSpeedSurvivesTheDevice()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboVelocita", 3);
+
+        window.Pick("cboTipoConn", stratoboxBuffer);
+        QCOMPARE(window.Shows("cboVelocita"), "2400");
+        window.Pick("cboTipoConn", stratobox20);
+
+        QCOMPARE(window.Shows("cboVelocita"), "2400");
+    }
+
+    static void oldestStratoboxKeepsTheHighSpeeds()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboTipoConn", stratoboxBuffer);
+        window.Pick("cboVelocita", 1);
+
+        window.Pick("cboTipoConn", stratobox11);
+
+        QCOMPARE(Entries(window.Choice("cboVelocita")), kAllSpeeds);
+        QCOMPARE(window.Shows("cboVelocita"), "57600");
+    }
+
+    static void identityIsEnabledFromOutsideOnly()
+    {
+        EditorWindow window(SettingsWith({"A"}));
+
+        window.Open();
+        QVERIFY(!IsEnabled(window.Field("txtNomeSito")));
+        QVERIFY(!IsEnabled(window.Field("txtCodice")));
+        window.Editor().InitFormDettagli();
+        QVERIFY(!IsEnabled(window.Field("txtNomeSito")));
+        window.Editor().EnableIdentity(true);
+
+        QVERIFY(IsEnabled(window.Field("txtNomeSito")));
+        QVERIFY(IsEnabled(window.Field("txtCodice")));
+    }
+
+    static void identityOfAnExistingSiteIsReadable()
+    {
+        EditorWindow window(SettingsWith({"A"}));
+
+        window.Open();
+
+        const QColor text = QApplication::palette().color(QPalette::Active, QPalette::Text);
+        for (const char* const name : {"txtNomeSito", "txtCodice"})
+            QCOMPARE(window.Field(name).palette().color(QPalette::Disabled, QPalette::Text), text);
+    }
+
+    static void newSiteMarksNoFieldWithoutTheFocus()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+
+        window.At<QTabWidget>("tabSetup").setCurrentIndex(2);
+
+        const QColor mark = QApplication::palette().color(QPalette::Active, QPalette::Highlight);
+        const QString focused = window.Focus();
+        for (const char* const name : {"txtDati", "txtDati2", "txtStorico", "txtLog"}) {
+            QVERIFY(window.Field(name).hasSelectedText());
+            QVERIFY(focused != name);
+            QVERIFY2(!HasColour(window.Field(name), mark), name);
+        }
+        window.Field("txtDati2").setFocus();
+        QVERIFY(HasColour(window.Field("txtDati2"), mark));
+    }
+
+    static void cancelAndNuovoAreFlags()
+    {
+        EditorWindow window(SettingsWith({}));
+
+        for (const bool flag : {true, false}) {
+            window.Editor().SetNuovo(flag);
+            window.Editor().SetCancel(!flag);
+
+            QCOMPARE(window.Editor().Nuovo(), flag);
+            QCOMPARE(window.Editor().Cancel(), !flag);
+        }
+    }
+
+    static void contentsStayBetweenUses()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Pick("cboHandS", 1);
+        window.Retype("txtXon", "W");
+        window.Click("Annulla");
+
+        window.Add();
+
+        QCOMPARE(window.Shows("txtXon"), "W");
+        QCOMPARE(window.Shows("cboHandS"), "Hardware");
+    }
+};
 
 } // namespace corvrec
 

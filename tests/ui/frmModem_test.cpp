@@ -103,517 +103,482 @@ class frmModem_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void captionsComeFromTheStringTable();
-    static void firstStates();
-
-    static void catalogueFiles_data();
-    static void catalogueFiles();
-    static void fifteenModelsInFileOrder();
-    static void tenThousandModels();
-    static void aMillionEmptyLinesTakeLittleMemory();
-    static void directoryInTheCataloguesPlace();
-    static void lineWithoutAnEqualsSignIsAllString();
-    static void modelsAreNotSorted();
-
-    static void pickingAModelReplacesTheString();
-    static void pickingTheSameModelBringsItsStringBack();
-    static void attemptsTakeDigitsOnly();
-
-    static void attemptsCheck_data();
-    static void attemptsCheck();
-    static void missingTexts_data();
-    static void missingTexts();
-    static void withEverythingEmptyOnlyTheNumberIsReported();
-    static void checksFollowTheirOrder();
-    static void anyCharactersMakeANumberToCall();
-
-    static void okKeepsTheChange();
-    static void leavingUndoesTheChange_data();
-    static void leavingUndoesTheChange();
-    static void undoBringsTheHandMadeStringBack();
-    static void undoIsThatOfTheLastOpening();
-    static void undoBringsPulseDiallingBack();
-    static void enterPressesOkAndOnAnnullaAnnulla();
-    static void everyOpeningFocusesTheModels();
-    static void tabFollowsTheReadingOrder();
-    static void everyMnemonicLeadsToAField();
-    static void labelsNameTheirFields();
-    static void wheelNeedsTheFocus();
-    static void editorRecordsTheUndoBeforeEachShowing();
-};
-
-void frmModem_test::captionsComeFromTheStringTable()
-{
-    Fixture window;
-    const std::map<const char*, const char*> captions{
-        {"lblMarca", "&Marca e modello del modem:"},
-        {"lblNumero", "&Numero da chiamare:"},
-        {"lblTentImpor", "&Tentativi di importazione:"},
-        {"lblStringa", "Stringa di &inizializzazione:"},
-        {"lblStringaInit", "Stringa di &reset:"},
-        {"optToni", "A t&oni"},
-        {"optImpulsi", "A im&pulsi"},
-        {"OK", "OK"},
-        {"Annulla", "Annulla"},
-    };
-
-    for (const auto& [name, caption] : captions)
-        QCOMPARE(SiteWindow::Part<QWidget>(window.Dialog(), name).property("text").toString(),
-                 QString(caption));
-    QCOMPARE(SiteWindow::Part<QGroupBox>(window.Dialog(), "Frame1").title(), "Collegamento remoto");
-    QCOMPARE(SiteWindow::Part<QGroupBox>(window.Dialog(), "Frame2").title(), "Configurazione modem");
-    QCOMPARE(SiteWindow::Part<QGroupBox>(window.Dialog(), "Frame3").title(), "Tipo di selezione");
-}
-
-void frmModem_test::firstStates()
-{
-    Fixture window;
-
-    QCOMPARE(window.State(), "Alfa|||A1|&F|on|off");
-}
-
-void frmModem_test::catalogueFiles_data()
-{
-    QTest::addColumn<std::optional<std::string>>("bytes");
-    QTest::addColumn<QStringList>("models");
-    QTest::addColumn<QString>("firstString");
-    using Bytes = std::optional<std::string>;
-    QTest::newRow("missing") << Bytes() << QStringList{"Generico"} << kGenericString;
-    QTest::newRow("empty") << Bytes("") << QStringList{"Generico"} << kGenericString;
-    QTest::newRow("equals sign in the string")
-        << Bytes("Modello X=ATZ=1\r\n") << QStringList{"Modello X"} << "ATZ=1";
-    QTest::newRow("no equals sign") << Bytes("ATZ\r\nBeta=B\r\n") << QStringList{"", "Beta"} << "ATZ";
-    QTest::newRow("only an equals sign") << Bytes("=\r\n") << QStringList{""} << "";
-    QTest::newRow("blanks stay") << Bytes(" Alfa = A 1 \r\n") << QStringList{" Alfa "} << " A 1 ";
-    QTest::newRow("line ends of LF") << Bytes("Alfa=A1\nBeta=B2\n") << QStringList{"Alfa", "Beta"} << "A1";
-    QTest::newRow("last line without an end")
-        << Bytes("Alfa=A1\r\nBeta=B2") << QStringList{"Alfa", "Beta"} << "A1";
-    QTest::newRow("empty line") << Bytes("Alfa=A1\r\n\r\nBeta=B2\r\n") << QStringList{"Alfa", "", "Beta"}
-                                << "A1";
-    QTest::newRow("letters of the code page")
-        << Bytes("Citt\xE0=\x80\r\n") << QStringList{QString::fromUtf8("Città")} << QString::fromUtf8("€");
-    QTest::newRow("ampersand in the name") << Bytes("A & B=x\r\n") << QStringList{"A & B"} << "x";
-}
-
-void frmModem_test::catalogueFiles()
-{
-    QFETCH(std::optional<std::string>, bytes);
-    Fixture window(bytes);
-    QStringList models;
-    for (int row = 0; row < window.Models().count(); ++row)
-        models.append(window.Models().itemText(row));
-
-    QTEST(models, "models");
-    QCOMPARE(window.Models().currentIndex(), 0);
-    QTEST(window.Shows("txtStringaInit"), "firstString");
-}
-
-void frmModem_test::fifteenModelsInFileOrder()
-{
-    Fixture window(Catalogue(15));
-    window.Open();
-    QCOMPARE(window.Models().count(), 15);
-
-    PickRow(window.Models(), 12);
-
-    QCOMPARE(window.Shows("cboModem"), "Modello 12");
-    QCOMPARE(window.Shows("txtStringaInit"), "S12");
-}
-
-void frmModem_test::tenThousandModels()
-{
-    Fixture window(Catalogue(10000));
-    window.Open();
-    QCOMPARE(window.Models().count(), 10000);
-
-    // Starts from the second last entry instead of pressing the key 10 000 times.
-    window.Models().setCurrentIndex(9998);
-    QTest::keyClick(&window.Models(), Qt::Key_Down);
-
-    QCOMPARE(window.Shows("cboModem"), "Modello 9999");
-    QCOMPARE(window.Shows("txtStringaInit"), "S9999");
-}
-
-// Each is a model without name and string.
-void frmModem_test::aMillionEmptyLinesTakeLittleMemory()
-{
-    constexpr int lines = 1024 * 1024;
-    SettingsFile place;
+    static void captionsComeFromTheStringTable()
     {
-        QFile file(QString::fromStdString((place.Directory() / "modem.dat").string()));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray(lines, '\n'));
+        Fixture window;
+        const std::map<const char*, const char*> captions{
+            {"lblMarca", "&Marca e modello del modem:"},
+            {"lblNumero", "&Numero da chiamare:"},
+            {"lblTentImpor", "&Tentativi di importazione:"},
+            {"lblStringa", "Stringa di &inizializzazione:"},
+            {"lblStringaInit", "Stringa di &reset:"},
+            {"optToni", "A t&oni"},
+            {"optImpulsi", "A im&pulsi"},
+            {"OK", "OK"},
+            {"Annulla", "Annulla"},
+        };
+
+        for (const auto& [name, caption] : captions)
+            QCOMPARE(SiteWindow::Part<QWidget>(window.Dialog(), name).property("text").toString(),
+                     QString(caption));
+        QCOMPARE(SiteWindow::Part<QGroupBox>(window.Dialog(), "Frame1").title(), "Collegamento remoto");
+        QCOMPARE(SiteWindow::Part<QGroupBox>(window.Dialog(), "Frame2").title(), "Configurazione modem");
+        QCOMPARE(SiteWindow::Part<QGroupBox>(window.Dialog(), "Frame3").title(), "Tipo di selezione");
     }
-    const std::size_t before = AllocatedBytes();
 
-    const frmModem dialog(place.Directory());
+    static void firstStates()
+    {
+        Fixture window;
 
-    QVERIFY2(AllocatedBytes() < before + 16 * std::size_t{lines},
-             qPrintable(QString::number(AllocatedBytes() - before)));
-    auto& models = *dialog.findChild<QComboBox*>("cboModem");
-    QCOMPARE(models.count(), lines);
-    QCOMPARE(models.itemText(lines - 1), QString());
-    QCOMPARE(dialog.Settings().initString, "");
-}
-
-void frmModem_test::directoryInTheCataloguesPlace()
-{
-    SettingsFile place;
-    std::filesystem::create_directory(place.Directory() / "modem.dat");
-
-    frmModem dialog(place.Directory());
-
-    QCOMPARE(Shown(SiteWindow::Part<QComboBox>(dialog, "cboModem")), "Generico");
-    QCOMPARE(Shown(SiteWindow::Part<QLineEdit>(dialog, "txtStringaInit")), kGenericString);
-}
-
-void frmModem_test::lineWithoutAnEqualsSignIsAllString()
-{
-    Fixture window("Alfa=A1\r\nATX3S0\r\nBeta=B2\r\n");
-    window.Open();
-
-    PickRow(window.Models(), 1);
-    QCOMPARE(window.Shows("cboModem"), "");
-    QCOMPARE(window.Shows("txtStringaInit"), "ATX3S0");
-    PickRow(window.Models(), 2);
-
-    QCOMPARE(window.Shows("txtStringaInit"), "B2");
-}
-
-void frmModem_test::modelsAreNotSorted()
-{
-    Fixture window("Zeta=Z\r\nAlfa=A\r\nMu=M\r\n");
-    window.Open();
-
-    PickRow(window.Models(), 1);
-
-    QCOMPARE(window.Shows("cboModem"), "Alfa");
-    QCOMPARE(window.Shows("txtStringaInit"), "A");
-}
-
-void frmModem_test::pickingAModelReplacesTheString()
-{
-    Fixture window;
-    window.Open();
-    window.Field("txtStringaInit").setText("mia");
-
-    PickRow(window.Models(), 2);
-
-    QCOMPARE(window.Shows("txtStringaInit"), "G3");
-}
-
-void frmModem_test::pickingTheSameModelBringsItsStringBack()
-{
-    Fixture window;
-    window.Open();
-    window.Field("txtStringaInit").setText("mia");
-
-    PickRow(window.Models(), 0);
-
-    QCOMPARE(window.Shows("txtStringaInit"), "A1");
-}
-
-void frmModem_test::attemptsTakeDigitsOnly()
-{
-    Fixture window;
-    window.Open();
-    window.Field("txtTentImpor").setFocus();
-
-    QTest::keyClicks(&window.Field("txtTentImpor"), "-1a2");
-    QCOMPARE(window.Shows("txtTentImpor"), "12");
-    window.Press(Qt::Key_Backspace);
-
-    QCOMPARE(window.Shows("txtTentImpor"), "1");
-}
-
-void frmModem_test::attemptsCheck_data()
-{
-    QTest::addColumn<QString>("entered");
-    QTest::addColumn<int>("message");
-    for (const QJsonValue vector : Vectors("attempts_check")) {
-        const QString entered = vector["in"].toString();
-        QTest::newRow(qPrintable("'" + entered + "'")) << entered << vector["message"].toInt();
+        QCOMPARE(window.State(), "Alfa|||A1|&F|on|off");
     }
-}
 
-void frmModem_test::attemptsCheck()
-{
-    QFETCH(QString, entered);
-    QFETCH(int, message);
-    const std::map<int, const char*> messages{
-        {10503, "È necessario inserire il numero di tentativi di importazione"},
-        {10504, "Il numero di tentativi di importazione non può essere minore di 1"},
-    };
-    Fixture window;
-    window.Fill();
-    window.Open();
-    window.Field("txtTentImpor").setText(entered);
-
-    if (message == 0) {
-        window.Click("OK");
-        QVERIFY(!window.Dialog().isVisible());
-    } else {
-        ExpectRefusal(window, messages.at(message), "txtTentImpor");
+    static void catalogueFiles_data()
+    {
+        QTest::addColumn<std::optional<std::string>>("bytes");
+        QTest::addColumn<QStringList>("models");
+        QTest::addColumn<QString>("firstString");
+        using Bytes = std::optional<std::string>;
+        QTest::newRow("missing") << Bytes() << QStringList{"Generico"} << kGenericString;
+        QTest::newRow("empty") << Bytes("") << QStringList{"Generico"} << kGenericString;
+        QTest::newRow("equals sign in the string")
+            << Bytes("Modello X=ATZ=1\r\n") << QStringList{"Modello X"} << "ATZ=1";
+        QTest::newRow("no equals sign") << Bytes("ATZ\r\nBeta=B\r\n") << QStringList{"", "Beta"} << "ATZ";
+        QTest::newRow("only an equals sign") << Bytes("=\r\n") << QStringList{""} << "";
+        QTest::newRow("blanks stay") << Bytes(" Alfa = A 1 \r\n") << QStringList{" Alfa "} << " A 1 ";
+        QTest::newRow("line ends of LF")
+            << Bytes("Alfa=A1\nBeta=B2\n") << QStringList{"Alfa", "Beta"} << "A1";
+        QTest::newRow("last line without an end")
+            << Bytes("Alfa=A1\r\nBeta=B2") << QStringList{"Alfa", "Beta"} << "A1";
+        QTest::newRow("empty line") << Bytes("Alfa=A1\r\n\r\nBeta=B2\r\n") << QStringList{"Alfa", "", "Beta"}
+                                    << "A1";
+        QTest::newRow("letters of the code page")
+            << Bytes("Citt\xE0=\x80\r\n") << QStringList{QString::fromUtf8("Città")}
+            << QString::fromUtf8("€");
+        QTest::newRow("ampersand in the name") << Bytes("A & B=x\r\n") << QStringList{"A & B"} << "x";
     }
-    QCOMPARE(window.Shows("txtTentImpor"), entered);
-}
 
-void frmModem_test::missingTexts_data()
-{
-    QTest::addColumn<QString>("message");
-    QTest::newRow("txtTelefono") << "È necessario inserire il numero di telefono";
-    QTest::newRow("txtTentImpor") << "È necessario inserire il numero di tentativi di importazione";
-    QTest::newRow("txtStringaInit") << "È necessario inserire la stringa di inizializzazione del modem";
-    QTest::newRow("txtStringaReset") << "È necessario inserire la stringa di reset del modem";
-}
+    static void catalogueFiles()
+    {
+        QFETCH(std::optional<std::string>, bytes);
+        Fixture window(bytes);
+        QStringList models;
+        for (int row = 0; row < window.Models().count(); ++row)
+            models.append(window.Models().itemText(row));
 
-void frmModem_test::missingTexts()
-{
-    QFETCH(QString, message);
-    Fixture window;
-    window.Fill();
-    window.Open();
-    window.Field(QTest::currentDataTag()).clear();
+        QTEST(models, "models");
+        QCOMPARE(window.Models().currentIndex(), 0);
+        QTEST(window.Shows("txtStringaInit"), "firstString");
+    }
 
-    ExpectRefusal(window, message, QTest::currentDataTag());
-}
-
-void frmModem_test::withEverythingEmptyOnlyTheNumberIsReported()
-{
-    Fixture window;
-    window.Open();
-    for (const char* const name : {"txtTelefono", "txtTentImpor", "txtStringaInit", "txtStringaReset"})
-        window.Field(name).clear();
-
-    ExpectRefusal(window, "È necessario inserire il numero di telefono", "txtTelefono");
-}
-
-void frmModem_test::checksFollowTheirOrder()
-{
-    Fixture window;
-    window.Open();
-    window.Field("txtStringaInit").clear();
-    window.Field("txtStringaReset").clear();
-    window.Field("txtTentImpor").setText("0");
-
-    ExpectRefusal(window, "È necessario inserire il numero di telefono", "txtTelefono");
-    window.Field("txtTelefono").setText("1");
-    ExpectRefusal(window, "Il numero di tentativi di importazione non può essere minore di 1",
-                  "txtTentImpor");
-    window.Field("txtTentImpor").setText("1");
-    ExpectRefusal(window, "È necessario inserire la stringa di inizializzazione del modem", "txtStringaInit");
-    window.Field("txtStringaInit").setText("X");
-    ExpectRefusal(window, "È necessario inserire la stringa di reset del modem", "txtStringaReset");
-    window.Field("txtStringaReset").setText("&F");
-    window.Click("OK");
-
-    QVERIFY(!window.Dialog().isVisible());
-}
-
-void frmModem_test::anyCharactersMakeANumberToCall()
-{
-    Fixture window;
-    window.Fill();
-    window.Open();
-    window.Field("txtTelefono").setFocus();
-    window.Field("txtTelefono").selectAll();
-    QTest::keyClicks(&window.Field("txtTelefono"), "0,w 06-abc");
-
-    window.Click("OK");
-
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.Shows("txtTelefono"), "0,w 06-abc");
-}
-
-void frmModem_test::okKeepsTheChange()
-{
-    Fixture window;
-    window.Open();
-    PickRow(window.Models(), 1);
-    window.Fill();
-    window.Click("optImpulsi");
-
-    window.Click("OK");
-
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.State(), "Beta|0123|3|B2|&F|off|on");
-}
-
-void frmModem_test::leavingUndoesTheChange_data()
-{
-    QTest::addColumn<QString>("way");
-    QTest::newRow("Annulla") << "Annulla";
-    QTest::newRow("Escape") << "Escape";
-    QTest::newRow("close box") << "close box";
-}
-
-void frmModem_test::leavingUndoesTheChange()
-{
-    QFETCH(QString, way);
-    Fixture window;
-    window.Open();
-    PickRow(window.Models(), 1);
-    window.Fill();
-    window.Field("txtStringaReset").setText("Z");
-    window.Click("optImpulsi");
-
-    if (way == "Annulla")
-        window.Click("Annulla");
-    else if (way == "Escape")
-        window.Press(Qt::Key_Escape);
-    else
-        window.Dialog().close();
-
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.State(), "Alfa|||A1|&F|on|off");
-}
-
-void frmModem_test::undoBringsTheHandMadeStringBack()
-{
-    Fixture window;
-    window.Open();
-    window.Field("txtStringaInit").setText("mia");
-    window.Fill();
-    window.Click("OK");
-    window.Open();
-    PickRow(window.Models(), 1);
-    QCOMPARE(window.Shows("txtStringaInit"), "B2");
-
-    window.Click("Annulla");
-
-    QCOMPARE(window.State(), "Alfa|0123|3|mia|&F|on|off");
-}
-
-void frmModem_test::undoIsThatOfTheLastOpening()
-{
-    Fixture window;
-    window.Open();
-    window.Fill();
-    PickRow(window.Models(), 1);
-    window.Click("OK");
-    window.Open();
-    PickRow(window.Models(), 2);
-    window.Field("txtTelefono").setText("9");
-
-    window.Click("Annulla");
-
-    QCOMPARE(window.State(), "Beta|0123|3|B2|&F|on|off");
-}
-
-void frmModem_test::undoBringsPulseDiallingBack()
-{
-    Fixture window;
-    window.Click("optImpulsi");
-    window.Open();
-    window.Click("optToni");
-
-    window.Click("Annulla");
-
-    QCOMPARE(window.Shows("optImpulsi"), "on");
-    QCOMPARE(window.Shows("optToni"), "off");
-}
-
-void frmModem_test::enterPressesOkAndOnAnnullaAnnulla()
-{
-    Fixture window;
-    window.Fill();
-    window.Open();
-    window.Field("txtTelefono").setText("7");
-    window.Field("txtTelefono").setFocus();
-    window.Press(Qt::Key_Return);
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.Shows("txtTelefono"), "7");
-    window.Open();
-    window.Field("txtTelefono").setText("8");
-    SiteWindow::Part<QWidget>(window.Dialog(), "Annulla").setFocus();
-
-    window.Press(Qt::Key_Return);
-
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.Shows("txtTelefono"), "7");
-}
-
-void frmModem_test::everyOpeningFocusesTheModels()
-{
-    Fixture window;
-    window.Fill();
-    for (int opening = 0; opening < 2; ++opening) {
+    static void fifteenModelsInFileOrder()
+    {
+        Fixture window(Catalogue(15));
         window.Open();
-        QCOMPARE(window.Focus(), "cboModem");
-        window.Field("txtStringaReset").setFocus();
-        window.Click("OK");
+        QCOMPARE(window.Models().count(), 15);
+
+        PickRow(window.Models(), 12);
+
+        QCOMPARE(window.Shows("cboModem"), "Modello 12");
+        QCOMPARE(window.Shows("txtStringaInit"), "S12");
     }
-}
 
-void frmModem_test::tabFollowsTheReadingOrder()
-{
-    Fixture window;
-    window.Open();
+    static void tenThousandModels()
+    {
+        Fixture window(Catalogue(10000));
+        window.Open();
+        QCOMPARE(window.Models().count(), 10000);
 
-    // Tab enters the group of option buttons at the checked one.
-    QCOMPARE(TabRound(window.Dialog()),
-             QStringList({"cboModem", "txtTelefono", "txtTentImpor", "txtStringaInit", "txtStringaReset",
-                          "optToni", "OK", "Annulla"}));
-}
+        // Starts from the second last entry instead of pressing the key 10 000 times.
+        window.Models().setCurrentIndex(9998);
+        QTest::keyClick(&window.Models(), Qt::Key_Down);
 
-void frmModem_test::everyMnemonicLeadsToAField()
-{
-    Fixture window;
+        QCOMPARE(window.Shows("cboModem"), "Modello 9999");
+        QCOMPARE(window.Shows("txtStringaInit"), "S9999");
+    }
 
-    QCOMPARE(LabelsWithoutBuddy(window.Dialog()), QStringList());
-}
+    // Each is a model without name and string.
+    static void aMillionEmptyLinesTakeLittleMemory()
+    {
+        constexpr int lines = 1024 * 1024;
+        SettingsFile place;
+        {
+            QFile file(QString::fromStdString((place.Directory() / "modem.dat").string()));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray(lines, '\n'));
+        }
+        const std::size_t before = AllocatedBytes();
 
-void frmModem_test::labelsNameTheirFields()
-{
-    Fixture window;
+        const frmModem dialog(place.Directory());
 
-    QCOMPARE(AccessibleName(window.Models()), "Marca e modello del modem:");
-    QCOMPARE(AccessibleName(window.Field("txtTelefono")), "Numero da chiamare:");
-    QCOMPARE(AccessibleName(window.Field("txtTentImpor")), "Tentativi di importazione:");
-    QCOMPARE(AccessibleName(window.Field("txtStringaInit")), "Stringa di inizializzazione:");
-    QCOMPARE(AccessibleName(window.Field("txtStringaReset")), "Stringa di reset:");
-}
+        QVERIFY2(AllocatedBytes() < before + 16 * std::size_t{lines},
+                 qPrintable(QString::number(AllocatedBytes() - before)));
+        auto& models = *dialog.findChild<QComboBox*>("cboModem");
+        QCOMPARE(models.count(), lines);
+        QCOMPARE(models.itemText(lines - 1), QString());
+        QCOMPARE(dialog.Settings().initString, "");
+    }
 
-void frmModem_test::wheelNeedsTheFocus()
-{
-    Fixture window;
-    window.Open();
-    window.Field("txtTelefono").setFocus();
+    static void directoryInTheCataloguesPlace()
+    {
+        SettingsFile place;
+        std::filesystem::create_directory(place.Directory() / "modem.dat");
 
-    QVERIFY(!TurnWheelOver(window.Models()));
-    QCOMPARE(window.Shows("cboModem"), "Alfa");
-    window.Models().setFocus();
-    QVERIFY(TurnWheelOver(window.Models()));
+        frmModem dialog(place.Directory());
 
-    QCOMPARE(window.Shows("cboModem"), "Beta");
-    QCOMPARE(window.Shows("txtStringaInit"), "B2");
-}
+        QCOMPARE(Shown(SiteWindow::Part<QComboBox>(dialog, "cboModem")), "Generico");
+        QCOMPARE(Shown(SiteWindow::Part<QLineEdit>(dialog, "txtStringaInit")), kGenericString);
+    }
 
-void frmModem_test::editorRecordsTheUndoBeforeEachShowing()
-{
-    EditorWindow window(SettingsWith({}), kThreeModels);
-    window.Add();
-    window.Pick("cboTipoConn", 3);
-    window.Click("optRemoto");
-    const auto enterAndPress = [&window](const QString& number, const char* button) {
-        const ModalVisit<frmModem> visit([&](frmModem& dialog) {
-            QVERIFY(dialog.parentWidget() == &window.Editor());
-            SiteWindow::Part<QLineEdit>(dialog, "txtTelefono").setText(number);
-            SiteWindow::Part<QLineEdit>(dialog, "txtTentImpor").setText("1");
-            QTest::mouseClick(&SiteWindow::Part<QPushButton>(dialog, button), Qt::LeftButton);
-        });
-        window.Click("btnModem");
-    };
+    static void lineWithoutAnEqualsSignIsAllString()
+    {
+        Fixture window("Alfa=A1\r\nATX3S0\r\nBeta=B2\r\n");
+        window.Open();
 
-    enterAndPress("1", "Annulla");
-    QCOMPARE(window.Shows("txtTelefono"), "");
-    enterAndPress("2", "OK");
-    QCOMPARE(window.Shows("txtTelefono"), "2");
-    enterAndPress("3", "Annulla");
+        PickRow(window.Models(), 1);
+        QCOMPARE(window.Shows("cboModem"), "");
+        QCOMPARE(window.Shows("txtStringaInit"), "ATX3S0");
+        PickRow(window.Models(), 2);
 
-    QCOMPARE(window.Shows("txtTelefono"), "2");
-    QVERIFY(window.Editor().isVisible());
-}
+        QCOMPARE(window.Shows("txtStringaInit"), "B2");
+    }
+
+    static void modelsAreNotSorted()
+    {
+        Fixture window("Zeta=Z\r\nAlfa=A\r\nMu=M\r\n");
+        window.Open();
+
+        PickRow(window.Models(), 1);
+
+        QCOMPARE(window.Shows("cboModem"), "Alfa");
+        QCOMPARE(window.Shows("txtStringaInit"), "A");
+    }
+
+    static void pickingAModelReplacesTheString()
+    {
+        Fixture window;
+        window.Open();
+        window.Field("txtStringaInit").setText("mia");
+
+        PickRow(window.Models(), 2);
+
+        QCOMPARE(window.Shows("txtStringaInit"), "G3");
+    }
+
+    static void pickingTheSameModelBringsItsStringBack()
+    {
+        Fixture window;
+        window.Open();
+        window.Field("txtStringaInit").setText("mia");
+
+        PickRow(window.Models(), 0);
+
+        QCOMPARE(window.Shows("txtStringaInit"), "A1");
+    }
+
+    static void attemptsTakeDigitsOnly()
+    {
+        Fixture window;
+        window.Open();
+        window.Field("txtTentImpor").setFocus();
+
+        QTest::keyClicks(&window.Field("txtTentImpor"), "-1a2");
+        QCOMPARE(window.Shows("txtTentImpor"), "12");
+        window.Press(Qt::Key_Backspace);
+
+        QCOMPARE(window.Shows("txtTentImpor"), "1");
+    }
+
+    static void attemptsCheck_data()
+    {
+        QTest::addColumn<QString>("entered");
+        QTest::addColumn<int>("message");
+        for (const QJsonValue vector : Vectors("attempts_check")) {
+            const QString entered = vector["in"].toString();
+            QTest::newRow(qPrintable("'" + entered + "'")) << entered << vector["message"].toInt();
+        }
+    }
+
+    static void attemptsCheck()
+    {
+        QFETCH(QString, entered);
+        QFETCH(int, message);
+        const std::map<int, const char*> messages{
+            {10503, "È necessario inserire il numero di tentativi di importazione"},
+            {10504, "Il numero di tentativi di importazione non può essere minore di 1"},
+        };
+        Fixture window;
+        window.Fill();
+        window.Open();
+        window.Field("txtTentImpor").setText(entered);
+
+        if (message == 0) {
+            window.Click("OK");
+            QVERIFY(!window.Dialog().isVisible());
+        } else {
+            ExpectRefusal(window, messages.at(message), "txtTentImpor");
+        }
+        QCOMPARE(window.Shows("txtTentImpor"), entered);
+    }
+
+    static void missingTexts_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::newRow("txtTelefono") << "È necessario inserire il numero di telefono";
+        QTest::newRow("txtTentImpor") << "È necessario inserire il numero di tentativi di importazione";
+        QTest::newRow("txtStringaInit") << "È necessario inserire la stringa di inizializzazione del modem";
+        QTest::newRow("txtStringaReset") << "È necessario inserire la stringa di reset del modem";
+    }
+
+    static void missingTexts()
+    {
+        QFETCH(QString, message);
+        Fixture window;
+        window.Fill();
+        window.Open();
+        window.Field(QTest::currentDataTag()).clear();
+
+        ExpectRefusal(window, message, QTest::currentDataTag());
+    }
+
+    static void withEverythingEmptyOnlyTheNumberIsReported()
+    {
+        Fixture window;
+        window.Open();
+        for (const char* const name : {"txtTelefono", "txtTentImpor", "txtStringaInit", "txtStringaReset"})
+            window.Field(name).clear();
+
+        ExpectRefusal(window, "È necessario inserire il numero di telefono", "txtTelefono");
+    }
+
+    static void checksFollowTheirOrder()
+    {
+        Fixture window;
+        window.Open();
+        window.Field("txtStringaInit").clear();
+        window.Field("txtStringaReset").clear();
+        window.Field("txtTentImpor").setText("0");
+
+        ExpectRefusal(window, "È necessario inserire il numero di telefono", "txtTelefono");
+        window.Field("txtTelefono").setText("1");
+        ExpectRefusal(window, "Il numero di tentativi di importazione non può essere minore di 1",
+                      "txtTentImpor");
+        window.Field("txtTentImpor").setText("1");
+        ExpectRefusal(window, "È necessario inserire la stringa di inizializzazione del modem",
+                      "txtStringaInit");
+        window.Field("txtStringaInit").setText("X");
+        ExpectRefusal(window, "È necessario inserire la stringa di reset del modem", "txtStringaReset");
+        window.Field("txtStringaReset").setText("&F");
+        window.Click("OK");
+
+        QVERIFY(!window.Dialog().isVisible());
+    }
+
+    static void anyCharactersMakeANumberToCall()
+    {
+        Fixture window;
+        window.Fill();
+        window.Open();
+        window.Field("txtTelefono").setFocus();
+        window.Field("txtTelefono").selectAll();
+        QTest::keyClicks(&window.Field("txtTelefono"), "0,w 06-abc");
+
+        window.Click("OK");
+
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.Shows("txtTelefono"), "0,w 06-abc");
+    }
+
+    static void okKeepsTheChange()
+    {
+        Fixture window;
+        window.Open();
+        PickRow(window.Models(), 1);
+        window.Fill();
+        window.Click("optImpulsi");
+
+        window.Click("OK");
+
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.State(), "Beta|0123|3|B2|&F|off|on");
+    }
+
+    static void leavingUndoesTheChange_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("Annulla") << "Annulla";
+        QTest::newRow("Escape") << "Escape";
+        QTest::newRow("close box") << "close box";
+    }
+
+    static void leavingUndoesTheChange()
+    {
+        QFETCH(QString, way);
+        Fixture window;
+        window.Open();
+        PickRow(window.Models(), 1);
+        window.Fill();
+        window.Field("txtStringaReset").setText("Z");
+        window.Click("optImpulsi");
+
+        if (way == "Annulla")
+            window.Click("Annulla");
+        else if (way == "Escape")
+            window.Press(Qt::Key_Escape);
+        else
+            window.Dialog().close();
+
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.State(), "Alfa|||A1|&F|on|off");
+    }
+
+    static void undoBringsTheHandMadeStringBack()
+    {
+        Fixture window;
+        window.Open();
+        window.Field("txtStringaInit").setText("mia");
+        window.Fill();
+        window.Click("OK");
+        window.Open();
+        PickRow(window.Models(), 1);
+        QCOMPARE(window.Shows("txtStringaInit"), "B2");
+
+        window.Click("Annulla");
+
+        QCOMPARE(window.State(), "Alfa|0123|3|mia|&F|on|off");
+    }
+
+    static void undoIsThatOfTheLastOpening()
+    {
+        Fixture window;
+        window.Open();
+        window.Fill();
+        PickRow(window.Models(), 1);
+        window.Click("OK");
+        window.Open();
+        PickRow(window.Models(), 2);
+        window.Field("txtTelefono").setText("9");
+
+        window.Click("Annulla");
+
+        QCOMPARE(window.State(), "Beta|0123|3|B2|&F|on|off");
+    }
+
+    static void undoBringsPulseDiallingBack()
+    {
+        Fixture window;
+        window.Click("optImpulsi");
+        window.Open();
+        window.Click("optToni");
+
+        window.Click("Annulla");
+
+        QCOMPARE(window.Shows("optImpulsi"), "on");
+        QCOMPARE(window.Shows("optToni"), "off");
+    }
+
+    static void enterPressesOkAndOnAnnullaAnnulla()
+    {
+        Fixture window;
+        window.Fill();
+        window.Open();
+        window.Field("txtTelefono").setText("7");
+        window.Field("txtTelefono").setFocus();
+        window.Press(Qt::Key_Return);
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.Shows("txtTelefono"), "7");
+        window.Open();
+        window.Field("txtTelefono").setText("8");
+        SiteWindow::Part<QWidget>(window.Dialog(), "Annulla").setFocus();
+
+        window.Press(Qt::Key_Return);
+
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.Shows("txtTelefono"), "7");
+    }
+
+    static void everyOpeningFocusesTheModels()
+    {
+        Fixture window;
+        window.Fill();
+        for (int opening = 0; opening < 2; ++opening) {
+            window.Open();
+            QCOMPARE(window.Focus(), "cboModem");
+            window.Field("txtStringaReset").setFocus();
+            window.Click("OK");
+        }
+    }
+
+    static void tabFollowsTheReadingOrder()
+    {
+        Fixture window;
+        window.Open();
+
+        // Tab enters the group of option buttons at the checked one.
+        QCOMPARE(TabRound(window.Dialog()),
+                 QStringList({"cboModem", "txtTelefono", "txtTentImpor", "txtStringaInit", "txtStringaReset",
+                              "optToni", "OK", "Annulla"}));
+    }
+
+    static void everyMnemonicLeadsToAField()
+    {
+        Fixture window;
+
+        QCOMPARE(LabelsWithoutBuddy(window.Dialog()), QStringList());
+    }
+
+    static void labelsNameTheirFields()
+    {
+        Fixture window;
+
+        QCOMPARE(AccessibleName(window.Models()), "Marca e modello del modem:");
+        QCOMPARE(AccessibleName(window.Field("txtTelefono")), "Numero da chiamare:");
+        QCOMPARE(AccessibleName(window.Field("txtTentImpor")), "Tentativi di importazione:");
+        QCOMPARE(AccessibleName(window.Field("txtStringaInit")), "Stringa di inizializzazione:");
+        QCOMPARE(AccessibleName(window.Field("txtStringaReset")), "Stringa di reset:");
+    }
+
+    static void wheelNeedsTheFocus()
+    {
+        Fixture window;
+        window.Open();
+        window.Field("txtTelefono").setFocus();
+
+        QVERIFY(!TurnWheelOver(window.Models()));
+        QCOMPARE(window.Shows("cboModem"), "Alfa");
+        window.Models().setFocus();
+        QVERIFY(TurnWheelOver(window.Models()));
+
+        QCOMPARE(window.Shows("cboModem"), "Beta");
+        QCOMPARE(window.Shows("txtStringaInit"), "B2");
+    }
+
+    static void editorRecordsTheUndoBeforeEachShowing()
+    {
+        EditorWindow window(SettingsWith({}), kThreeModels);
+        window.Add();
+        window.Pick("cboTipoConn", 3);
+        window.Click("optRemoto");
+        const auto enterAndPress = [&window](const QString& number, const char* button) {
+            const ModalVisit<frmModem> visit([&](frmModem& dialog) {
+                QVERIFY(dialog.parentWidget() == &window.Editor());
+                SiteWindow::Part<QLineEdit>(dialog, "txtTelefono").setText(number);
+                SiteWindow::Part<QLineEdit>(dialog, "txtTentImpor").setText("1");
+                QTest::mouseClick(&SiteWindow::Part<QPushButton>(dialog, button), Qt::LeftButton);
+            });
+            window.Click("btnModem");
+        };
+
+        enterAndPress("1", "Annulla");
+        QCOMPARE(window.Shows("txtTelefono"), "");
+        enterAndPress("2", "OK");
+        QCOMPARE(window.Shows("txtTelefono"), "2");
+        enterAndPress("3", "Annulla");
+
+        QCOMPARE(window.Shows("txtTelefono"), "2");
+        QVERIFY(window.Editor().isVisible());
+    }
+};
 
 } // namespace corvrec
 

@@ -52,110 +52,104 @@ class frmSX_pty_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void statusIsReadAndClockIsSet();
-    static void statusIsReadByModem();
-    static void unpluggedDeviceLeavesTheWindowUsable();
-    static void unplugAfterAWholeReplyDoesNotCostIt_data();
-    static void unplugAfterAWholeReplyDoesNotCostIt();
+    static void statusIsReadAndClockIsSet()
+    {
+        Session session(Device(), "Dispositivo=STX30\r\n");
+
+        session.editor.Visit([](frmSX& window) {
+            Click(window, "cmdStato");
+            QCOMPARE(Shows(window, "lblMemoria"), "1234567");
+            QCOMPARE(Shows(window, "lblCondizione"), "Totale");
+            QCOMPARE(Shows(window, "lblRiempimento"), " 12");
+            QCOMPARE(Shows(window, "lblRipetizioni"), "N/A");
+            QCOMPARE(Shows(window, "lblGuasto"), "Nessuno");
+            QCOMPARE(Shows(window, "lblModello"), "Standard");
+            QCOMPARE(Shows(window, "lblFirmware"), "3.05");
+            QCOMPARE(Shows(window, "lblData"), "01/01/00");
+            QCOMPARE(Shows(window, "lblOra"), "00:00");
+            QCOMPARE(Shows(window, "lblModem"), "N/A");
+
+            Type(window, "mskOra", 0, "09");
+            Type(window, "mskOra", 3, "05");
+            Type(window, "mskData", 0, "31");
+            Type(window, "mskData", 3, "12");
+            Type(window, "mskData", 6, "26");
+            Click(window, "cmdImpostaDataOra");
+            Click(window, "cmdStato");
+            QCOMPARE(Shows(window, "lblData"), "31/12/26");
+            QCOMPARE(Shows(window, "lblOra"), "09:05");
+        });
+
+        session.lab.Unplug();
+        QCOMPARE(session.lab.Received(), "\x13\x02\x13\x0F"
+                                         "0905311226\x13\x02\x13");
+    }
+
+    // A pseudo-terminal has no carrier line, so each request closes the port, opens it and dials again.
+    static void statusIsReadByModem()
+    {
+        lab::DeviceOptions device = Device();
+        device.modem = lab::ModemBehaviour{.echo = true, .dialDelayMs = 20};
+        Session session(device, "Dispositivo=STX30\r\nMODEM=1\r\n"
+                                "StringaReset=AT&F\r\nStringaModem=ATX3\r\nNumeroTel=ATDT0123\r\n");
+
+        session.editor.Visit([](frmSX& window) {
+            Click(window, "cmdStato");
+            QCOMPARE(Shows(window, "lblMemoria"), "1234567");
+            Click(window, "cmdStato");
+            QCOMPARE(Shows(window, "lblMemoria"), "1234567");
+        });
+
+        session.lab.Unplug();
+        const std::string request = "AT&F\rATX3\rATDT0123\r\x13\x02\x13";
+        QCOMPARE(session.lab.Received(), request + request + "+++ATH\r");
+    }
+
+    static void unpluggedDeviceLeavesTheWindowUsable()
+    {
+        lab::DeviceOptions device = Device();
+        device.faults.dropAfter = 11;
+        Session session(device, "Dispositivo=STX30\r\n");
+
+        session.editor.Visit([](frmSX& window) {
+            MessageProbe lost(Qt::Key_Return);
+            Click(window, "cmdStato");
+            QCOMPARE(lost.text(),
+                     "Impossibile ricevere lo stato del buffer. Verificare che il buffer sia collegato "
+                     "correttamente.");
+            MessageProbe gone(Qt::Key_Return);
+            Click(window, "cmdImpostaDataOra");
+            QCOMPARE(gone.text(), "Impossibile aprire Com2");
+        });
+    }
+
+    static void unplugAfterAWholeReplyDoesNotCostIt_data()
+    {
+        QTest::addColumn<int>("bytes"); // including the answer to the first line clear
+        QTest::addColumn<bool>("burst");
+        constexpr int kUpToTheStar = 1 + 38;
+        QTest::newRow("after the star") << kUpToTheStar << false;
+        QTest::newRow("after the star, in one burst") << kUpToTheStar << true;
+        QTest::newRow("after the line clear") << kUpToTheStar + 1 << false;
+        QTest::newRow("after the line clear, in one burst") << kUpToTheStar + 1 << true;
+    }
+
+    static void unplugAfterAWholeReplyDoesNotCostIt()
+    {
+        QFETCH(int, bytes);
+        QFETCH(bool, burst);
+        lab::DeviceOptions device = Device();
+        device.faults.dropAfter = static_cast<std::size_t>(bytes);
+        device.faults.burst = burst;
+        Session session(device, "Dispositivo=STX30\r\n");
+
+        session.editor.Visit([](frmSX& window) {
+            Click(window, "cmdStato");
+            QCOMPARE(Shows(window, "lblMemoria"), "1234567");
+            QCOMPARE(Shows(window, "lblOra"), "00:00");
+        });
+    }
 };
-
-void frmSX_pty_test::statusIsReadAndClockIsSet()
-{
-    Session session(Device(), "Dispositivo=STX30\r\n");
-
-    session.editor.Visit([](frmSX& window) {
-        Click(window, "cmdStato");
-        QCOMPARE(Shows(window, "lblMemoria"), "1234567");
-        QCOMPARE(Shows(window, "lblCondizione"), "Totale");
-        QCOMPARE(Shows(window, "lblRiempimento"), " 12");
-        QCOMPARE(Shows(window, "lblRipetizioni"), "N/A");
-        QCOMPARE(Shows(window, "lblGuasto"), "Nessuno");
-        QCOMPARE(Shows(window, "lblModello"), "Standard");
-        QCOMPARE(Shows(window, "lblFirmware"), "3.05");
-        QCOMPARE(Shows(window, "lblData"), "01/01/00");
-        QCOMPARE(Shows(window, "lblOra"), "00:00");
-        QCOMPARE(Shows(window, "lblModem"), "N/A");
-
-        Type(window, "mskOra", 0, "09");
-        Type(window, "mskOra", 3, "05");
-        Type(window, "mskData", 0, "31");
-        Type(window, "mskData", 3, "12");
-        Type(window, "mskData", 6, "26");
-        Click(window, "cmdImpostaDataOra");
-        Click(window, "cmdStato");
-        QCOMPARE(Shows(window, "lblData"), "31/12/26");
-        QCOMPARE(Shows(window, "lblOra"), "09:05");
-    });
-
-    session.lab.Unplug();
-    QCOMPARE(session.lab.Received(), "\x13\x02\x13\x0F"
-                                     "0905311226\x13\x02\x13");
-}
-
-// A pseudo-terminal has no carrier line, so each request closes the port, opens it and dials again.
-void frmSX_pty_test::statusIsReadByModem()
-{
-    lab::DeviceOptions device = Device();
-    device.modem = lab::ModemBehaviour{.echo = true, .dialDelayMs = 20};
-    Session session(device, "Dispositivo=STX30\r\nMODEM=1\r\n"
-                            "StringaReset=AT&F\r\nStringaModem=ATX3\r\nNumeroTel=ATDT0123\r\n");
-
-    session.editor.Visit([](frmSX& window) {
-        Click(window, "cmdStato");
-        QCOMPARE(Shows(window, "lblMemoria"), "1234567");
-        Click(window, "cmdStato");
-        QCOMPARE(Shows(window, "lblMemoria"), "1234567");
-    });
-
-    session.lab.Unplug();
-    const std::string request = "AT&F\rATX3\rATDT0123\r\x13\x02\x13";
-    QCOMPARE(session.lab.Received(), request + request + "+++ATH\r");
-}
-
-void frmSX_pty_test::unpluggedDeviceLeavesTheWindowUsable()
-{
-    lab::DeviceOptions device = Device();
-    device.faults.dropAfter = 11;
-    Session session(device, "Dispositivo=STX30\r\n");
-
-    session.editor.Visit([](frmSX& window) {
-        MessageProbe lost(Qt::Key_Return);
-        Click(window, "cmdStato");
-        QCOMPARE(lost.text(),
-                 "Impossibile ricevere lo stato del buffer. Verificare che il buffer sia collegato "
-                 "correttamente.");
-        MessageProbe gone(Qt::Key_Return);
-        Click(window, "cmdImpostaDataOra");
-        QCOMPARE(gone.text(), "Impossibile aprire Com2");
-    });
-}
-
-void frmSX_pty_test::unplugAfterAWholeReplyDoesNotCostIt_data()
-{
-    QTest::addColumn<int>("bytes"); // including the answer to the first line clear
-    QTest::addColumn<bool>("burst");
-    constexpr int kUpToTheStar = 1 + 38;
-    QTest::newRow("after the star") << kUpToTheStar << false;
-    QTest::newRow("after the star, in one burst") << kUpToTheStar << true;
-    QTest::newRow("after the line clear") << kUpToTheStar + 1 << false;
-    QTest::newRow("after the line clear, in one burst") << kUpToTheStar + 1 << true;
-}
-
-void frmSX_pty_test::unplugAfterAWholeReplyDoesNotCostIt()
-{
-    QFETCH(int, bytes);
-    QFETCH(bool, burst);
-    lab::DeviceOptions device = Device();
-    device.faults.dropAfter = static_cast<std::size_t>(bytes);
-    device.faults.burst = burst;
-    Session session(device, "Dispositivo=STX30\r\n");
-
-    session.editor.Visit([](frmSX& window) {
-        Click(window, "cmdStato");
-        QCOMPARE(Shows(window, "lblMemoria"), "1234567");
-        QCOMPARE(Shows(window, "lblOra"), "00:00");
-    });
-}
 
 } // namespace corvrec
 

@@ -75,261 +75,241 @@ class frmTrasfAvanzate_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void captionsComeFromTheStringTable();
-    static void startsWithoutATransformation();
-    static void helpIsEmptyBeforeTheFirstOpening();
-    static void helpFollowsTheFocus();
-    static void helpStaysOnTheButtons();
-    static void everyOpeningFocusesTheDate();
-
-    static void okKeepsTheChange();
-    static void leavingUndoesTheChange_data();
-    static void leavingUndoesTheChange();
-    static void undoIsThatOfTheLastOpening();
-    static void undoBringsEveryBoxBack();
-    static void enterPressesOkAndOnAnnullaAnnulla();
-    static void tabFollowsTheReadingOrder();
-    static void mnemonicsTickTheBoxes();
-
-    static void recordFillsTheBoxes();
-    static void missingValuesLeaveTheBoxes();
-    static void editorRecordsTheUndoBeforeEachShowing();
-};
-
-void frmTrasfAvanzate_test::captionsComeFromTheStringTable()
-{
-    Fixture window;
-    const std::map<const char*, const char*> captions{
-        {"chkData", "Aggiungere &data alle righe"},
-        {"chkOra", "Aggiungere &ora alle righe"},
-        {"chkNull", "&Eliminare caratteri Null"},
-        {"chkCrLf", "&Correggere CR/LF"},
-        {"Label1",
-         "Può essere necessario aggiungere ai dati provenienti dal centralino alcuni campi per completare o "
-         "rimpiazzare le informazioni trasmesse."},
-        {"Label2", "Marcare tra le opzioni sottostanti quelle desiderate."},
-        {"OK", "OK"},
-        {"Annulla", "Annulla"},
-    };
-
-    for (const auto& [name, caption] : captions)
-        QCOMPARE(SiteWindow::Part<QWidget>(window.Dialog(), name).property("text").toString(),
-                 QString(caption));
-    QCOMPARE(window.Dialog().windowTitle(), "Avanzate");
-}
-
-void frmTrasfAvanzate_test::startsWithoutATransformation()
-{
-    Fixture window;
-
-    QCOMPARE(window.Ticked(), QStringList());
-}
-
-void frmTrasfAvanzate_test::helpIsEmptyBeforeTheFirstOpening()
-{
-    Fixture window;
-
-    QCOMPARE(window.Help(), "");
-}
-
-void frmTrasfAvanzate_test::helpFollowsTheFocus()
-{
-    Fixture window;
-    window.Open();
-
-    QCOMPARE(window.Help(), kDateHelp);
-    window.Press(Qt::Key_Tab);
-    QCOMPARE(window.Help(), kTimeHelp);
-    window.Press(Qt::Key_Tab);
-    QCOMPARE(window.Help(), kNullHelp);
-    window.Press(Qt::Key_Tab);
-    QCOMPARE(window.Help(), kCrLfHelp);
-    window.Click("chkOra");
-
-    QCOMPARE(window.Help(), kTimeHelp);
-}
-
-void frmTrasfAvanzate_test::helpStaysOnTheButtons()
-{
-    Fixture window;
-    window.Open();
-    SiteWindow::Part<QWidget>(window.Dialog(), "chkCrLf").setFocus();
-
-    window.Press(Qt::Key_Tab);
-
-    QCOMPARE(window.Focus(), "OK");
-    QCOMPARE(window.Help(), kCrLfHelp);
-}
-
-void frmTrasfAvanzate_test::everyOpeningFocusesTheDate()
-{
-    Fixture window;
-    window.Open();
-    window.Click("chkCrLf");
-    window.Click("OK");
-
-    window.Open();
-
-    QCOMPARE(window.Focus(), "chkData");
-    QCOMPARE(window.Help(), kDateHelp);
-}
-
-void frmTrasfAvanzate_test::okKeepsTheChange()
-{
-    Fixture window;
-    window.Open();
-    window.Click("chkNull");
-
-    window.Click("OK");
-
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.Ticked(), QStringList({"chkNull"}));
-}
-
-void frmTrasfAvanzate_test::leavingUndoesTheChange_data()
-{
-    QTest::addColumn<QString>("way");
-    QTest::newRow("Annulla") << "Annulla";
-    QTest::newRow("Escape") << "Escape";
-    QTest::newRow("close box") << "close box";
-}
-
-void frmTrasfAvanzate_test::leavingUndoesTheChange()
-{
-    QFETCH(QString, way);
-    Fixture window;
-    window.Open();
-    window.Click("chkNull");
-
-    if (way == "Annulla")
-        window.Click("Annulla");
-    else if (way == "Escape")
-        window.Press(Qt::Key_Escape);
-    else
-        window.Dialog().close();
-
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.Ticked(), QStringList());
-}
-
-void frmTrasfAvanzate_test::undoIsThatOfTheLastOpening()
-{
-    Fixture window;
-    window.Open();
-    window.Click("chkNull");
-    window.Click("OK");
-    window.Open();
-    window.Click("chkNull");
-    window.Click("chkOra");
-
-    window.Click("Annulla");
-
-    QCOMPARE(window.Ticked(), QStringList({"chkNull"}));
-}
-
-void frmTrasfAvanzate_test::undoBringsEveryBoxBack()
-{
-    for (const QString& ticked : kBoxes) {
+    static void captionsComeFromTheStringTable()
+    {
         Fixture window;
-        SiteWindow::Part<QCheckBox>(window.Dialog(), qPrintable(ticked)).setChecked(true);
+        const std::map<const char*, const char*> captions{
+            {"chkData", "Aggiungere &data alle righe"},
+            {"chkOra", "Aggiungere &ora alle righe"},
+            {"chkNull", "&Eliminare caratteri Null"},
+            {"chkCrLf", "&Correggere CR/LF"},
+            {"Label1", "Può essere necessario aggiungere ai dati provenienti dal centralino alcuni campi per "
+                       "completare o "
+                       "rimpiazzare le informazioni trasmesse."},
+            {"Label2", "Marcare tra le opzioni sottostanti quelle desiderate."},
+            {"OK", "OK"},
+            {"Annulla", "Annulla"},
+        };
+
+        for (const auto& [name, caption] : captions)
+            QCOMPARE(SiteWindow::Part<QWidget>(window.Dialog(), name).property("text").toString(),
+                     QString(caption));
+        QCOMPARE(window.Dialog().windowTitle(), "Avanzate");
+    }
+
+    static void startsWithoutATransformation()
+    {
+        Fixture window;
+
+        QCOMPARE(window.Ticked(), QStringList());
+    }
+
+    static void helpIsEmptyBeforeTheFirstOpening()
+    {
+        Fixture window;
+
+        QCOMPARE(window.Help(), "");
+    }
+
+    static void helpFollowsTheFocus()
+    {
+        Fixture window;
         window.Open();
-        for (const QString& box : kBoxes)
-            window.Click(qPrintable(box));
+
+        QCOMPARE(window.Help(), kDateHelp);
+        window.Press(Qt::Key_Tab);
+        QCOMPARE(window.Help(), kTimeHelp);
+        window.Press(Qt::Key_Tab);
+        QCOMPARE(window.Help(), kNullHelp);
+        window.Press(Qt::Key_Tab);
+        QCOMPARE(window.Help(), kCrLfHelp);
+        window.Click("chkOra");
+
+        QCOMPARE(window.Help(), kTimeHelp);
+    }
+
+    static void helpStaysOnTheButtons()
+    {
+        Fixture window;
+        window.Open();
+        SiteWindow::Part<QWidget>(window.Dialog(), "chkCrLf").setFocus();
+
+        window.Press(Qt::Key_Tab);
+
+        QCOMPARE(window.Focus(), "OK");
+        QCOMPARE(window.Help(), kCrLfHelp);
+    }
+
+    static void everyOpeningFocusesTheDate()
+    {
+        Fixture window;
+        window.Open();
+        window.Click("chkCrLf");
+        window.Click("OK");
+
+        window.Open();
+
+        QCOMPARE(window.Focus(), "chkData");
+        QCOMPARE(window.Help(), kDateHelp);
+    }
+
+    static void okKeepsTheChange()
+    {
+        Fixture window;
+        window.Open();
+        window.Click("chkNull");
+
+        window.Click("OK");
+
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.Ticked(), QStringList({"chkNull"}));
+    }
+
+    static void leavingUndoesTheChange_data()
+    {
+        QTest::addColumn<QString>("way");
+        QTest::newRow("Annulla") << "Annulla";
+        QTest::newRow("Escape") << "Escape";
+        QTest::newRow("close box") << "close box";
+    }
+
+    static void leavingUndoesTheChange()
+    {
+        QFETCH(QString, way);
+        Fixture window;
+        window.Open();
+        window.Click("chkNull");
+
+        if (way == "Annulla")
+            window.Click("Annulla");
+        else if (way == "Escape")
+            window.Press(Qt::Key_Escape);
+        else
+            window.Dialog().close();
+
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.Ticked(), QStringList());
+    }
+
+    static void undoIsThatOfTheLastOpening()
+    {
+        Fixture window;
+        window.Open();
+        window.Click("chkNull");
+        window.Click("OK");
+        window.Open();
+        window.Click("chkNull");
+        window.Click("chkOra");
 
         window.Click("Annulla");
 
-        QCOMPARE(window.Ticked(), QStringList({ticked}));
+        QCOMPARE(window.Ticked(), QStringList({"chkNull"}));
     }
-}
 
-void frmTrasfAvanzate_test::enterPressesOkAndOnAnnullaAnnulla()
-{
-    Fixture window;
-    window.Open();
-    window.Press(Qt::Key_Space);
-    window.Press(Qt::Key_Return);
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.Ticked(), QStringList({"chkData"}));
-    window.Open();
-    window.Press(Qt::Key_Space);
-    SiteWindow::Part<QWidget>(window.Dialog(), "Annulla").setFocus();
+    static void undoBringsEveryBoxBack()
+    {
+        for (const QString& ticked : kBoxes) {
+            Fixture window;
+            SiteWindow::Part<QCheckBox>(window.Dialog(), qPrintable(ticked)).setChecked(true);
+            window.Open();
+            for (const QString& box : kBoxes)
+                window.Click(qPrintable(box));
 
-    window.Press(Qt::Key_Return);
+            window.Click("Annulla");
 
-    QVERIFY(!window.Dialog().isVisible());
-    QCOMPARE(window.Ticked(), QStringList({"chkData"}));
-}
+            QCOMPARE(window.Ticked(), QStringList({ticked}));
+        }
+    }
 
-void frmTrasfAvanzate_test::tabFollowsTheReadingOrder()
-{
-    Fixture window;
-    window.Open();
+    static void enterPressesOkAndOnAnnullaAnnulla()
+    {
+        Fixture window;
+        window.Open();
+        window.Press(Qt::Key_Space);
+        window.Press(Qt::Key_Return);
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.Ticked(), QStringList({"chkData"}));
+        window.Open();
+        window.Press(Qt::Key_Space);
+        SiteWindow::Part<QWidget>(window.Dialog(), "Annulla").setFocus();
 
-    QCOMPARE(TabRound(window.Dialog()), kBoxes + QStringList({"OK", "Annulla"}));
-}
+        window.Press(Qt::Key_Return);
 
-void frmTrasfAvanzate_test::mnemonicsTickTheBoxes()
-{
-    Fixture window;
-    window.Open();
+        QVERIFY(!window.Dialog().isVisible());
+        QCOMPARE(window.Ticked(), QStringList({"chkData"}));
+    }
 
-    for (const Qt::Key key : {Qt::Key_D, Qt::Key_O, Qt::Key_E, Qt::Key_C})
-        QTest::keyClick(window.Dialog().focusWidget(), key, Qt::AltModifier);
+    static void tabFollowsTheReadingOrder()
+    {
+        Fixture window;
+        window.Open();
 
-    QCOMPARE(window.Ticked(), kBoxes); // at once, before the next key
-}
+        QCOMPARE(TabRound(window.Dialog()), kBoxes + QStringList({"OK", "Annulla"}));
+    }
 
-void frmTrasfAvanzate_test::recordFillsTheBoxes()
-{
-    Fixture window;
-    SiteRecord site;
-    site.addDate = true;
-    site.addTime = false;
-    site.dropNulls = true;
-    site.fixCrLf = false;
+    static void mnemonicsTickTheBoxes()
+    {
+        Fixture window;
+        window.Open();
 
-    window.Dialog().ShowRecord(site);
-    SiteRecord taken;
-    window.Dialog().FillRecord(taken);
+        for (const Qt::Key key : {Qt::Key_D, Qt::Key_O, Qt::Key_E, Qt::Key_C})
+            QTest::keyClick(window.Dialog().focusWidget(), key, Qt::AltModifier);
 
-    QCOMPARE(window.Ticked(), QStringList({"chkData", "chkNull"}));
-    QCOMPARE(taken.addDate, true);
-    QCOMPARE(taken.addTime, false);
-    QCOMPARE(taken.dropNulls, true);
-    QCOMPARE(taken.fixCrLf, false);
-}
+        QCOMPARE(window.Ticked(), kBoxes); // at once, before the next key
+    }
 
-void frmTrasfAvanzate_test::missingValuesLeaveTheBoxes()
-{
-    Fixture window;
-    SiteWindow::Part<QCheckBox>(window.Dialog(), "chkOra").setChecked(true);
+    static void recordFillsTheBoxes()
+    {
+        Fixture window;
+        SiteRecord site;
+        site.addDate = true;
+        site.addTime = false;
+        site.dropNulls = true;
+        site.fixCrLf = false;
 
-    window.Dialog().ShowRecord(SiteRecord());
+        window.Dialog().ShowRecord(site);
+        SiteRecord taken;
+        window.Dialog().FillRecord(taken);
 
-    QCOMPARE(window.Ticked(), QStringList({"chkOra"}));
-}
+        QCOMPARE(window.Ticked(), QStringList({"chkData", "chkNull"}));
+        QCOMPARE(taken.addDate, true);
+        QCOMPARE(taken.addTime, false);
+        QCOMPARE(taken.dropNulls, true);
+        QCOMPARE(taken.fixCrLf, false);
+    }
 
-void frmTrasfAvanzate_test::editorRecordsTheUndoBeforeEachShowing()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    const auto tickNullAndPress = [&window](const char* button) {
-        const ModalVisit<frmTrasfAvanzate> visit([button](frmTrasfAvanzate& dialog) {
-            QTest::mouseClick(&SiteWindow::Part<QCheckBox>(dialog, "chkNull"), Qt::LeftButton);
-            QTest::mouseClick(&SiteWindow::Part<QPushButton>(dialog, button), Qt::LeftButton);
-        });
-        window.Click("cmdTAvanzate");
-    };
+    static void missingValuesLeaveTheBoxes()
+    {
+        Fixture window;
+        SiteWindow::Part<QCheckBox>(window.Dialog(), "chkOra").setChecked(true);
 
-    tickNullAndPress("Annulla");
-    QCOMPARE(window.Shows("chkNull"), "off");
-    tickNullAndPress("OK");
-    QCOMPARE(window.Shows("chkNull"), "on");
-    tickNullAndPress("Annulla");
+        window.Dialog().ShowRecord(SiteRecord());
 
-    QCOMPARE(window.Shows("chkNull"), "on");
-    QVERIFY(window.Editor().isVisible());
-}
+        QCOMPARE(window.Ticked(), QStringList({"chkOra"}));
+    }
+
+    static void editorRecordsTheUndoBeforeEachShowing()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        const auto tickNullAndPress = [&window](const char* button) {
+            const ModalVisit<frmTrasfAvanzate> visit([button](frmTrasfAvanzate& dialog) {
+                QTest::mouseClick(&SiteWindow::Part<QCheckBox>(dialog, "chkNull"), Qt::LeftButton);
+                QTest::mouseClick(&SiteWindow::Part<QPushButton>(dialog, button), Qt::LeftButton);
+            });
+            window.Click("cmdTAvanzate");
+        };
+
+        tickNullAndPress("Annulla");
+        QCOMPARE(window.Shows("chkNull"), "off");
+        tickNullAndPress("OK");
+        QCOMPARE(window.Shows("chkNull"), "on");
+        tickNullAndPress("Annulla");
+
+        QCOMPARE(window.Shows("chkNull"), "on");
+        QVERIFY(window.Editor().isVisible());
+    }
+};
 
 } // namespace corvrec
 

@@ -239,588 +239,556 @@ class guide_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*qApp); }
 
-    static void f1OpensTheChapterOfTheWindow_data();
-    static void f1OpensTheChapterOfTheWindow();
-    static void f1InAMessageOpensTheMessages();
-    static void f1InAFileChooserOpensTheChapterOfItsWindow();
-    static void f1ClosesAnOpenList();
-    static void f1InTheGuideLeavesItWhereItIs();
-    static void guideDoesNotExistBeforeTheFirstF1();
-
-    static void guideIsUsableNextToAModalDialog();
-    static void dialogThatOpensLaterLeavesTheGuideUsable();
-    static void escapeClosesOnlyTheGuide();
-    static void f1BringsTheGuideBackToTheFront();
-    static void guideOutlivesTheDialogItWasOpenedFrom();
-
-    static void everyChapterThatAFormNamesExists();
-    static void everyLinkLeadsToAChapter();
-    static void aLinkIsFollowedByKeyboard();
-    static void everyPictureExistsAndFitsTheWindow();
-    static void theTopLineStaysAtAnotherWidth();
-    static void everyTextThatCodeShowsIsInTheGuide();
-    static void namesInBoldAreThoseOfTheProgram();
-    static void everyToolTipIsInTheTableOfItsChapter();
-    static void everyFieldAndButtonHasAToolTip();
-    static void valuesOfABrokenReplyAreThoseOfTheGuide_data();
-    static void valuesOfABrokenReplyAreThoseOfTheGuide();
-    static void titleShowsTheVersion();
-    static void searchingMovesFromHitToHit();
-    static void searchingForAMissingTextReportsIt();
-    static void searchingWorksBackwardsToo();
-    static void aHitIsInTheMiddle();
-    static void altLeftGoesBackToWhereTheReaderWas();
-    static void guideOpensNextToTheWindowItExplains_data();
-    static void guideOpensNextToTheWindowItExplains();
-    static void picturesAreNotEnlarged();
-    static void linksCanBeReadOnADarkBackground();
-};
-
-void guide_test::f1OpensTheChapterOfTheWindow_data()
-{
-    QTest::addColumn<QString>("window");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<QString>("heading");
-    QTest::newRow("site list") << "frmSiti" << 0 << "Elenco dei siti";
-    QTest::newRow("connection") << "frmDettaglio" << 0 << "Scheda Connessione";
-    QTest::newRow("schedule") << "frmDettaglio" << 1 << "Scheda Acquisizione";
-    QTest::newRow("files") << "frmDettaglio" << 2 << "Scheda File";
-    QTest::newRow("transformations") << "frmTrasfAvanzate" << 0 << "Trasformazioni delle righe";
-    QTest::newRow("alerts") << "frmFileAvanzate" << 0 << "Avvisi su file e disco";
-    QTest::newRow("modem") << "frmModem" << 0 << "Impostazioni del modem";
-    QTest::newRow("buffer status") << "frmSX" << 0 << "Stato Buffer";
-    QTest::newRow("modem connection") << "frmConnessione" << 0 << "Connessione modem";
-}
-
-void guide_test::f1OpensTheChapterOfTheWindow()
-{
-    QFETCH(const QString, window);
-    QFETCH(const int, page);
-    QFETCH(const QString, heading);
-    const Guide guide(*qApp);
-    EditorWindow program(SettingsWith({"A"}));
-    BufferWindow buffer;
-    buffer.Dialog().SetAzione(-1); // neither connects nor hangs up
-    program.At<QTabWidget>("tabSetup").setCurrentIndex(page);
-    QWidget& asked = WindowNamed(window);
-    asked.show();
-    BringToFront(asked);
-
-    PressF1(asked);
-
-    QVERIFY(GuideWindow().isVisible());
-    QCOMPARE(TopLine(), heading);
-    QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
-    QVERIFY(View().hasFocus());
-}
-
-void guide_test::f1InAMessageOpensTheMessages()
-{
-    const Guide guide(*qApp);
-    MessageProbe message(Qt::Key_Escape, [] {
-        BringToFront(*QApplication::activeModalWidget());
-        PressF1(*QApplication::activeModalWidget());
-        QCOMPARE(TopLine(), QString("Messaggi"));
-        PressIn(GuideWindow(), Qt::Key_Escape);
-        QVERIFY(!GuideWindow().isVisible());
-    });
-
-    ShowMessage(nullptr, "testo");
-}
-
-void guide_test::f1InAFileChooserOpensTheChapterOfItsWindow()
-{
-    const Guide guide(*qApp);
-    EditorWindow program(SettingsWith({"A"}));
-    program.Open();
-    const ModalVisit<QFileDialog> visit([](QFileDialog& chooser) {
-        PressF1(chooser);
-        QCOMPARE(TopLine(), QString("Scheda File"));
-        chooser.reject();
-    });
-
-    program.Click("cmdSfoglia1");
-}
-
-void guide_test::f1ClosesAnOpenList()
-{
-    const Guide guide(*qApp);
-    EditorWindow program(SettingsWith({"A"}));
-    program.Open();
-    program.Choice("cboTipoConn").showPopup();
-    QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget(), kPatienceMs);
-
-    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_F1);
-
-    QVERIFY(!QApplication::activePopupWidget());
-    QCOMPARE(TopLine(), QString("Scheda Connessione"));
-}
-
-void guide_test::f1InTheGuideLeavesItWhereItIs()
-{
-    const Guide guide(*qApp);
-    SiteWindow program(SettingsWith({"A"}));
-    PressF1(program.List());
-    BringToFront(GuideWindow());
-
-    PressF1(GuideWindow());
-
-    QVERIFY(GuideWindow().isVisible());
-    QCOMPARE(TopLine(), QString("Elenco dei siti"));
-}
-
-void guide_test::guideDoesNotExistBeforeTheFirstF1()
-{
-    const Guide guide(*qApp);
-    SiteWindow program(SettingsWith({"A"}));
-
-    QVERIFY(!IsGuideThere());
-}
-
-void guide_test::guideIsUsableNextToAModalDialog()
-{
-    const Guide guide(*qApp);
-    SiteWindow program(SettingsWith({"A"}));
-    const ModalVisit<frmDettaglio> visit([&program](frmDettaglio& editor) {
-        PressF1(editor);
-        const int before = View().verticalScrollBar()->value();
-
-        PressIn(GuideWindow(), Qt::Key_PageDown);
-        QTest::mouseClick(program.List().windowHandle(), Qt::LeftButton, {},
-                          SiteWindow::Part<QPushButton>(program.List(), "cmdChiudi").geometry().center());
-
-        QVERIFY(View().verticalScrollBar()->value() > before);
-        QVERIFY(program.List().isVisible()); // the list is still blocked
-        QVERIFY(editor.isVisible());
-        editor.reject();
-    });
-
-    QTest::mouseClick(&SiteWindow::Part<QPushButton>(program.List(), "cmdProperties"), Qt::LeftButton);
-}
-
-void guide_test::dialogThatOpensLaterLeavesTheGuideUsable()
-{
-    const Guide guide(*qApp);
-    SiteWindow program(SettingsWith({"A"}));
-    PressF1(program.List());
-    const ModalVisit<frmDettaglio> visit([](frmDettaglio& editor) {
-        QTest::mouseClick(GuideWindow().windowHandle(), Qt::LeftButton, {},
-                          SiteWindow::Part<QPushButton>(GuideWindow(), "cmdSommario").geometry().center());
-        QCOMPARE(TopLine(), QString("Sommario"));
-        editor.reject();
-    });
-
-    QTest::mouseClick(&SiteWindow::Part<QPushButton>(program.List(), "cmdProperties"), Qt::LeftButton);
-}
-
-void guide_test::escapeClosesOnlyTheGuide()
-{
-    const Guide guide(*qApp);
-    EditorWindow program(SettingsWith({"A"}));
-    program.Open();
-    PressF1(program.Editor());
-
-    PressIn(GuideWindow(), Qt::Key_Escape);
-
-    QVERIFY(!GuideWindow().isVisible());
-    QVERIFY(program.Editor().isVisible());
-    QVERIFY(program.List().isVisible());
-}
-
-void guide_test::f1BringsTheGuideBackToTheFront()
-{
-    const Guide guide(*qApp);
-    EditorWindow program(SettingsWith({"A"}));
-    program.Open();
-    PressF1(program.Editor());
-    GuideWindow().showMinimized();
-    BringToFront(program.Editor());
-    program.At<QTabWidget>("tabSetup").setCurrentIndex(2);
-
-    PressF1(program.Editor());
-
-    QVERIFY(!GuideWindow().isMinimized());
-    QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
-    QCOMPARE(TopLine(), QString("Scheda File"));
-}
-
-void guide_test::guideOutlivesTheDialogItWasOpenedFrom()
-{
-    const Guide guide(*qApp);
-    SiteWindow program(SettingsWith({"A"}));
+    static void f1OpensTheChapterOfTheWindow_data()
     {
-        BufferWindow buffer;
-        buffer.Open();
-        PressF1(buffer.Window());
+        QTest::addColumn<QString>("window");
+        QTest::addColumn<int>("page");
+        QTest::addColumn<QString>("heading");
+        QTest::newRow("site list") << "frmSiti" << 0 << "Elenco dei siti";
+        QTest::newRow("connection") << "frmDettaglio" << 0 << "Scheda Connessione";
+        QTest::newRow("schedule") << "frmDettaglio" << 1 << "Scheda Acquisizione";
+        QTest::newRow("files") << "frmDettaglio" << 2 << "Scheda File";
+        QTest::newRow("transformations") << "frmTrasfAvanzate" << 0 << "Trasformazioni delle righe";
+        QTest::newRow("alerts") << "frmFileAvanzate" << 0 << "Avvisi su file e disco";
+        QTest::newRow("modem") << "frmModem" << 0 << "Impostazioni del modem";
+        QTest::newRow("buffer status") << "frmSX" << 0 << "Stato Buffer";
+        QTest::newRow("modem connection") << "frmConnessione" << 0 << "Connessione modem";
     }
 
-    QVERIFY(GuideWindow().isVisible());
-    QCOMPARE(TopLine(), QString("Stato Buffer"));
-}
+    static void f1OpensTheChapterOfTheWindow()
+    {
+        QFETCH(const QString, window);
+        QFETCH(const int, page);
+        QFETCH(const QString, heading);
+        const Guide guide(*qApp);
+        EditorWindow program(SettingsWith({"A"}));
+        BufferWindow buffer;
+        buffer.Dialog().SetAzione(-1); // neither connects nor hangs up
+        program.At<QTabWidget>("tabSetup").setCurrentIndex(page);
+        QWidget& asked = WindowNamed(window);
+        asked.show();
+        BringToFront(asked);
 
-void guide_test::everyChapterThatAFormNamesExists()
-{
-    GuideView view;
-    int count = 0;
-    for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor"}) {
-        QDirIterator forms(QStringLiteral(CORVREC_TEST_DATA "/../../") + folder, {"*.ui"}, QDir::Files);
-        while (forms.hasNext()) {
-            const QString form = Source(QString(folder) + "/" + QFileInfo(forms.next()).fileName());
-            ForEachMatch(R"(name="guida" stdset="0">\s*<string notr="true">([^<]*)<)", form,
-                         [&](const QRegularExpressionMatch& chapter) {
-                             view.moveCursor(QTextCursor::End);
-                             view.ShowChapter(chapter.captured(1));
-                             QVERIFY2(!CurrentHeading(view).isEmpty(), qPrintable(chapter.captured(1)));
-                             ++count;
-                         });
+        PressF1(asked);
+
+        QVERIFY(GuideWindow().isVisible());
+        QCOMPARE(TopLine(), heading);
+        QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
+        QVERIFY(View().hasFocus());
+    }
+
+    static void f1InAMessageOpensTheMessages()
+    {
+        const Guide guide(*qApp);
+        MessageProbe message(Qt::Key_Escape, [] {
+            BringToFront(*QApplication::activeModalWidget());
+            PressF1(*QApplication::activeModalWidget());
+            QCOMPARE(TopLine(), QString("Messaggi"));
+            PressIn(GuideWindow(), Qt::Key_Escape);
+            QVERIFY(!GuideWindow().isVisible());
+        });
+
+        ShowMessage(nullptr, "testo");
+    }
+
+    static void f1InAFileChooserOpensTheChapterOfItsWindow()
+    {
+        const Guide guide(*qApp);
+        EditorWindow program(SettingsWith({"A"}));
+        program.Open();
+        const ModalVisit<QFileDialog> visit([](QFileDialog& chooser) {
+            PressF1(chooser);
+            QCOMPARE(TopLine(), QString("Scheda File"));
+            chooser.reject();
+        });
+
+        program.Click("cmdSfoglia1");
+    }
+
+    static void f1ClosesAnOpenList()
+    {
+        const Guide guide(*qApp);
+        EditorWindow program(SettingsWith({"A"}));
+        program.Open();
+        program.Choice("cboTipoConn").showPopup();
+        QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget(), kPatienceMs);
+
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_F1);
+
+        QVERIFY(!QApplication::activePopupWidget());
+        QCOMPARE(TopLine(), QString("Scheda Connessione"));
+    }
+
+    static void f1InTheGuideLeavesItWhereItIs()
+    {
+        const Guide guide(*qApp);
+        SiteWindow program(SettingsWith({"A"}));
+        PressF1(program.List());
+        BringToFront(GuideWindow());
+
+        PressF1(GuideWindow());
+
+        QVERIFY(GuideWindow().isVisible());
+        QCOMPARE(TopLine(), QString("Elenco dei siti"));
+    }
+
+    static void guideDoesNotExistBeforeTheFirstF1()
+    {
+        const Guide guide(*qApp);
+        SiteWindow program(SettingsWith({"A"}));
+
+        QVERIFY(!IsGuideThere());
+    }
+
+    static void guideIsUsableNextToAModalDialog()
+    {
+        const Guide guide(*qApp);
+        SiteWindow program(SettingsWith({"A"}));
+        const ModalVisit<frmDettaglio> visit([&program](frmDettaglio& editor) {
+            PressF1(editor);
+            const int before = View().verticalScrollBar()->value();
+
+            PressIn(GuideWindow(), Qt::Key_PageDown);
+            QTest::mouseClick(program.List().windowHandle(), Qt::LeftButton, {},
+                              SiteWindow::Part<QPushButton>(program.List(), "cmdChiudi").geometry().center());
+
+            QVERIFY(View().verticalScrollBar()->value() > before);
+            QVERIFY(program.List().isVisible()); // the list is still blocked
+            QVERIFY(editor.isVisible());
+            editor.reject();
+        });
+
+        QTest::mouseClick(&SiteWindow::Part<QPushButton>(program.List(), "cmdProperties"), Qt::LeftButton);
+    }
+
+    static void dialogThatOpensLaterLeavesTheGuideUsable()
+    {
+        const Guide guide(*qApp);
+        SiteWindow program(SettingsWith({"A"}));
+        PressF1(program.List());
+        const ModalVisit<frmDettaglio> visit([](frmDettaglio& editor) {
+            QTest::mouseClick(
+                GuideWindow().windowHandle(), Qt::LeftButton, {},
+                SiteWindow::Part<QPushButton>(GuideWindow(), "cmdSommario").geometry().center());
+            QCOMPARE(TopLine(), QString("Sommario"));
+            editor.reject();
+        });
+
+        QTest::mouseClick(&SiteWindow::Part<QPushButton>(program.List(), "cmdProperties"), Qt::LeftButton);
+    }
+
+    static void escapeClosesOnlyTheGuide()
+    {
+        const Guide guide(*qApp);
+        EditorWindow program(SettingsWith({"A"}));
+        program.Open();
+        PressF1(program.Editor());
+
+        PressIn(GuideWindow(), Qt::Key_Escape);
+
+        QVERIFY(!GuideWindow().isVisible());
+        QVERIFY(program.Editor().isVisible());
+        QVERIFY(program.List().isVisible());
+    }
+
+    static void f1BringsTheGuideBackToTheFront()
+    {
+        const Guide guide(*qApp);
+        EditorWindow program(SettingsWith({"A"}));
+        program.Open();
+        PressF1(program.Editor());
+        GuideWindow().showMinimized();
+        BringToFront(program.Editor());
+        program.At<QTabWidget>("tabSetup").setCurrentIndex(2);
+
+        PressF1(program.Editor());
+
+        QVERIFY(!GuideWindow().isMinimized());
+        QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
+        QCOMPARE(TopLine(), QString("Scheda File"));
+    }
+
+    static void guideOutlivesTheDialogItWasOpenedFrom()
+    {
+        const Guide guide(*qApp);
+        SiteWindow program(SettingsWith({"A"}));
+        {
+            BufferWindow buffer;
+            buffer.Open();
+            PressF1(buffer.Window());
+        }
+
+        QVERIFY(GuideWindow().isVisible());
+        QCOMPARE(TopLine(), QString("Stato Buffer"));
+    }
+
+    static void everyChapterThatAFormNamesExists()
+    {
+        GuideView view;
+        int count = 0;
+        for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor"}) {
+            QDirIterator forms(QStringLiteral(CORVREC_TEST_DATA "/../../") + folder, {"*.ui"}, QDir::Files);
+            while (forms.hasNext()) {
+                const QString form = Source(QString(folder) + "/" + QFileInfo(forms.next()).fileName());
+                ForEachMatch(R"(name="guida" stdset="0">\s*<string notr="true">([^<]*)<)", form,
+                             [&](const QRegularExpressionMatch& chapter) {
+                                 view.moveCursor(QTextCursor::End);
+                                 view.ShowChapter(chapter.captured(1));
+                                 QVERIFY2(!CurrentHeading(view).isEmpty(), qPrintable(chapter.captured(1)));
+                                 ++count;
+                             });
+            }
+        }
+        QCOMPARE(count, 10);
+    }
+
+    static void everyLinkLeadsToAChapter()
+    {
+        GuideView view;
+        int count = 0;
+        ForEachFragment(*view.document(), [&](const QTextBlock&, const QTextFragment& part) {
+            const QUrl link(part.charFormat().anchorHref());
+            if (link.isEmpty())
+                return;
+            view.moveCursor(QTextCursor::End);
+            emit view.anchorClicked(view.source().resolved(link));
+            QVERIFY2(!CurrentHeading(view).isEmpty(), qPrintable(link.toString()));
+            ++count;
+        });
+        QVERIFY(count > 30);
+    }
+
+    static void aLinkIsFollowedByKeyboard()
+    {
+        frmGuida window;
+        window.Open("sommario");
+        BringToFront(window);
+
+        QTest::keyClick(&View(), Qt::Key_Tab);
+        QTest::keyClick(&View(), Qt::Key_Return);
+
+        QCOMPARE(TopLine(), QString("Installazione"));
+    }
+
+    static void everyPictureExistsAndFitsTheWindow()
+    {
+        frmGuida window;
+        window.Open("sommario");
+        window.resize(300, 400);
+        QStringList shown;
+        ForEachFragment(*View().document(), [&](const QTextBlock&, const QTextFragment& part) {
+            if (!part.charFormat().isImageFormat())
+                return;
+            const QString name = part.charFormat().toImageFormat().name();
+            const auto picture =
+                View().document()->resource(QTextDocument::ImageResource, QUrl(name)).value<QImage>();
+            QVERIFY2(!picture.isNull(), qPrintable(name));
+            QVERIFY2(picture.deviceIndependentSize().width() < View().viewport()->width(), qPrintable(name));
+            shown.append(QFileInfo(name).fileName());
+        });
+
+        shown.sort();
+        QStringList files = QDir(QStringLiteral(CORVREC_TEST_DATA "/../../docs/images")).entryList({"*.png"});
+        files.removeIf([](const QString& file) { return file.contains('@'); });
+        QCOMPARE(shown, files);
+        QCOMPARE(View().horizontalScrollBar()->maximum(), 0);
+    }
+
+    static void theTopLineStaysAtAnotherWidth()
+    {
+        frmGuida window;
+        window.Open("stato-buffer");
+
+        window.resize(400, 500);
+        QCOMPARE(TopLine(), QString("Stato Buffer"));
+        window.resize(900, 700);
+        QCOMPARE(TopLine(), QString("Stato Buffer"));
+    }
+
+    // All texts of the program, not only the messages, except the help texts in the windows themselves.
+    static void everyTextThatCodeShowsIsInTheGuide()
+    {
+        const GuideView view;
+        const QString guide = view.toPlainText().simplified();
+        int count = 0;
+        ForEachMatch(R"(TextId (\w+)\{(\d+)\};)", Source("src/core/text_ids.h"),
+                     [&](const QRegularExpressionMatch& id) {
+                         if (id.captured(1).endsWith("Help"))
+                             return;
+                         const QString text = Plain(FindText(id.captured(2).toInt())).simplified();
+                         QVERIFY2(!text.isEmpty() && guide.contains(text), qPrintable(text));
+                         ++count;
+                     });
+        QVERIFY(count > 70);
+    }
+
+    static void namesInBoldAreThoseOfTheProgram()
+    {
+        const EditorWindow program(SettingsWith({"A"}));
+        const BufferWindow buffer;
+        frmGuida window;
+        const QSet<QString> names = ShownNames();
+        int count = 0;
+        ForEachFragment(*View().document(), [&](const QTextBlock& block, const QTextFragment& part) {
+            const QTextTable* const table = QTextCursor(block).currentTable();
+            const bool isHeading = block.blockFormat().headingLevel() > 0 ||
+                                   (table != nullptr && table->cellAt(block.position()).row() == 0);
+            if (isHeading || part.charFormat().fontWeight() < QFont::Bold)
+                return;
+            QVERIFY2(names.contains(Plain(part.text())), qPrintable(part.text()));
+            ++count;
+        });
+        QVERIFY(count > 150);
+    }
+
+    static void everyToolTipIsInTheTableOfItsChapter()
+    {
+        GuideView view;
+        QHash<QString, QSet<NamedRow>> rows;
+        int count = 0;
+        ForEachPart([&](const QWidget& part) {
+            if (part.toolTip().isEmpty() || part.objectName() == "lblFile") // its tool tip is its full text
+                return;
+            const QString chapter = ChapterOf(part);
+            if (!rows.contains(chapter))
+                rows.insert(chapter, NamedRows(view, chapter));
+            const QString tip = QTextDocumentFragment::fromHtml(part.toolTip()).toPlainText();
+            const bool isThere = rows.value(chapter).contains({CaptionOf(part), tip});
+            QVERIFY2(isThere, qPrintable(QString("%1: | **%2** | %3 |").arg(chapter, CaptionOf(part), tip)));
+            ++count;
+        });
+        QVERIFY(count > 90);
+    }
+
+    // Except for controls whose caption says everything.
+    static void everyFieldAndButtonHasAToolTip()
+    {
+        const QSet<QString> plainlyNamed{"OK", "Annulla", "cmdAnnulla", "cmdChiudi", "dgrdGrigliaSiti"};
+        int count = 0;
+        ForEachPart([&](const QWidget& part) {
+            if (!IsFieldOrButton(part) || plainlyNamed.contains(part.objectName()))
+                return;
+            QVERIFY2(!part.toolTip().isEmpty(), qPrintable(part.objectName()));
+            ++count;
+        });
+        QVERIFY(count > 40);
+    }
+
+    static void valuesOfABrokenReplyAreThoseOfTheGuide_data()
+    {
+        QTest::addColumn<int>("modelNumber");
+        QTest::addColumn<int>("column");
+        QTest::newRow("1.1") << model::stratobox11 << 1;
+        QTest::newRow("2.0") << model::stratobox20 << 2;
+        QTest::newRow("3.0") << model::stratobox30 << 2;
+        QTest::newRow("Buffer") << model::stratoboxBuffer << 3;
+    }
+
+    static void valuesOfABrokenReplyAreThoseOfTheGuide()
+    {
+        QFETCH(const int, modelNumber);
+        QFETCH(const int, column);
+        GuideView view;
+        const QTextTable& table = TableUnder(view, "risposta-interrotta");
+        BufferWindow buffer(Reached::direct, modelNumber);
+        buffer.Time().SetNow({.year = 2026, .month = 11, .day = 21, .hour = 11, .minute = 27, .second = 30});
+        buffer.DeviceReplies("\x02");
+        buffer.Open();
+
+        buffer.Click("cmdStato");
+
+        QHash<QString, QString> shown;
+        for (const QLabel* const caption : buffer.Window().findChildren<QLabel*>()) {
+            if (const auto* const value = qobject_cast<const QLabel*>(caption->buddy()))
+                shown.insert(Plain(caption->text()), value->text());
+        }
+        const QHash<QString, QString> inWords{{"vuoto", ""},
+                                              {"la data e l'ora attuali", "21/11/2026 11:27:30"}};
+        QVERIFY(table.rows() > 1);
+        for (int row = 1; row < table.rows(); ++row) {
+            const QString said = TextOf(table.cellAt(row, column));
+            QCOMPARE(shown.value(TextOf(table.cellAt(row, 0)), "no such value"), inWords.value(said, said));
         }
     }
-    QCOMPARE(count, 10);
-}
 
-void guide_test::everyLinkLeadsToAChapter()
-{
-    GuideView view;
-    int count = 0;
-    ForEachFragment(*view.document(), [&](const QTextBlock&, const QTextFragment& part) {
-        const QUrl link(part.charFormat().anchorHref());
-        if (link.isEmpty())
-            return;
-        view.moveCursor(QTextCursor::End);
-        emit view.anchorClicked(view.source().resolved(link));
-        QVERIFY2(!CurrentHeading(view).isEmpty(), qPrintable(link.toString()));
-        ++count;
-    });
-    QVERIFY(count > 30);
-}
+    static void titleShowsTheVersion()
+    {
+        const frmGuida window;
 
-void guide_test::aLinkIsFollowedByKeyboard()
-{
-    frmGuida window;
-    window.Open("sommario");
-    BringToFront(window);
-
-    QTest::keyClick(&View(), Qt::Key_Tab);
-    QTest::keyClick(&View(), Qt::Key_Return);
-
-    QCOMPARE(TopLine(), QString("Installazione"));
-}
-
-void guide_test::everyPictureExistsAndFitsTheWindow()
-{
-    frmGuida window;
-    window.Open("sommario");
-    window.resize(300, 400);
-    QStringList shown;
-    ForEachFragment(*View().document(), [&](const QTextBlock&, const QTextFragment& part) {
-        if (!part.charFormat().isImageFormat())
-            return;
-        const QString name = part.charFormat().toImageFormat().name();
-        const auto picture =
-            View().document()->resource(QTextDocument::ImageResource, QUrl(name)).value<QImage>();
-        QVERIFY2(!picture.isNull(), qPrintable(name));
-        QVERIFY2(picture.deviceIndependentSize().width() < View().viewport()->width(), qPrintable(name));
-        shown.append(QFileInfo(name).fileName());
-    });
-
-    shown.sort();
-    QStringList files = QDir(QStringLiteral(CORVREC_TEST_DATA "/../../docs/images")).entryList({"*.png"});
-    files.removeIf([](const QString& file) { return file.contains('@'); });
-    QCOMPARE(shown, files);
-    QCOMPARE(View().horizontalScrollBar()->maximum(), 0);
-}
-
-void guide_test::theTopLineStaysAtAnotherWidth()
-{
-    frmGuida window;
-    window.Open("stato-buffer");
-
-    window.resize(400, 500);
-    QCOMPARE(TopLine(), QString("Stato Buffer"));
-    window.resize(900, 700);
-    QCOMPARE(TopLine(), QString("Stato Buffer"));
-}
-
-// All texts of the program, not only the messages, except the help texts in the windows themselves.
-void guide_test::everyTextThatCodeShowsIsInTheGuide()
-{
-    const GuideView view;
-    const QString guide = view.toPlainText().simplified();
-    int count = 0;
-    ForEachMatch(R"(TextId (\w+)\{(\d+)\};)", Source("src/core/text_ids.h"),
-                 [&](const QRegularExpressionMatch& id) {
-                     if (id.captured(1).endsWith("Help"))
-                         return;
-                     const QString text = Plain(FindText(id.captured(2).toInt())).simplified();
-                     QVERIFY2(!text.isEmpty() && guide.contains(text), qPrintable(text));
-                     ++count;
-                 });
-    QVERIFY(count > 70);
-}
-
-void guide_test::namesInBoldAreThoseOfTheProgram()
-{
-    const EditorWindow program(SettingsWith({"A"}));
-    const BufferWindow buffer;
-    frmGuida window;
-    const QSet<QString> names = ShownNames();
-    int count = 0;
-    ForEachFragment(*View().document(), [&](const QTextBlock& block, const QTextFragment& part) {
-        const QTextTable* const table = QTextCursor(block).currentTable();
-        const bool isHeading = block.blockFormat().headingLevel() > 0 ||
-                               (table != nullptr && table->cellAt(block.position()).row() == 0);
-        if (isHeading || part.charFormat().fontWeight() < QFont::Bold)
-            return;
-        QVERIFY2(names.contains(Plain(part.text())), qPrintable(part.text()));
-        ++count;
-    });
-    QVERIFY(count > 150);
-}
-
-void guide_test::everyToolTipIsInTheTableOfItsChapter()
-{
-    GuideView view;
-    QHash<QString, QSet<NamedRow>> rows;
-    int count = 0;
-    ForEachPart([&](const QWidget& part) {
-        if (part.toolTip().isEmpty() || part.objectName() == "lblFile") // its tool tip is its full text
-            return;
-        const QString chapter = ChapterOf(part);
-        if (!rows.contains(chapter))
-            rows.insert(chapter, NamedRows(view, chapter));
-        const QString tip = QTextDocumentFragment::fromHtml(part.toolTip()).toPlainText();
-        const bool isThere = rows.value(chapter).contains({CaptionOf(part), tip});
-        QVERIFY2(isThere, qPrintable(QString("%1: | **%2** | %3 |").arg(chapter, CaptionOf(part), tip)));
-        ++count;
-    });
-    QVERIFY(count > 90);
-}
-
-// Except for controls whose caption says everything.
-void guide_test::everyFieldAndButtonHasAToolTip()
-{
-    const QSet<QString> plainlyNamed{"OK", "Annulla", "cmdAnnulla", "cmdChiudi", "dgrdGrigliaSiti"};
-    int count = 0;
-    ForEachPart([&](const QWidget& part) {
-        if (!IsFieldOrButton(part) || plainlyNamed.contains(part.objectName()))
-            return;
-        QVERIFY2(!part.toolTip().isEmpty(), qPrintable(part.objectName()));
-        ++count;
-    });
-    QVERIFY(count > 40);
-}
-
-void guide_test::valuesOfABrokenReplyAreThoseOfTheGuide_data()
-{
-    QTest::addColumn<int>("modelNumber");
-    QTest::addColumn<int>("column");
-    QTest::newRow("1.1") << model::stratobox11 << 1;
-    QTest::newRow("2.0") << model::stratobox20 << 2;
-    QTest::newRow("3.0") << model::stratobox30 << 2;
-    QTest::newRow("Buffer") << model::stratoboxBuffer << 3;
-}
-
-void guide_test::valuesOfABrokenReplyAreThoseOfTheGuide()
-{
-    QFETCH(const int, modelNumber);
-    QFETCH(const int, column);
-    GuideView view;
-    const QTextTable& table = TableUnder(view, "risposta-interrotta");
-    BufferWindow buffer(Reached::direct, modelNumber);
-    buffer.Time().SetNow({.year = 2026, .month = 11, .day = 21, .hour = 11, .minute = 27, .second = 30});
-    buffer.DeviceReplies("\x02");
-    buffer.Open();
-
-    buffer.Click("cmdStato");
-
-    QHash<QString, QString> shown;
-    for (const QLabel* const caption : buffer.Window().findChildren<QLabel*>()) {
-        if (const auto* const value = qobject_cast<const QLabel*>(caption->buddy()))
-            shown.insert(Plain(caption->text()), value->text());
+        QCOMPARE(window.windowTitle(), QString("Guida di Corvane Recorder " CORVREC_VERSION));
     }
-    const QHash<QString, QString> inWords{{"vuoto", ""}, {"la data e l'ora attuali", "21/11/2026 11:27:30"}};
-    QVERIFY(table.rows() > 1);
-    for (int row = 1; row < table.rows(); ++row) {
-        const QString said = TextOf(table.cellAt(row, column));
-        QCOMPARE(shown.value(TextOf(table.cellAt(row, 0)), "no such value"), inWords.value(said, said));
+
+    static void searchingMovesFromHitToHit()
+    {
+        frmGuida window;
+        window.Open("sommario");
+        PressIn(window, Qt::Key_F, Qt::ControlModifier);
+        auto& field = SiteWindow::Part<QLineEdit>(window, "txtCerca");
+        QVERIFY(field.hasFocus());
+        QTest::keyClicks(&field, "catalogo");
+
+        QTest::keyClick(&field, Qt::Key_Return);
+        const int first = View().textCursor().position();
+        QTest::keyClick(&field, Qt::Key_F3);
+        const int second = View().textCursor().position();
+        View().moveCursor(QTextCursor::End);
+        QTest::keyClick(&field, Qt::Key_Return);
+        const int fromTheBeginning = View().textCursor().position();
+
+        QCOMPARE(View().textCursor().selectedText().toLower(), QString("catalogo"));
+        QVERIFY(second > first);
+        QVERIFY(fromTheBeginning <= first);
     }
-}
 
-void guide_test::titleShowsTheVersion()
-{
-    const frmGuida window;
+    static void searchingForAMissingTextReportsIt()
+    {
+        frmGuida window;
+        window.Open("sommario");
+        BringToFront(window);
+        auto& field = SiteWindow::Part<QLineEdit>(window, "txtCerca");
+        const auto& outcome = SiteWindow::Part<QLabel>(window, "lblEsito");
 
-    QCOMPARE(window.windowTitle(), QString("Guida di Corvane Recorder " CORVREC_VERSION));
-}
-
-void guide_test::searchingMovesFromHitToHit()
-{
-    frmGuida window;
-    window.Open("sommario");
-    PressIn(window, Qt::Key_F, Qt::ControlModifier);
-    auto& field = SiteWindow::Part<QLineEdit>(window, "txtCerca");
-    QVERIFY(field.hasFocus());
-    QTest::keyClicks(&field, "catalogo");
-
-    QTest::keyClick(&field, Qt::Key_Return);
-    const int first = View().textCursor().position();
-    QTest::keyClick(&field, Qt::Key_F3);
-    const int second = View().textCursor().position();
-    View().moveCursor(QTextCursor::End);
-    QTest::keyClick(&field, Qt::Key_Return);
-    const int fromTheBeginning = View().textCursor().position();
-
-    QCOMPARE(View().textCursor().selectedText().toLower(), QString("catalogo"));
-    QVERIFY(second > first);
-    QVERIFY(fromTheBeginning <= first);
-}
-
-void guide_test::searchingForAMissingTextReportsIt()
-{
-    frmGuida window;
-    window.Open("sommario");
-    BringToFront(window);
-    auto& field = SiteWindow::Part<QLineEdit>(window, "txtCerca");
-    const auto& outcome = SiteWindow::Part<QLabel>(window, "lblEsito");
-
-    QTest::keyClicks(&field, "ornitorinco");
-    QTest::keyClick(&field, Qt::Key_Return);
-    QCOMPARE(outcome.text(), QString("Non trovato"));
-    QTest::keyClick(&field, Qt::Key_Backspace);
-    QCOMPARE(outcome.text(), QString());
-}
-
-void guide_test::searchingWorksBackwardsToo()
-{
-    frmGuida window;
-    window.Open("sommario");
-    BringToFront(window);
-    auto& field = SiteWindow::Part<QLineEdit>(window, "txtCerca");
-    field.setFocus();
-    QTest::keyClicks(&field, "catalogo");
-    QTest::keyClick(&field, Qt::Key_Return);
-    QTest::keyClick(&field, Qt::Key_F3);
-    const int second = View().textCursor().position();
-    QTest::keyClick(&field, Qt::Key_F3);
-
-    QTest::keyClick(&field, Qt::Key_F3, Qt::ShiftModifier);
-    QCOMPARE(View().textCursor().position(), second);
-    View().moveCursor(QTextCursor::Start);
-    QTest::keyClick(&field, Qt::Key_F3, Qt::ShiftModifier);
-
-    QCOMPARE(View().textCursor().selectedText().toLower(), QString("catalogo"));
-    QVERIFY(View().textCursor().position() > second); // the last hit
-}
-
-void guide_test::aHitIsInTheMiddle()
-{
-    frmGuida window;
-    window.Open("sommario");
-    BringToFront(window);
-    const int middle = View().viewport()->height() / 2;
-    const int line = View().fontMetrics().lineSpacing();
-
-    for (const bool isForward : {true, false}) {
-        QVERIFY(isForward ? View().FindNext("Xon") : View().FindPrevious("catalogo"));
-        QVERIFY2(std::abs(View().cursorRect().center().y() - middle) <= line,
-                 qPrintable(QString::number(View().cursorRect().center().y())));
+        QTest::keyClicks(&field, "ornitorinco");
+        QTest::keyClick(&field, Qt::Key_Return);
+        QCOMPARE(outcome.text(), QString("Non trovato"));
+        QTest::keyClick(&field, Qt::Key_Backspace);
+        QCOMPARE(outcome.text(), QString());
     }
-}
 
-void guide_test::altLeftGoesBackToWhereTheReaderWas()
-{
-    frmGuida window;
-    window.Open("scheda-file");
-    BringToFront(window);
-    View().verticalScrollBar()->setValue(View().verticalScrollBar()->value() + 200);
-    const QString read = TopLine();
+    static void searchingWorksBackwardsToo()
+    {
+        frmGuida window;
+        window.Open("sommario");
+        BringToFront(window);
+        auto& field = SiteWindow::Part<QLineEdit>(window, "txtCerca");
+        field.setFocus();
+        QTest::keyClicks(&field, "catalogo");
+        QTest::keyClick(&field, Qt::Key_Return);
+        QTest::keyClick(&field, Qt::Key_F3);
+        const int second = View().textCursor().position();
+        QTest::keyClick(&field, Qt::Key_F3);
 
-    QTest::mouseClick(&SiteWindow::Part<QPushButton>(window, "cmdSommario"), Qt::LeftButton);
-    QTest::keyClick(&View(), Qt::Key_Tab);
-    QTest::keyClick(&View(), Qt::Key_Return);
-    QCOMPARE(TopLine(), QString("Installazione"));
+        QTest::keyClick(&field, Qt::Key_F3, Qt::ShiftModifier);
+        QCOMPARE(View().textCursor().position(), second);
+        View().moveCursor(QTextCursor::Start);
+        QTest::keyClick(&field, Qt::Key_F3, Qt::ShiftModifier);
 
-    PressIn(window, Qt::Key_Left, Qt::AltModifier);
-    QCOMPARE(TopLine(), QString("Sommario"));
-    PressIn(window, Qt::Key_Left, Qt::AltModifier);
-    QCOMPARE(TopLine(), read);
-    PressIn(window, Qt::Key_Left, Qt::AltModifier); // there is no earlier place
-    QCOMPARE(TopLine(), read);
-}
+        QCOMPARE(View().textCursor().selectedText().toLower(), QString("catalogo"));
+        QVERIFY(View().textCursor().position() > second); // the last hit
+    }
 
-void guide_test::guideOpensNextToTheWindowItExplains_data()
-{
-    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    QTest::addColumn<QRect>("place");
-    QTest::addColumn<bool>("hasRoom");
-    QTest::newRow("left") << QRect(10, 50, 100, 200) << true;
-    QTest::newRow("right") << QRect(screen.width() - 120, 50, 100, 200) << true;
-    QTest::newRow("above") << QRect(10, 40, screen.width() - 20, 100) << true;
-    QTest::newRow("below") << QRect(10, screen.height() - 110, screen.width() - 20, 100) << true;
-    QTest::newRow("everywhere") << screen.marginsRemoved({10, 40, 10, 10}) << false;
-}
+    static void aHitIsInTheMiddle()
+    {
+        frmGuida window;
+        window.Open("sommario");
+        BringToFront(window);
+        const int middle = View().viewport()->height() / 2;
+        const int line = View().fontMetrics().lineSpacing();
 
-void guide_test::guideOpensNextToTheWindowItExplains()
-{
-    QFETCH(const QRect, place);
-    QFETCH(const bool, hasRoom);
-    const Guide guide(*qApp);
-    QWidget explained;
-    explained.setProperty(kGuideChapter, "scheda-file");
-    explained.setGeometry(place);
-    explained.show();
-    BringToFront(explained);
+        for (const bool isForward : {true, false}) {
+            QVERIFY(isForward ? View().FindNext("Xon") : View().FindPrevious("catalogo"));
+            QVERIFY2(std::abs(View().cursorRect().center().y() - middle) <= line,
+                     qPrintable(QString::number(View().cursorRect().center().y())));
+        }
+    }
 
-    PressF1(explained);
+    static void altLeftGoesBackToWhereTheReaderWas()
+    {
+        frmGuida window;
+        window.Open("scheda-file");
+        BringToFront(window);
+        View().verticalScrollBar()->setValue(View().verticalScrollBar()->value() + 200);
+        const QString read = TopLine();
 
-    QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
-    const QRect frame = GuideWindow().frameGeometry();
-    QCOMPARE(explained.frameGeometry().intersects(frame), !hasRoom);
-    QCOMPARE(explained.screen()->availableGeometry().united(frame), explained.screen()->availableGeometry());
-    QVERIFY(View().width() > 50 * View().fontMetrics().averageCharWidth());
-}
+        QTest::mouseClick(&SiteWindow::Part<QPushButton>(window, "cmdSommario"), Qt::LeftButton);
+        QTest::keyClick(&View(), Qt::Key_Tab);
+        QTest::keyClick(&View(), Qt::Key_Return);
+        QCOMPARE(TopLine(), QString("Installazione"));
 
-// As on a desktop that sets dark colours but no link colour.
-void guide_test::linksCanBeReadOnADarkBackground()
-{
-    GuideView view;
-    QPalette dark = view.palette();
-    dark.setColor(QPalette::Base, Qt::black);
-    dark.setColor(QPalette::Text, Qt::white);
-    dark.setColor(QPalette::Link, Qt::blue);
+        PressIn(window, Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(TopLine(), QString("Sommario"));
+        PressIn(window, Qt::Key_Left, Qt::AltModifier);
+        QCOMPARE(TopLine(), read);
+        PressIn(window, Qt::Key_Left, Qt::AltModifier); // there is no earlier place
+        QCOMPARE(TopLine(), read);
+    }
 
-    view.setPalette(dark);
+    static void guideOpensNextToTheWindowItExplains_data()
+    {
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        QTest::addColumn<QRect>("place");
+        QTest::addColumn<bool>("hasRoom");
+        QTest::newRow("left") << QRect(10, 50, 100, 200) << true;
+        QTest::newRow("right") << QRect(screen.width() - 120, 50, 100, 200) << true;
+        QTest::newRow("above") << QRect(10, 40, screen.width() - 20, 100) << true;
+        QTest::newRow("below") << QRect(10, screen.height() - 110, screen.width() - 20, 100) << true;
+        QTest::newRow("everywhere") << screen.marginsRemoved({10, 40, 10, 10}) << false;
+    }
 
-    int links = 0;
-    ForEachFragment(*view.document(), [&links](const QTextBlock&, const QTextFragment& part) {
-        if (!part.charFormat().isAnchor())
-            return;
-        ++links;
-        QVERIFY(qGray(part.charFormat().foreground().color().rgb()) >= 100);
-    });
-    QVERIFY(links > 10);
-}
+    static void guideOpensNextToTheWindowItExplains()
+    {
+        QFETCH(const QRect, place);
+        QFETCH(const bool, hasRoom);
+        const Guide guide(*qApp);
+        QWidget explained;
+        explained.setProperty(kGuideChapter, "scheda-file");
+        explained.setGeometry(place);
+        explained.show();
+        BringToFront(explained);
 
-// Also run on a screen of 200 %.
-void guide_test::picturesAreNotEnlarged()
-{
-    frmGuida window;
-    window.resize(2000, 400); // wide enough for every picture
-    window.Open("sommario");
-    int pictures = 0;
-    ForEachFragment(*View().document(), [&](const QTextBlock&, const QTextFragment& part) {
-        if (!part.charFormat().isImageFormat())
-            return;
-        const QString name = part.charFormat().toImageFormat().name();
-        const QString source =
-            ":/guida/" + (View().devicePixelRatioF() > 1 ? QString(name).replace(".png", "@2x.png") : name);
-        const auto picture =
-            View().document()->resource(QTextDocument::ImageResource, QUrl(name)).value<QImage>();
-        QVERIFY2(picture.width() <= QImage(source).width(), qPrintable(source));
-        ++pictures;
-    });
-    QVERIFY(pictures > 0);
-}
+        PressF1(explained);
+
+        QTRY_VERIFY_WITH_TIMEOUT(IsInFront(GuideWindow()), kPatienceMs);
+        const QRect frame = GuideWindow().frameGeometry();
+        QCOMPARE(explained.frameGeometry().intersects(frame), !hasRoom);
+        QCOMPARE(explained.screen()->availableGeometry().united(frame),
+                 explained.screen()->availableGeometry());
+        QVERIFY(View().width() > 50 * View().fontMetrics().averageCharWidth());
+    }
+
+    // Also run on a screen of 200 %.
+    static void picturesAreNotEnlarged()
+    {
+        frmGuida window;
+        window.resize(2000, 400); // wide enough for every picture
+        window.Open("sommario");
+        int pictures = 0;
+        ForEachFragment(*View().document(), [&](const QTextBlock&, const QTextFragment& part) {
+            if (!part.charFormat().isImageFormat())
+                return;
+            const QString name = part.charFormat().toImageFormat().name();
+            const QString source =
+                ":/guida/" +
+                (View().devicePixelRatioF() > 1 ? QString(name).replace(".png", "@2x.png") : name);
+            const auto picture =
+                View().document()->resource(QTextDocument::ImageResource, QUrl(name)).value<QImage>();
+            QVERIFY2(picture.width() <= QImage(source).width(), qPrintable(source));
+            ++pictures;
+        });
+        QVERIFY(pictures > 0);
+    }
+
+    // As on a desktop that sets dark colours but no link colour.
+    static void linksCanBeReadOnADarkBackground()
+    {
+        GuideView view;
+        QPalette dark = view.palette();
+        dark.setColor(QPalette::Base, Qt::black);
+        dark.setColor(QPalette::Text, Qt::white);
+        dark.setColor(QPalette::Link, Qt::blue);
+
+        view.setPalette(dark);
+
+        int links = 0;
+        ForEachFragment(*view.document(), [&links](const QTextBlock&, const QTextFragment& part) {
+            if (!part.charFormat().isAnchor())
+                return;
+            ++links;
+            QVERIFY(qGray(part.charFormat().foreground().color().rgb()) >= 100);
+        });
+        QVERIFY(links > 10);
+    }
+};
 
 } // namespace corvrec
 

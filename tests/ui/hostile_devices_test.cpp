@@ -151,169 +151,161 @@ private slots:
         qInfo("every %zuth step of a dialogue, every %zuth length of a reply", kSteps, kLengths);
     }
 
-    static void anythingAtEveryStep_data();
-    static void anythingAtEveryStep();
-    static void everyFault_data();
-    static void everyFault();
-    static void repliesCutAtEveryLength_data();
-    static void repliesCutAtEveryLength();
-    static void endlessOutputDoesNotFillMemory_data();
-    static void endlessOutputDoesNotFillMemory();
-};
-
-void hostile_devices_test::anythingAtEveryStep_data()
-{
-    QTest::addColumn<lab::DeviceOptions>("device");
-    QTest::addColumn<Act>("act");
-    const std::vector<std::pair<const char*, lab::DeviceOptions>> devices{
-        {"1.1", LabDevice(lab::Model::stratobox11)},
-        {"Buffer", LabDevice(lab::Model::stratoboxBuffer)},
-        {"1.1 by modem", ByModem(LabDevice(lab::Model::stratobox11))},
-        {"3.0 by modem", ByModem(LabDevice())},
-    };
-    const std::vector<std::pair<const char*, Act>> acts{
-        {"unplugged", PullTheCable}, {"left", PressEscape}, {"logged off", LogOff}};
-    for (const auto& [deviceName, device] : devices) {
-        for (const auto& [actName, act] : acts)
-            QTest::addRow("%s, %s", deviceName, actName) << device << act;
-        if (device.modem) // only a call can be cancelled
-            QTest::addRow("%s, cancelled", deviceName) << device << Act(CancelTheCall);
-    }
-}
-
-void hostile_devices_test::anythingAtEveryStep()
-{
-    QFETCH(lab::DeviceOptions, device);
-    QFETCH(Act, act);
-
-    bool happened = true;
-    std::size_t acts = 0;
-    for (std::size_t pass = 0; happened && !QTest::currentTestFailed(); pass += kSteps) {
-        happened = false;
-        LabWorld world(device);
-        world.pump.AtPass(pass, [&] {
-            happened = true;
-            acts += act(world) ? 1 : 0;
-        });
-        Visit(world, device);
-    }
-    QVERIFY(acts > 0);
-}
-
-void hostile_devices_test::everyFault_data()
-{
-    QTest::addColumn<lab::DeviceOptions>("device");
-    using lab::Faults;
-    const std::vector<std::pair<const char*, Faults>> faults{
-        {"silence", {.silence = true}},
-        {"garbage", {.garbage = true}},
-        {"echo", {.echo = true}},
-        {"NULs", {.nuls = true}},
-        {"endless", {.endless = true}},
-        {"slow", {.pauseMs = 900}},
-        {"garbage with NULs and echo", {.garbage = true, .echo = true, .nuls = true}},
-        {"endless after a break", {.endless = true, .dropAfter = 3000}},
-    };
-    for (std::size_t model = 0; model < kModels.size(); ++model) {
-        for (const auto& [name, fault] : faults) {
-            lab::DeviceOptions device = LabDevice(kModels.at(model));
-            device.faults = fault;
-            QTest::addRow("%s, %s", kModelNames.at(model), name) << device;
-            QTest::addRow("%s by modem, %s", kModelNames.at(model), name) << ByModem(device);
+    static void anythingAtEveryStep_data()
+    {
+        QTest::addColumn<lab::DeviceOptions>("device");
+        QTest::addColumn<Act>("act");
+        const std::vector<std::pair<const char*, lab::DeviceOptions>> devices{
+            {"1.1", LabDevice(lab::Model::stratobox11)},
+            {"Buffer", LabDevice(lab::Model::stratoboxBuffer)},
+            {"1.1 by modem", ByModem(LabDevice(lab::Model::stratobox11))},
+            {"3.0 by modem", ByModem(LabDevice())},
+        };
+        const std::vector<std::pair<const char*, Act>> acts{
+            {"unplugged", PullTheCable}, {"left", PressEscape}, {"logged off", LogOff}};
+        for (const auto& [deviceName, device] : devices) {
+            for (const auto& [actName, act] : acts)
+                QTest::addRow("%s, %s", deviceName, actName) << device << act;
+            if (device.modem) // only a call can be cancelled
+                QTest::addRow("%s, cancelled", deviceName) << device << Act(CancelTheCall);
         }
     }
-}
 
-void hostile_devices_test::everyFault()
-{
-    QFETCH(lab::DeviceOptions, device);
-    LabWorld world(device);
+    static void anythingAtEveryStep()
+    {
+        QFETCH(lab::DeviceOptions, device);
+        QFETCH(Act, act);
 
-    Visit(world, device);
-}
-
-void hostile_devices_test::repliesCutAtEveryLength_data()
-{
-    QTest::addColumn<int>("model");
-    QTest::addColumn<bool>("burst");
-    QTest::addColumn<int>("pauseMs");
-    for (int model = 0; model < static_cast<int>(kModels.size()); ++model) {
-        const char* const name = kModelNames.at(static_cast<std::size_t>(model));
-        QTest::addRow("%s in one burst", name) << model << true << 0;
-        QTest::addRow("%s byte by byte", name) << model << false << 40;
+        bool happened = true;
+        std::size_t acts = 0;
+        for (std::size_t pass = 0; happened && !QTest::currentTestFailed(); pass += kSteps) {
+            happened = false;
+            LabWorld world(device);
+            world.pump.AtPass(pass, [&] {
+                happened = true;
+                acts += act(world) ? 1 : 0;
+            });
+            Visit(world, device);
+        }
+        QVERIFY(acts > 0);
     }
-}
 
-// The shown total memory is the received part of it.
-void hostile_devices_test::repliesCutAtEveryLength()
-{
-    QFETCH(int, model);
-    QFETCH(bool, burst);
-    QFETCH(int, pauseMs);
-    constexpr std::size_t kLongestReply = 42;
-    const bool isCounted = model == 0;
-    const std::string head = isCounted ? "\x02"
-                                         "011234567"
-                                       : "\x02"
-                                         "1234567";
-    const std::size_t memory = isCounted ? 3 : 1; // position of the field
+    static void everyFault_data()
+    {
+        QTest::addColumn<lab::DeviceOptions>("device");
+        using lab::Faults;
+        const std::vector<std::pair<const char*, Faults>> faults{
+            {"silence", {.silence = true}},
+            {"garbage", {.garbage = true}},
+            {"echo", {.echo = true}},
+            {"NULs", {.nuls = true}},
+            {"endless", {.endless = true}},
+            {"slow", {.pauseMs = 900}},
+            {"garbage with NULs and echo", {.garbage = true, .echo = true, .nuls = true}},
+            {"endless after a break", {.endless = true, .dropAfter = 3000}},
+        };
+        for (std::size_t model = 0; model < kModels.size(); ++model) {
+            for (const auto& [name, fault] : faults) {
+                lab::DeviceOptions device = LabDevice(kModels.at(model));
+                device.faults = fault;
+                QTest::addRow("%s, %s", kModelNames.at(model), name) << device;
+                QTest::addRow("%s by modem, %s", kModelNames.at(model), name) << ByModem(device);
+            }
+        }
+    }
 
-    for (std::size_t length = 1; length <= kLongestReply && !QTest::currentTestFailed(); length += kLengths) {
-        lab::DeviceOptions device = LabDevice(kModels.at(static_cast<std::size_t>(model)));
-        device.fields = {{"memory", "1234567"}};
-        device.faults.burst = burst;
-        device.faults.pauseMs = pauseMs;
-        device.faults.partial = length;
-        // The answer to the line clear follows the received part: the last two bytes of a 1.1, otherwise the
-        // same byte.
-        const std::string came = head.substr(0, length) + (isCounted && !burst ? std::string("\x01"
-                                                                                             "0")
-                                                                                     .substr(0, length)
-                                                                               : "\x13");
-        const std::string shown =
-            length >= head.size() ? "1234567" : came.substr(std::min(memory, came.size()), 7);
+    static void everyFault()
+    {
+        QFETCH(lab::DeviceOptions, device);
+        LabWorld world(device);
 
+        Visit(world, device);
+    }
+
+    static void repliesCutAtEveryLength_data()
+    {
+        QTest::addColumn<int>("model");
+        QTest::addColumn<bool>("burst");
+        QTest::addColumn<int>("pauseMs");
+        for (int model = 0; model < static_cast<int>(kModels.size()); ++model) {
+            const char* const name = kModelNames.at(static_cast<std::size_t>(model));
+            QTest::addRow("%s in one burst", name) << model << true << 0;
+            QTest::addRow("%s byte by byte", name) << model << false << 40;
+        }
+    }
+
+    // The shown total memory is the received part of it.
+    static void repliesCutAtEveryLength()
+    {
+        QFETCH(int, model);
+        QFETCH(bool, burst);
+        QFETCH(int, pauseMs);
+        constexpr std::size_t kLongestReply = 42;
+        const bool isCounted = model == 0;
+        const std::string head = isCounted ? "\x02"
+                                             "011234567"
+                                           : "\x02"
+                                             "1234567";
+        const std::size_t memory = isCounted ? 3 : 1; // position of the field
+
+        for (std::size_t length = 1; length <= kLongestReply && !QTest::currentTestFailed();
+             length += kLengths) {
+            lab::DeviceOptions device = LabDevice(kModels.at(static_cast<std::size_t>(model)));
+            device.fields = {{"memory", "1234567"}};
+            device.faults.burst = burst;
+            device.faults.pauseMs = pauseMs;
+            device.faults.partial = length;
+            // The answer to the line clear follows the received part: the last two bytes of a 1.1, otherwise
+            // the same byte.
+            const std::string came = head.substr(0, length) + (isCounted && !burst ? std::string("\x01"
+                                                                                                 "0")
+                                                                                         .substr(0, length)
+                                                                                   : "\x13");
+            const std::string shown =
+                length >= head.size() ? "1234567" : came.substr(std::min(memory, came.size()), 7);
+
+            LabWorld world(device);
+            MessageLog boxes;
+            world.editor.Visit([&shown](frmSX& window) {
+                Click(window, "cmdStato");
+                QCOMPARE(SiteWindow::Part<QLabel>(window, "lblMemoria").text().toStdString(), shown);
+            });
+            QCOMPARE(boxes.Texts(), QStringList());
+            QVERIFY(!world.pump.IsHeld());
+        }
+    }
+
+    static void endlessOutputDoesNotFillMemory_data()
+    {
+        QTest::addColumn<lab::DeviceOptions>("device");
+        QTest::newRow("counted") << LabDevice(lab::Model::stratobox11);
+        QTest::newRow("with an end mark") << LabDevice(lab::Model::stratoboxBuffer);
+        QTest::newRow("by modem") << ByModem(LabDevice());
+    }
+
+    static void endlessOutputDoesNotFillMemory()
+    {
+        QFETCH(lab::DeviceOptions, device);
+        device.faults.endless = true;
+        device.faults.silence = true; // so that no answer in between ends a wait
         LabWorld world(device);
         MessageLog boxes;
-        world.editor.Visit([&shown](frmSX& window) {
+        world.pump.SetPassesPerStep(SampleOrAll(40, 200)); // with 200 a hundred thousand bytes in each wait
+        std::size_t early = 0;
+        std::size_t late = 0;
+
+        world.editor.Visit([&](frmSX& window) {
+            world.pump.AtPass(4000, [&early] { early = AllocatedBytes(); });
+            world.pump.AtPass(SampleOrAll(20000, 100000), [&late] { late = AllocatedBytes(); });
             Click(window, "cmdStato");
-            QCOMPARE(SiteWindow::Part<QLabel>(window, "lblMemoria").text().toStdString(), shown);
+            QVERIFY(window.isVisible());
         });
-        QCOMPARE(boxes.Texts(), QStringList());
-        QVERIFY(!world.pump.IsHeld());
+
+        constexpr std::size_t kSlack = 32768; // Qt's own buffers and events
+        QVERIFY(early > 0 && late > 0);
+        QVERIFY2(late <= early + kSlack, qPrintable(QString("%1 bytes, then %2").arg(early).arg(late)));
     }
-}
-
-void hostile_devices_test::endlessOutputDoesNotFillMemory_data()
-{
-    QTest::addColumn<lab::DeviceOptions>("device");
-    QTest::newRow("counted") << LabDevice(lab::Model::stratobox11);
-    QTest::newRow("with an end mark") << LabDevice(lab::Model::stratoboxBuffer);
-    QTest::newRow("by modem") << ByModem(LabDevice());
-}
-
-void hostile_devices_test::endlessOutputDoesNotFillMemory()
-{
-    QFETCH(lab::DeviceOptions, device);
-    device.faults.endless = true;
-    device.faults.silence = true; // so that no answer in between ends a wait
-    LabWorld world(device);
-    MessageLog boxes;
-    world.pump.SetPassesPerStep(SampleOrAll(40, 200)); // with 200 a hundred thousand bytes in each wait
-    std::size_t early = 0;
-    std::size_t late = 0;
-
-    world.editor.Visit([&](frmSX& window) {
-        world.pump.AtPass(4000, [&early] { early = AllocatedBytes(); });
-        world.pump.AtPass(SampleOrAll(20000, 100000), [&late] { late = AllocatedBytes(); });
-        Click(window, "cmdStato");
-        QVERIFY(window.isVisible());
-    });
-
-    constexpr std::size_t kSlack = 32768; // Qt's own buffers and events
-    QVERIFY(early > 0 && late > 0);
-    QVERIFY2(late <= early + kSlack, qPrintable(QString("%1 bytes, then %2").arg(early).arg(late)));
-}
+};
 
 } // namespace corvrec
 

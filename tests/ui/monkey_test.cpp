@@ -337,51 +337,47 @@ class monkey_test : public QObject
     Seen seen_;
 
 private slots:
-    void initTestCase();
-    void everyWindowCanBeLeftAndOnlyTheEditedSiteChanges_data();
-    void everyWindowCanBeLeftAndOnlyTheEditedSiteChanges();
-    void cleanupTestCase();
+    void initTestCase()
+    {
+        // The file chooser stores what it last showed.
+        qputenv("XDG_CONFIG_HOME", configuration_.path().toUtf8());
+        QApplication::setQuitOnLastWindowClosed(false);
+        SilencePlatform();
+        InstallTexts(*QCoreApplication::instance());
+    }
+
+    // To repeat one run, set CORVREC_MONKEY_SEED and CORVREC_MONKEY_EVENTS=10000 in the environment.
+    void everyWindowCanBeLeftAndOnlyTheEditedSiteChanges_data()
+    {
+        QTest::addColumn<int>("seed");
+        const int first = FromEnvironment("CORVREC_MONKEY_SEED", 1);
+        for (int run = 0; run * kEventsOfARun < events_; ++run)
+            QTest::addRow("seed %d", first + run) << first + run;
+    }
+
+    void everyWindowCanBeLeftAndOnlyTheEditedSiteChanges()
+    {
+        QFETCH(int, seed);
+        // For example when a dialog is opened while it is open. Names with NULs are the file chooser's
+        // concern.
+        QTest::failOnWarning(QRegularExpression("^(?!Broken filename)"));
+        Run(static_cast<std::uint64_t>(seed), seen_).Play();
+    }
+
+    // A monkey that reached few windows has proved nothing.
+    void cleanupTestCase()
+    {
+        qInfo("%d events: %d saves, %d removals, %d starts; Escape at most %d times in a row", events_,
+              seen_.saves, seen_.removals, seen_.starts, seen_.mostEscapes);
+        qInfo() << "events in front of each window:" << seen_.windows;
+        for (const char* const window :
+             {"corvrec::frmSiti", "corvrec::frmDettaglio", "corvrec::frmModem", "corvrec::frmTrasfAvanzate",
+              "corvrec::frmFileAvanzate", "corvrec::frmSX", "corvrec::frmConnessione", "QFileDialog",
+              "QMessageBox", "QMenu", "QComboBoxPrivateContainer"})
+            QVERIFY2(seen_.windows.contains(window) || events_ < 2 * kEventsOfARun, window);
+        QVERIFY(seen_.saves > 0 && seen_.removals > 0 && seen_.starts > 0);
+    }
 };
-
-void monkey_test::initTestCase()
-{
-    // The file chooser stores what it last showed.
-    qputenv("XDG_CONFIG_HOME", configuration_.path().toUtf8());
-    QApplication::setQuitOnLastWindowClosed(false);
-    SilencePlatform();
-    InstallTexts(*QCoreApplication::instance());
-}
-
-// To repeat one run, set CORVREC_MONKEY_SEED and CORVREC_MONKEY_EVENTS=10000 in the environment.
-void monkey_test::everyWindowCanBeLeftAndOnlyTheEditedSiteChanges_data()
-{
-    QTest::addColumn<int>("seed");
-    const int first = FromEnvironment("CORVREC_MONKEY_SEED", 1);
-    for (int run = 0; run * kEventsOfARun < events_; ++run)
-        QTest::addRow("seed %d", first + run) << first + run;
-}
-
-void monkey_test::everyWindowCanBeLeftAndOnlyTheEditedSiteChanges()
-{
-    QFETCH(int, seed);
-    // For example when a dialog is opened while it is open. Names with NULs are the file chooser's concern.
-    QTest::failOnWarning(QRegularExpression("^(?!Broken filename)"));
-    Run(static_cast<std::uint64_t>(seed), seen_).Play();
-}
-
-// A monkey that reached few windows has proved nothing.
-void monkey_test::cleanupTestCase()
-{
-    qInfo("%d events: %d saves, %d removals, %d starts; Escape at most %d times in a row", events_,
-          seen_.saves, seen_.removals, seen_.starts, seen_.mostEscapes);
-    qInfo() << "events in front of each window:" << seen_.windows;
-    for (const char* const window :
-         {"corvrec::frmSiti", "corvrec::frmDettaglio", "corvrec::frmModem", "corvrec::frmTrasfAvanzate",
-          "corvrec::frmFileAvanzate", "corvrec::frmSX", "corvrec::frmConnessione", "QFileDialog",
-          "QMessageBox", "QMenu", "QComboBoxPrivateContainer"})
-        QVERIFY2(seen_.windows.contains(window) || events_ < 2 * kEventsOfARun, window);
-    QVERIFY(seen_.saves > 0 && seen_.removals > 0 && seen_.starts > 0);
-}
 
 } // namespace corvrec
 

@@ -129,246 +129,232 @@ class new_site_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void startsFromTheProgramsFirstState();
-    static void startsFromItAgainAfterTheUsersChanges();
-    static void duplicateHasTheValuesOfTheMarkedSite();
-    static void duplicateIsAddedAfterTheOriginal();
-
-    static void reservedCodesAreTaken_data();
-    static void reservedCodesAreTaken();
-    static void codeTakesNoCharacterThatNamesCannotHold_data();
-    static void codeTakesNoCharacterThatNamesCannotHold();
-    static void deletingCannotBringASemicolonToTheFront();
-    static void codeOfAnExistingSiteIsNeverChanged();
-    static void existingSiteShowsTheBeginningOfItsName();
-
-    static void listShowsNamesAsTheNextStartDoes_data();
-    static void listShowsNamesAsTheNextStartDoes();
-    static void listShowsAnEditedNameAsTheNextStartDoes();
-};
-
-void new_site_test::startsFromTheProgramsFirstState()
-{
-    EditorWindow window(kFullSite, kCatalogue);
-    const QStringList first = ShownInANewSite(window);
-    window.Editor().EnableIdentity(false);
-    window.Open();
-    QCOMPARE(window.Shows("lstGiorni"), "0 1 2 3 4");
-    QCOMPARE(window.Shows("txtTelefono"), "0123");
-    window.Click("Annulla");
-    window.Editor().EnableIdentity(true); // as the list does after using the editor
-
-    QCOMPARE(ShownInANewSite(window), first);
-    QVERIFY(first.contains("cboModem: Alfa"));
-    QVERIFY(first.contains("txtXon: Q"));
-    QVERIFY(first.contains("txtFile: 600"));
-}
-
-// Changes discarded with Annulla do not reappear in the next new site.
-void new_site_test::startsFromItAgainAfterTheUsersChanges()
-{
-    EditorWindow window(SettingsWith({"A"}), kCatalogue);
-    const QStringList first = ShownInANewSite(window, [&window] {
-        window.Pick("cboHandS", 1);
-        window.Retype("txtXon", "A");
-        window.Box("chkXoff").click();
-        SiteWindow::Part<QCheckBox>(window.Editor(), "chkData").click();
-        SiteWindow::Part<QCheckBox>(window.Editor(), "chkSpazio").click();
-        window.Field("txtSpazio").setText("99");
-        window.Field("txtTelefono").setText("055");
-        window.At<QAbstractButton>("optImpulsi").click();
-        window.Choice("cboModem").setCurrentIndex(1);
-    });
-
-    QCOMPARE(ShownInANewSite(window), first);
-}
-
-void new_site_test::duplicateHasTheValuesOfTheMarkedSite()
-{
-    EditorWindow window(kFullSite, kCatalogue);
-    window.Open();
-    QStringList expected = AllShown(window);
-    expected[0] = "txtNomeSito: ";
-    expected[1] = "txtCodice: ";
-    window.Click("Annulla");
-    window.Editor().EnableIdentity(true);
-    QStringList shown;
+    static void startsFromTheProgramsFirstState()
     {
-        const ModalVisit<frmDettaglio> visit([&](frmDettaglio& editor) {
-            shown = AllShown(window);
-            shown.append(window.Focus());
-            shown.append(editor.Nuovo() ? "new" : "existing");
-            editor.reject();
+        EditorWindow window(kFullSite, kCatalogue);
+        const QStringList first = ShownInANewSite(window);
+        window.Editor().EnableIdentity(false);
+        window.Open();
+        QCOMPARE(window.Shows("lstGiorni"), "0 1 2 3 4");
+        QCOMPARE(window.Shows("txtTelefono"), "0123");
+        window.Click("Annulla");
+        window.Editor().EnableIdentity(true); // as the list does after using the editor
+
+        QCOMPARE(ShownInANewSite(window), first);
+        QVERIFY(first.contains("cboModem: Alfa"));
+        QVERIFY(first.contains("txtXon: Q"));
+        QVERIFY(first.contains("txtFile: 600"));
+    }
+
+    // Changes discarded with Annulla do not reappear in the next new site.
+    static void startsFromItAgainAfterTheUsersChanges()
+    {
+        EditorWindow window(SettingsWith({"A"}), kCatalogue);
+        const QStringList first = ShownInANewSite(window, [&window] {
+            window.Pick("cboHandS", 1);
+            window.Retype("txtXon", "A");
+            window.Box("chkXoff").click();
+            SiteWindow::Part<QCheckBox>(window.Editor(), "chkData").click();
+            SiteWindow::Part<QCheckBox>(window.Editor(), "chkSpazio").click();
+            window.Field("txtSpazio").setText("99");
+            window.Field("txtTelefono").setText("055");
+            window.At<QAbstractButton>("optImpulsi").click();
+            window.Choice("cboModem").setCurrentIndex(1);
         });
-        PressInMenu(window, Qt::Key_D);
+
+        QCOMPARE(ShownInANewSite(window), first);
     }
 
-    QCOMPARE(shown, expected + QStringList({"txtNomeSito", "new"}));
-}
-
-void new_site_test::duplicateIsAddedAfterTheOriginal()
-{
-    SiteWindow window(kFullSite, kCatalogue);
-    const QByteArray before = window.File();
-    const ModalVisit<frmDettaglio> visit([](frmDettaglio& editor) { AcceptWith(editor, "Copia", "COPIA"); });
-
-    PressInMenu(window, Qt::Key_D);
-
-    QByteArray copy = before.mid(before.indexOf("[PIENO]"));
-    copy.replace("PIENO", "COPIA").replace("C:\\Pieno\\D.txt", "C:\\nuovo\\txtDati");
-    copy.replace("C:\\Pieno\\S.txt", "C:\\nuovo\\txtDati2")
-        .replace("C:\\Pieno\\H.txt", "C:\\nuovo\\txtStorico");
-    QByteArray expected = before + copy;
-    expected.replace("PIENO=Pieno\r\n", "PIENO=Pieno\r\nCOPIA=Copia\r\n");
-    QCOMPARE(window.File(), expected);
-    QCOMPARE(Rows(window),
-             QStringList({"Pieno | PIENO | No | Settimanale", "Copia | COPIA | No | Settimanale"}));
-    QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "COPIA");
-}
-
-void new_site_test::reservedCodesAreTaken_data()
-{
-    QTest::addColumn<QString>("code");
-    for (const char* const code : {"General", "general", "GENERAL", "Siti", "SITI", " siti "})
-        QTest::newRow(code) << code;
-}
-
-// Editing or removing a site with such a code would delete the program's own settings.
-void new_site_test::reservedCodesAreTaken()
-{
-    QFETCH(QString, code);
-    EditorWindow window(SettingsWith({"A"}));
-    const QByteArray before = window.File();
-    window.Add();
-    window.Retype("txtNomeSito", "Roma");
-    window.Retype("txtCodice", code);
-    MessageProbe box(Qt::Key_Return);
-
-    window.Press(Qt::Key_Return);
-
-    QCOMPARE(box.text(), "Esiste già un sito con lo stesso nome o codice");
-    QVERIFY(window.Editor().isVisible());
-    QCOMPARE(window.File(), before);
-}
-
-void new_site_test::codeTakesNoCharacterThatNamesCannotHold_data()
-{
-    QTest::addColumn<QString>("entered");
-    QTest::addColumn<QString>("code");
-    QTest::newRow("equals sign") << "A=B"
-                                 << "AB";
-    QTest::newRow("brackets") << "[A]B]"
-                              << "AB";
-    QTest::newRow("semicolons in front") << ";;A;B"
-                                         << "A;B";
-    QTest::newRow("semicolon after blanks") << "  ;A"
-                                            << "A";
-    QTest::newRow("semicolon after a dropped character") << "[;A"
-                                                         << "A";
-    QTest::newRow("control characters") << "\tA\u001F\u0081B\t"
-                                        << "AB";
-    QTest::newRow("nothing is left") << "=[];"
-                                     << "";
-    QTest::newRow("all others") << "a.-_'#;€ù"
-                                << "A.-_'#;€Ù";
-}
-
-void new_site_test::codeTakesNoCharacterThatNamesCannotHold()
-{
-    QFETCH(QString, entered);
-    QFETCH(QString, code);
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    for (const Entry way : kEntries) {
-        if (way == Entry::keys && Typeable(entered) != entered)
-            continue;
-        window.Field("txtCodice").setFocus();
-        Enter(window.Field("txtCodice"), entered, way);
-        window.Press(Qt::Key_Tab);
-        QCOMPARE(window.Shows("txtCodice"), code);
-    }
-}
-
-void new_site_test::deletingCannotBringASemicolonToTheFront()
-{
-    EditorWindow window(SettingsWith({}));
-    window.Add();
-    window.Retype("txtCodice", "A;;B");
-
-    window.Press(Qt::Key_Home);
-    window.Press(Qt::Key_Delete);
-
-    QCOMPARE(window.Shows("txtCodice"), "B");
-    QCOMPARE(window.Field("txtCodice").cursorPosition(), 0);
-}
-
-// A changed code would make it a different site.
-void new_site_test::codeOfAnExistingSiteIsNeverChanged()
-{
-    EditorWindow window("[Siti]\r\nA[1;=Alfa\r\n[General]\r\nCom=COM2\r\n[A[1;]\r\nDispositivo=STX30\r\n");
-    window.Open();
-    QCOMPARE(window.Shows("txtCodice"), "A[1;");
-    QCOMPARE(window.Shows("cboTipoConn"), "Stratobox 3.0");
-
-    window.Click("OK");
-
-    QCOMPARE(window.File().count("[A[1;]"), 1);
-    QVERIFY(window.File().startsWith("[Siti]\r\nA[1;=Alfa\r\n[General]"));
-}
-
-void new_site_test::existingSiteShowsTheBeginningOfItsName()
-{
-    EditorWindow window("[Siti]\r\nA=" + std::string(200, 'x') + "\r\n[General]\r\nCom=COM2\r\n");
-
-    window.Open();
-
-    QCOMPARE(window.Field("txtNomeSito").cursorPosition(), 0);
-    QCOMPARE(window.Field("txtCodice").cursorPosition(), 0);
-}
-
-void new_site_test::listShowsNamesAsTheNextStartDoes_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("code");
-    int number = 0;
-    for (const char* const name : kOddNames)
-        QTest::addRow("%s", name) << Quoted(name) << QString("N%1").arg(++number);
-    QTest::addRow("long name") << QString(600, u'x') << "LUNGO";
-    QTest::addRow("code outside the code page") << "Alfa"
-                                                << "Č1";
-    QTest::addRow("quoted code") << "Beta" << Quoted("#A#");
-}
-
-void new_site_test::listShowsNamesAsTheNextStartDoes()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, code);
-    SiteWindow window(SettingsWith({"UNO"}));
+    static void duplicateHasTheValuesOfTheMarkedSite()
     {
-        const ModalVisit<frmDettaglio> visit([&](frmDettaglio& editor) { AcceptWith(editor, name, code); });
-        ClickAdd(window);
+        EditorWindow window(kFullSite, kCatalogue);
+        window.Open();
+        QStringList expected = AllShown(window);
+        expected[0] = "txtNomeSito: ";
+        expected[1] = "txtCodice: ";
+        window.Click("Annulla");
+        window.Editor().EnableIdentity(true);
+        QStringList shown;
+        {
+            const ModalVisit<frmDettaglio> visit([&](frmDettaglio& editor) {
+                shown = AllShown(window);
+                shown.append(window.Focus());
+                shown.append(editor.Nuovo() ? "new" : "existing");
+                editor.reject();
+            });
+            PressInMenu(window, Qt::Key_D);
+        }
+
+        QCOMPARE(shown, expected + QStringList({"txtNomeSito", "new"}));
     }
-    QCOMPARE(Rows(window).size(), 2);
 
-    SiteWindow next(window.Settings().Bytes());
+    static void duplicateIsAddedAfterTheOriginal()
+    {
+        SiteWindow window(kFullSite, kCatalogue);
+        const QByteArray before = window.File();
+        const ModalVisit<frmDettaglio> visit(
+            [](frmDettaglio& editor) { AcceptWith(editor, "Copia", "COPIA"); });
 
-    QCOMPARE(Rows(window), Rows(next));
-}
+        PressInMenu(window, Qt::Key_D);
 
-// With nested quotes, OK stores the name that the field shows, and the next start removes its quotes.
-void new_site_test::listShowsAnEditedNameAsTheNextStartDoes()
-{
-    SiteWindow window("[Siti]\r\nA=''Alfa''\r\n[General]\r\nCom=COM2\r\n[A]\r\nSitoAbilitato=1\r\n");
-    QCOMPARE(Rows(window), QStringList({"'Alfa' | A | Sì | "}));
-    const ModalVisit<frmDettaglio> visit([](frmDettaglio& editor) {
-        QTest::mouseClick(&SiteWindow::Part<QPushButton>(editor, "OK"), Qt::LeftButton);
-    });
+        QByteArray copy = before.mid(before.indexOf("[PIENO]"));
+        copy.replace("PIENO", "COPIA").replace("C:\\Pieno\\D.txt", "C:\\nuovo\\txtDati");
+        copy.replace("C:\\Pieno\\S.txt", "C:\\nuovo\\txtDati2")
+            .replace("C:\\Pieno\\H.txt", "C:\\nuovo\\txtStorico");
+        QByteArray expected = before + copy;
+        expected.replace("PIENO=Pieno\r\n", "PIENO=Pieno\r\nCOPIA=Copia\r\n");
+        QCOMPARE(window.File(), expected);
+        QCOMPARE(Rows(window),
+                 QStringList({"Pieno | PIENO | No | Settimanale", "Copia | COPIA | No | Settimanale"}));
+        QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "COPIA");
+    }
 
-    QTest::mouseClick(&SiteWindow::Part<QPushButton>(window.List(), "cmdProperties"), Qt::LeftButton);
+    static void reservedCodesAreTaken_data()
+    {
+        QTest::addColumn<QString>("code");
+        for (const char* const code : {"General", "general", "GENERAL", "Siti", "SITI", " siti "})
+            QTest::newRow(code) << code;
+    }
 
-    SiteWindow next(window.Settings().Bytes());
-    QCOMPARE(Rows(window), Rows(next));
-}
+    // Editing or removing a site with such a code would delete the program's own settings.
+    static void reservedCodesAreTaken()
+    {
+        QFETCH(QString, code);
+        EditorWindow window(SettingsWith({"A"}));
+        const QByteArray before = window.File();
+        window.Add();
+        window.Retype("txtNomeSito", "Roma");
+        window.Retype("txtCodice", code);
+        MessageProbe box(Qt::Key_Return);
+
+        window.Press(Qt::Key_Return);
+
+        QCOMPARE(box.text(), "Esiste già un sito con lo stesso nome o codice");
+        QVERIFY(window.Editor().isVisible());
+        QCOMPARE(window.File(), before);
+    }
+
+    static void codeTakesNoCharacterThatNamesCannotHold_data()
+    {
+        QTest::addColumn<QString>("entered");
+        QTest::addColumn<QString>("code");
+        QTest::newRow("equals sign") << "A=B"
+                                     << "AB";
+        QTest::newRow("brackets") << "[A]B]"
+                                  << "AB";
+        QTest::newRow("semicolons in front") << ";;A;B"
+                                             << "A;B";
+        QTest::newRow("semicolon after blanks") << "  ;A"
+                                                << "A";
+        QTest::newRow("semicolon after a dropped character") << "[;A"
+                                                             << "A";
+        QTest::newRow("control characters") << "\tA\u001F\u0081B\t"
+                                            << "AB";
+        QTest::newRow("nothing is left") << "=[];"
+                                         << "";
+        QTest::newRow("all others") << "a.-_'#;€ù"
+                                    << "A.-_'#;€Ù";
+    }
+
+    static void codeTakesNoCharacterThatNamesCannotHold()
+    {
+        QFETCH(QString, entered);
+        QFETCH(QString, code);
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        for (const Entry way : kEntries) {
+            if (way == Entry::keys && Typeable(entered) != entered)
+                continue;
+            window.Field("txtCodice").setFocus();
+            Enter(window.Field("txtCodice"), entered, way);
+            window.Press(Qt::Key_Tab);
+            QCOMPARE(window.Shows("txtCodice"), code);
+        }
+    }
+
+    static void deletingCannotBringASemicolonToTheFront()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Retype("txtCodice", "A;;B");
+
+        window.Press(Qt::Key_Home);
+        window.Press(Qt::Key_Delete);
+
+        QCOMPARE(window.Shows("txtCodice"), "B");
+        QCOMPARE(window.Field("txtCodice").cursorPosition(), 0);
+    }
+
+    // A changed code would make it a different site.
+    static void codeOfAnExistingSiteIsNeverChanged()
+    {
+        EditorWindow window(
+            "[Siti]\r\nA[1;=Alfa\r\n[General]\r\nCom=COM2\r\n[A[1;]\r\nDispositivo=STX30\r\n");
+        window.Open();
+        QCOMPARE(window.Shows("txtCodice"), "A[1;");
+        QCOMPARE(window.Shows("cboTipoConn"), "Stratobox 3.0");
+
+        window.Click("OK");
+
+        QCOMPARE(window.File().count("[A[1;]"), 1);
+        QVERIFY(window.File().startsWith("[Siti]\r\nA[1;=Alfa\r\n[General]"));
+    }
+
+    static void existingSiteShowsTheBeginningOfItsName()
+    {
+        EditorWindow window("[Siti]\r\nA=" + std::string(200, 'x') + "\r\n[General]\r\nCom=COM2\r\n");
+
+        window.Open();
+
+        QCOMPARE(window.Field("txtNomeSito").cursorPosition(), 0);
+        QCOMPARE(window.Field("txtCodice").cursorPosition(), 0);
+    }
+
+    static void listShowsNamesAsTheNextStartDoes_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("code");
+        int number = 0;
+        for (const char* const name : kOddNames)
+            QTest::addRow("%s", name) << Quoted(name) << QString("N%1").arg(++number);
+        QTest::addRow("long name") << QString(600, u'x') << "LUNGO";
+        QTest::addRow("code outside the code page") << "Alfa"
+                                                    << "Č1";
+        QTest::addRow("quoted code") << "Beta" << Quoted("#A#");
+    }
+
+    static void listShowsNamesAsTheNextStartDoes()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, code);
+        SiteWindow window(SettingsWith({"UNO"}));
+        {
+            const ModalVisit<frmDettaglio> visit(
+                [&](frmDettaglio& editor) { AcceptWith(editor, name, code); });
+            ClickAdd(window);
+        }
+        QCOMPARE(Rows(window).size(), 2);
+
+        SiteWindow next(window.Settings().Bytes());
+
+        QCOMPARE(Rows(window), Rows(next));
+    }
+
+    // With nested quotes, OK stores the name that the field shows, and the next start removes its quotes.
+    static void listShowsAnEditedNameAsTheNextStartDoes()
+    {
+        SiteWindow window("[Siti]\r\nA=''Alfa''\r\n[General]\r\nCom=COM2\r\n[A]\r\nSitoAbilitato=1\r\n");
+        QCOMPARE(Rows(window), QStringList({"'Alfa' | A | Sì | "}));
+        const ModalVisit<frmDettaglio> visit([](frmDettaglio& editor) {
+            QTest::mouseClick(&SiteWindow::Part<QPushButton>(editor, "OK"), Qt::LeftButton);
+        });
+
+        QTest::mouseClick(&SiteWindow::Part<QPushButton>(window.List(), "cmdProperties"), Qt::LeftButton);
+
+        SiteWindow next(window.Settings().Bytes());
+        QCOMPARE(Rows(window), Rows(next));
+    }
+};
 
 } // namespace corvrec
 

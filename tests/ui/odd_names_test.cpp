@@ -619,94 +619,89 @@ private slots:
         qInfo("%zu of %zu cases, seed %llu", Cases(), kTexts, static_cast<unsigned long long>(kSeed));
     }
 
-    static void everyFieldTakesEveryText_data();
-    static void everyFieldTakesEveryText();
-    static void theModemGetsOneLineForEachCommand();
-    static void theDevicesDateAndTimeKeepTheirForm();
-};
+    // Adds a site with odd texts in its fields, and checks what is written, what is shown when it is opened
+    // again, and what is left after it is removed.
+    static void everyFieldTakesEveryText_data()
+    {
+        QTest::addColumn<std::size_t>("first");
+        const std::size_t all = Cases();
+        for (std::size_t first = 0; first < all; first += kCasesOfARow)
+            QTest::addRow("from %zu", first) << first;
+    }
 
-// Adds a site with odd texts in its fields, and checks what is written, what is shown when it is opened
-// again, and what is left after it is removed.
-void odd_names_test::everyFieldTakesEveryText_data()
-{
-    QTest::addColumn<std::size_t>("first");
-    const std::size_t all = Cases();
-    for (std::size_t first = 0; first < all; first += kCasesOfARow)
-        QTest::addRow("from %zu", first) << first;
-}
-
-void odd_names_test::everyFieldTakesEveryText()
-{
-    QFETCH(std::size_t, first);
-    Texts texts;
-    int foundAgain = 0;
-    std::unique_ptr<Editing> editing;
-    for (std::size_t turn = first; turn < first + kCasesOfARow; ++turn) {
-        if (turn % kCasesOfAFile == 0)
-            editing = std::make_unique<Editing>(texts, foundAgain);
-        texts.Turn(turn);
-        if (editing->AddSite()) {
-            editing->LookAtIt();
-            if (turn % kCasesOfAFile == kCaseWithANewList)
-                editing->CompareWithANewList();
-            editing->RemoveIt();
+    static void everyFieldTakesEveryText()
+    {
+        QFETCH(std::size_t, first);
+        Texts texts;
+        int foundAgain = 0;
+        std::unique_ptr<Editing> editing;
+        for (std::size_t turn = first; turn < first + kCasesOfARow; ++turn) {
+            if (turn % kCasesOfAFile == 0)
+                editing = std::make_unique<Editing>(texts, foundAgain);
+            texts.Turn(turn);
+            if (editing->AddSite()) {
+                editing->LookAtIt();
+                if (turn % kCasesOfAFile == kCaseWithANewList)
+                    editing->CompareWithANewList();
+                editing->RemoveIt();
+            }
+            if (QTest::currentTestFailed())
+                QFAIL(qPrintable(QString("case %1").arg(turn)));
         }
-        if (QTest::currentTestFailed())
-            QFAIL(qPrintable(QString("case %1").arg(turn)));
+        // The profile functions can find most of the codes again.
+        QVERIFY2(foundAgain > static_cast<int>(kCasesOfARow) * 4, qPrintable(QString::number(foundAgain)));
     }
-    // The profile functions can find most of the codes again.
-    QVERIFY2(foundAgain > static_cast<int>(kCasesOfARow) * 4, qPrintable(QString::number(foundAgain)));
-}
 
-void odd_names_test::theModemGetsOneLineForEachCommand()
-{
-    const std::size_t cases = Cases();
-    Texts texts;
-    frmModem form{std::filesystem::path()};
-    const auto enter = [&](const char* field, std::size_t number) {
-        Enter(Part<QLineEdit>(form, field), texts.For(number), texts.WayFor(number));
-        return WithoutControls(PageBytes(Held(texts.For(number), texts.WayFor(number), Takes::anyText)));
-    };
-    for (std::size_t turn = 0; turn < cases; ++turn) {
-        texts.Turn(turn);
-        const std::string reset = Command(enter("txtStringaReset", 0)) + "\r";
-        const std::string init = Command(enter("txtStringaInit", 1)) + "\r";
-        const std::string dial = "ATDT" + enter("txtTelefono", 2) + "\r";
-        FakeClock clock;
-        ScriptedPump pump(clock);
-        FakePort port(clock);
-        CancelFlag cancel;
-        ReplyWait wait(port, clock, pump, cancel);
-        port.Open();
-        port.Answer(reset, "OK\r\n");
-        port.Answer(init, "OK\r\n");
-        port.Answer(dial, "CONNECT\r\n");
+    static void theModemGetsOneLineForEachCommand()
+    {
+        const std::size_t cases = Cases();
+        Texts texts;
+        frmModem form{std::filesystem::path()};
+        const auto enter = [&](const char* field, std::size_t number) {
+            Enter(Part<QLineEdit>(form, field), texts.For(number), texts.WayFor(number));
+            return WithoutControls(PageBytes(Held(texts.For(number), texts.WayFor(number), Takes::anyText)));
+        };
+        for (std::size_t turn = 0; turn < cases; ++turn) {
+            texts.Turn(turn);
+            const std::string reset = Command(enter("txtStringaReset", 0)) + "\r";
+            const std::string init = Command(enter("txtStringaInit", 1)) + "\r";
+            const std::string dial = "ATDT" + enter("txtTelefono", 2) + "\r";
+            FakeClock clock;
+            ScriptedPump pump(clock);
+            FakePort port(clock);
+            CancelFlag cancel;
+            ReplyWait wait(port, clock, pump, cancel);
+            port.Open();
+            port.Answer(reset, "OK\r\n");
+            port.Answer(init, "OK\r\n");
+            port.Answer(dial, "CONNECT\r\n");
 
-        const Connection connection = InitModem(wait, form.Settings());
+            const Connection connection = InitModem(wait, form.Settings());
 
-        QCOMPARE(connection, Connection::connected);
-        QCOMPARE(port.Sent(), std::string(reset).append(init).append(dial));
-        QCOMPARE(std::ranges::count(port.Sent(), '\r'), 3);
-        QVERIFY(port.Sent().find_first_of(std::string_view("\n\0", 2)) == std::string::npos);
+            QCOMPARE(connection, Connection::connected);
+            QCOMPARE(port.Sent(), std::string(reset).append(init).append(dial));
+            QCOMPARE(std::ranges::count(port.Sent(), '\r'), 3);
+            QVERIFY(port.Sent().find_first_of(std::string_view("\n\0", 2)) == std::string::npos);
+        }
     }
-}
 
-void odd_names_test::theDevicesDateAndTimeKeepTheirForm()
-{
-    static const QRegularExpression kDate("^[0-9_]{2}/[0-9_]{2}/[0-9_]{2}$");
-    static const QRegularExpression kTime("^[0-9_]{2}:[0-9_]{2}$");
-    const std::size_t cases = Cases();
-    Texts texts;
-    BufferWindow window;
-    window.Open();
-    for (std::size_t turn = 0; turn < cases; ++turn) {
-        texts.Turn(turn);
-        Enter(window.Field("mskData"), texts.For(0), texts.WayFor(0));
-        Enter(window.Field("mskOra"), texts.For(1), texts.WayFor(1));
-        QVERIFY2(kDate.match(window.Field("mskData").text()).hasMatch(), qPrintable(texts.For(0)));
-        QVERIFY2(kTime.match(window.Field("mskOra").text()).hasMatch(), qPrintable(texts.For(1)));
+    static void theDevicesDateAndTimeKeepTheirForm()
+    {
+        static const QRegularExpression kDate("^[0-9_]{2}/[0-9_]{2}/[0-9_]{2}$");
+        static const QRegularExpression kTime("^[0-9_]{2}:[0-9_]{2}$");
+        const std::size_t cases = Cases();
+        Texts texts;
+        BufferWindow window;
+        window.Open();
+        for (std::size_t turn = 0; turn < cases; ++turn) {
+            texts.Turn(turn);
+            Enter(window.Field("mskData"), texts.For(0), texts.WayFor(0));
+            Enter(window.Field("mskOra"), texts.For(1), texts.WayFor(1));
+            QVERIFY2(kDate.match(window.Field("mskData").text()).hasMatch(), qPrintable(texts.For(0)));
+            QVERIFY2(kTime.match(window.Field("mskOra").text()).hasMatch(), qPrintable(texts.For(1)));
+        }
     }
-}
+};
 
 } // namespace corvrec
 

@@ -44,85 +44,79 @@ class qt_event_pump_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void passesTheDeadlineWhenNothingHappens();
-    static void returnsAtAnEvent();
-    static void handlesWhatIsPendingWithoutADeadline();
-    static void doesNotRestOnADeadlineThatHasPassed();
-    static void doesNotRestForEverWhenTheDeadlinePassesMeanwhile();
-};
+    static void passesTheDeadlineWhenNothingHappens()
+    {
+        const SystemClock clock;
+        QtEventPump pump(clock);
+        const std::int64_t deadline = clock.TickMs() + 100;
 
-void qt_event_pump_test::passesTheDeadlineWhenNothingHappens()
-{
-    const SystemClock clock;
-    QtEventPump pump(clock);
-    const std::int64_t deadline = clock.TickMs() + 100;
+        int passes = 0;
+        while (clock.TickMs() <= deadline) {
+            pump.Process(deadline);
+            ++passes;
+        }
 
-    int passes = 0;
-    while (clock.TickMs() <= deadline) {
-        pump.Process(deadline);
-        ++passes;
+        QVERIFY2(passes <= 3, qPrintable(QString::number(passes)));
     }
 
-    QVERIFY2(passes <= 3, qPrintable(QString::number(passes)));
-}
+    static void returnsAtAnEvent()
+    {
+        const SystemClock clock;
+        QtEventPump pump(clock);
+        QTimer event;
+        event.setSingleShot(true);
+        const QSignalSpy events(&event, &QTimer::timeout);
+        event.start(20);
 
-void qt_event_pump_test::returnsAtAnEvent()
-{
-    const SystemClock clock;
-    QtEventPump pump(clock);
-    QTimer event;
-    event.setSingleShot(true);
-    const QSignalSpy events(&event, &QTimer::timeout);
-    event.start(20);
+        const std::int64_t deadline = clock.TickMs() + kPatienceMs;
+        while (events.isEmpty())
+            pump.Process(deadline);
 
-    const std::int64_t deadline = clock.TickMs() + kPatienceMs;
-    while (events.isEmpty())
-        pump.Process(deadline);
+        QVERIFY(clock.TickMs() < deadline); // the event ended the rest
+    }
 
-    QVERIFY(clock.TickMs() < deadline); // the event ended the rest
-}
+    static void handlesWhatIsPendingWithoutADeadline()
+    {
+        const SystemClock clock;
+        QtEventPump pump(clock);
+        bool isHandled = false;
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [&isHandled] { isHandled = true; }, Qt::QueuedConnection);
 
-void qt_event_pump_test::handlesWhatIsPendingWithoutADeadline()
-{
-    const SystemClock clock;
-    QtEventPump pump(clock);
-    bool isHandled = false;
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [&isHandled] { isHandled = true; }, Qt::QueuedConnection);
+        pump.Process(std::nullopt);
 
-    pump.Process(std::nullopt);
+        QVERIFY(isHandled);
+    }
 
-    QVERIFY(isHandled);
-}
+    static void doesNotRestOnADeadlineThatHasPassed()
+    {
+        const SystemClock clock;
+        QtEventPump pump(clock);
+        bool isWoken = false;
+        QTimer other;
+        QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
+        other.start(kPatience);
 
-void qt_event_pump_test::doesNotRestOnADeadlineThatHasPassed()
-{
-    const SystemClock clock;
-    QtEventPump pump(clock);
-    bool isWoken = false;
-    QTimer other;
-    QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
-    other.start(kPatience);
+        pump.Process(clock.TickMs() - kTickStepMs);
 
-    pump.Process(clock.TickMs() - kTickStepMs);
+        QVERIFY2(!isWoken, "only another event ended the rest");
+    }
 
-    QVERIFY2(!isWoken, "only another event ended the rest");
-}
+    // A busy machine may be elsewhere between two readings of the clock.
+    static void doesNotRestForEverWhenTheDeadlinePassesMeanwhile()
+    {
+        const TickList clock({1000, 5000});
+        QtEventPump pump(clock);
+        bool isWoken = false;
+        QTimer other;
+        QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
+        other.start(kPatience);
 
-// A busy machine may be elsewhere between two readings of the clock.
-void qt_event_pump_test::doesNotRestForEverWhenTheDeadlinePassesMeanwhile()
-{
-    const TickList clock({1000, 5000});
-    QtEventPump pump(clock);
-    bool isWoken = false;
-    QTimer other;
-    QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
-    other.start(kPatience);
+        pump.Process(1010);
 
-    pump.Process(1010);
-
-    QVERIFY2(!isWoken, "only another event ended the rest");
-}
+        QVERIFY2(!isWoken, "only another event ended the rest");
+    }
+};
 
 } // namespace corvrec
 

@@ -252,498 +252,464 @@ class qt_serial_port_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void refusesToOpen_data();
-    static void refusesToOpen();
-    static void opensExclusively();
-    static void opensWithSettingsThatAPseudoTerminalLacks_data();
-    static void opensWithSettingsThatAPseudoTerminalLacks();
-    static void opensAgainAfterClosing();
-    static void refusesToOpenTwice();
+    static void refusesToOpen_data()
+    {
+        QTest::addColumn<QString>("device");
+        QTest::addColumn<int>("port");
+        QTest::addColumn<QString>("settings");
 
-    static void closedPortThrows();
-    static void closedPortIsClearedInSilence();
-
-    static void everyByteExceptNulIsEchoed();
-    static void countsWithoutHandlingEvents();
-    static void takesOneByOneOrAll();
-    static void dropsNuls();
-    static void nulsDoNotCountAsInput();
-    static void holdsNoMoreThanItsBuffer();
-    static void clearsEveryBuffer();
-    static void sendsWithoutHandlingEvents();
-    static void sendsBeforeItCloses();
-    static void carrierIsNotHeld();
-    static void softwareHandshakeSwallowsItsCharacters();
-
-    static void closingFreesAStoppedLine();
-    static void receivesAByteAfterAClearedFlood();
-    static void restsWhileNothingComes();
-    static void restsWhileNulsCome();
-    static void endlessNulsEndInATimeOut();
-    static void cancelEndsTheRest();
-    static void floodIsBounded();
-    static void unpluggedDeviceEndsAWait();
-    static void unpluggedDeviceThrowsEverywhere();
-    static void unpluggedPortOpensAnotherDevice();
-};
-
-void qt_serial_port_test::refusesToOpen_data()
-{
-    QTest::addColumn<QString>("device");
-    QTest::addColumn<int>("port");
-    QTest::addColumn<QString>("settings");
-
-    QTest::newRow("no number") << "" << 0 << "9600,N,8,1";
-    QTest::newRow("no device") << "/dev/corvrec-none" << kPort << "9600,N,8,1";
-    QTest::newRow("no terminal") << "/dev/null" << kPort << "9600,N,8,1";
-    QTest::newRow("no speed") << "lab" << kPort << ",N,8,1";
-    QTest::newRow("no parity") << "lab" << kPort << "9600,,8,1";
-    QTest::newRow("unknown parity") << "lab" << kPort << "9600,X,8,1";
-    QTest::newRow("no data bits") << "lab" << kPort << "9600,N,,1";
-    QTest::newRow("too many data bits") << "lab" << kPort << "9600,N,9,1";
-    QTest::newRow("no stop bits") << "lab" << kPort << "9600,N,8,";
-    QTest::newRow("too few parts") << "lab" << kPort << "9600,N,8";
-    QTest::newRow("nothing") << "lab" << kPort << "";
-}
-
-void qt_serial_port_test::refusesToOpen()
-{
-    QFETCH(QString, device);
-    QFETCH(int, port);
-    QFETCH(QString, settings);
-    const RunningLab lab(std::make_unique<Mirror>(), kPort);
-    if (device != "lab")
-        qputenv("CORVREC_COM2", device.toUtf8());
-    QtSerialPort refused;
-    refused.Configure(Settings(port, settings.toStdString()));
-
-    QVERIFY(Throws([&refused] { refused.Open(); }));
-    QVERIFY(!refused.IsOpen());
-    QVERIFY(Throws([&refused] { refused.InBufferCount(); }));
-}
-
-void qt_serial_port_test::opensExclusively()
-{
-    const RunningLab lab(std::make_unique<Mirror>(), kPort);
-    QtSerialPort first;
-    first.Configure(Settings());
-    QtSerialPort second;
-    second.Configure(Settings());
-
-    first.Open();
-    QVERIFY(Throws([&second] { second.Open(); }));
-    QVERIFY(!second.IsOpen());
-
-    first.Close();
-    second.Open();
-    QVERIFY(second.IsOpen());
-}
-
-void qt_serial_port_test::opensWithSettingsThatAPseudoTerminalLacks_data()
-{
-    QTest::addColumn<QString>("settings");
-    QTest::addColumn<int>("handshaking");
-
-    for (const char* const settings :
-         {"9600,N,8,1", "4800,E,7,1", "2400,O,7,2", "115200,N,8,1", "300,M,8,1", "1200,S,5,1.5"}) {
-        for (const int handshaking : {0, 1, 2})
-            QTest::addRow("%s handshaking %d", settings, handshaking) << settings << handshaking;
+        QTest::newRow("no number") << "" << 0 << "9600,N,8,1";
+        QTest::newRow("no device") << "/dev/corvrec-none" << kPort << "9600,N,8,1";
+        QTest::newRow("no terminal") << "/dev/null" << kPort << "9600,N,8,1";
+        QTest::newRow("no speed") << "lab" << kPort << ",N,8,1";
+        QTest::newRow("no parity") << "lab" << kPort << "9600,,8,1";
+        QTest::newRow("unknown parity") << "lab" << kPort << "9600,X,8,1";
+        QTest::newRow("no data bits") << "lab" << kPort << "9600,N,,1";
+        QTest::newRow("too many data bits") << "lab" << kPort << "9600,N,9,1";
+        QTest::newRow("no stop bits") << "lab" << kPort << "9600,N,8,";
+        QTest::newRow("too few parts") << "lab" << kPort << "9600,N,8";
+        QTest::newRow("nothing") << "lab" << kPort << "";
     }
-}
 
-void qt_serial_port_test::opensWithSettingsThatAPseudoTerminalLacks()
-{
-    QFETCH(QString, settings);
-    QFETCH(int, handshaking);
-    const RunningLab lab(std::make_unique<Mirror>(), kPort);
-    QtSerialPort port;
-    port.Configure(Settings(kPort, settings.toStdString(), handshaking));
+    static void refusesToOpen()
+    {
+        QFETCH(QString, device);
+        QFETCH(int, port);
+        QFETCH(QString, settings);
+        const RunningLab lab(std::make_unique<Mirror>(), kPort);
+        if (device != "lab")
+            qputenv("CORVREC_COM2", device.toUtf8());
+        QtSerialPort refused;
+        refused.Configure(Settings(port, settings.toStdString()));
 
-    port.Open();
+        QVERIFY(Throws([&refused] { refused.Open(); }));
+        QVERIFY(!refused.IsOpen());
+        QVERIFY(Throws([&refused] { refused.InBufferCount(); }));
+    }
 
-    QVERIFY(port.IsOpen());
-    port.Output("A");
-    QCOMPARE(CountOf(port, 1), 1);
-    QCOMPARE(port.Input(), "A");
-}
+    static void opensExclusively()
+    {
+        const RunningLab lab(std::make_unique<Mirror>(), kPort);
+        QtSerialPort first;
+        first.Configure(Settings());
+        QtSerialPort second;
+        second.Configure(Settings());
 
-void qt_serial_port_test::opensAgainAfterClosing()
-{
-    const RunningLab lab(std::make_unique<Mirror>(), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-    port.Output("left");
-    QCOMPARE(CountOf(port, 4), 4);
+        first.Open();
+        QVERIFY(Throws([&second] { second.Open(); }));
+        QVERIFY(!second.IsOpen());
 
-    port.Close();
-    QVERIFY(!port.IsOpen());
-    port.Open();
+        first.Close();
+        second.Open();
+        QVERIFY(second.IsOpen());
+    }
 
-    port.Output("new");
-    QCOMPARE(CountOf(port, 3), 3);
-    QCOMPARE(port.Input(), "new");
-}
+    static void opensWithSettingsThatAPseudoTerminalLacks_data()
+    {
+        QTest::addColumn<QString>("settings");
+        QTest::addColumn<int>("handshaking");
 
-void qt_serial_port_test::refusesToOpenTwice()
-{
-    const RunningLab lab(std::make_unique<Mirror>(), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
+        for (const char* const settings :
+             {"9600,N,8,1", "4800,E,7,1", "2400,O,7,2", "115200,N,8,1", "300,M,8,1", "1200,S,5,1.5"}) {
+            for (const int handshaking : {0, 1, 2})
+                QTest::addRow("%s handshaking %d", settings, handshaking) << settings << handshaking;
+        }
+    }
 
-    QVERIFY(Throws([&port] { port.Open(); }));
+    static void opensWithSettingsThatAPseudoTerminalLacks()
+    {
+        QFETCH(QString, settings);
+        QFETCH(int, handshaking);
+        const RunningLab lab(std::make_unique<Mirror>(), kPort);
+        QtSerialPort port;
+        port.Configure(Settings(kPort, settings.toStdString(), handshaking));
 
-    QVERIFY(port.IsOpen());
-}
+        port.Open();
 
-void qt_serial_port_test::closedPortThrows()
-{
-    QtSerialPort port;
+        QVERIFY(port.IsOpen());
+        port.Output("A");
+        QCOMPARE(CountOf(port, 1), 1);
+        QCOMPARE(port.Input(), "A");
+    }
 
-    QVERIFY(Throws([&port] { port.InBufferCount(); }));
-    QVERIFY(Throws([&port] { port.Input(); }));
-    QVERIFY(Throws([&port] { port.Output("x"); }));
-}
+    static void opensAgainAfterClosing()
+    {
+        const RunningLab lab(std::make_unique<Mirror>(), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+        port.Output("left");
+        QCOMPARE(CountOf(port, 4), 4);
 
-void qt_serial_port_test::closedPortIsClearedInSilence()
-{
-    QtSerialPort port;
-
-    QVERIFY(!Throws([&port] {
-        port.ClearInput();
-        port.ClearOutput();
         port.Close();
-    }));
-    QVERIFY(!port.CDHolding());
-}
+        QVERIFY(!port.IsOpen());
+        port.Open();
 
-void qt_serial_port_test::everyByteExceptNulIsEchoed()
-{
-    const RunningLab lab(std::make_unique<Mirror>(), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-
-    port.Output(EveryByte(0));
-
-    QCOMPARE(CountOf(port, 255), 255);
-    QCOMPARE(port.Input(), EveryByte(1));
-}
-
-void qt_serial_port_test::countsWithoutHandlingEvents()
-{
-    const RunningLab lab(Answer("reply"), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-    port.Output("?");
-
-    QCOMPARE(CountOf(port, 5), 5);
-}
-
-void qt_serial_port_test::takesOneByOneOrAll()
-{
-    const RunningLab lab(Answer("reply"), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-    port.Output("?");
-    QCOMPARE(CountOf(port, 5), 5);
-
-    port.SetInputLen(1);
-    QCOMPARE(port.Input(), "r");
-    QCOMPARE(port.InBufferCount(), 4);
-    port.SetInputLen(0);
-    QCOMPARE(port.Input(), "eply");
-    QCOMPARE(port.Input(), "");
-}
-
-void qt_serial_port_test::dropsNuls()
-{
-    const RunningLab lab(Answer(std::string("\0r\0\0ep\0ly\0", 10)), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-    port.Output("?");
-
-    QCOMPARE(CountOf(port, 5), 5);
-    QCOMPARE(port.Input(), "reply");
-}
-
-void qt_serial_port_test::nulsDoNotCountAsInput()
-{
-    const RunningLab lab(Answer(std::string(3000, '\0') + "x"), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-    port.Output("?");
-
-    QCOMPARE(CountOf(port, 1), 1);
-    QCOMPARE(port.Input(), "x");
-}
-
-void qt_serial_port_test::holdsNoMoreThanItsBuffer()
-{
-    std::string sent;
-    for (int i = 0; i < 5000; ++i)
-        sent += static_cast<char>('0' + i % 10);
-    const RunningLab lab(Answer(sent), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-    port.Output("?");
-    QCOMPARE(CountOf(port, 1024), 1024);
-
-    QTest::qWait(50); // handling events does not read more
-    QCOMPARE(port.InBufferCount(), 1024);
-
-    std::string received;
-    QVERIFY(QTest::qWaitFor(
-        [&] {
-            received += port.Input();
-            return received.size() >= sent.size();
-        },
-        kPatienceMs));
-    QCOMPARE(received, sent);
-}
-
-void qt_serial_port_test::clearsEveryBuffer()
-{
-    const RunningLab lab(Answer(std::string(3000, 'x')), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-    port.Output("?");
-    QCOMPARE(CountOf(port, 1024), 1024);
-    // 1024 are in our buffer, 1024 in Qt's, the rest in the system.
-    QVERIFY(QTest::qWaitFor([] { return BytesWithTheSystem() >= 3000 - 2 * 1024; }, kPatienceMs));
-
-    port.ClearInput();
-
-    QCOMPARE(port.InBufferCount(), 0);
-    QCoreApplication::processEvents();
-    QCOMPARE(port.InBufferCount(), 0);
-}
-
-void qt_serial_port_test::sendsWithoutHandlingEvents()
-{
-    std::promise<std::string> heard;
-    const RunningLab lab(std::make_unique<Listener>(7, heard), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-
-    port.Output("at once");
-
-    QCOMPARE(Heard(heard), "at once");
-}
-
-void qt_serial_port_test::sendsBeforeItCloses()
-{
-    const std::string text(100'000, 'x'); // more than the system accepts at once
-    std::promise<std::string> heard;
-    const RunningLab lab(std::make_unique<Listener>(text.size(), heard), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-
-    port.Output(text);
-    port.Close();
-
-    QCOMPARE(Heard(heard).size(), text.size());
-}
-
-void qt_serial_port_test::carrierIsNotHeld()
-{
-    const RunningLab lab(std::make_unique<Mirror>(), kPort);
-    QtSerialPort port;
-    port.Configure(Settings());
-    port.Open();
-
-    QVERIFY(!port.CDHolding());
-    QVERIFY(port.IsOpen()); // the failing query does not close the port
-}
-
-void qt_serial_port_test::softwareHandshakeSwallowsItsCharacters()
-{
-    const RunningLab lab(Answer("\x11"
-                                "a\x13"
-                                "b"
-                                "\x11"),
-                         kPort);
-    QtSerialPort port;
-    port.Configure(Settings(kPort, "9600,N,8,1", 1));
-    port.Open();
-    port.Output("?");
-
-    QCOMPARE(CountOf(port, 2), 2);
-    QCOMPARE(port.Input(), "ab");
-}
-
-// Output that the device has stopped is not lost either.
-void qt_serial_port_test::closingFreesAStoppedLine()
-{
-    std::promise<std::string> heard;
-    const RunningLab lab(std::make_unique<Stopper>(heard), kPort);
-    QtSerialPort port;
-    port.Configure(Settings(kPort, "9600,N,8,1", 1));
-    port.Open();
-    port.Output("?");
-    QCOMPARE(CountOf(port, 1), 1); // the XOFF has arrived too
-    port.Output("+++");
-    QVERIFY(port.IsOpen());
-
-    port.Close();
-
-    QCOMPARE(Heard(heard), "?+++");
-}
-
-void qt_serial_port_test::receivesAByteAfterAClearedFlood()
-{
-    const RunningLab lab(std::make_unique<Flooder>(), kPort);
-    RealLine line;
-    line.port.Open();
-    line.port.Output("?");
-    // Until nothing more arrives because Qt's own buffer is full.
-    for (std::int64_t quiet = 0; quiet < line.clock.TickMs();) {
-        quiet = line.clock.TickMs() + 50;
-        line.pump.Process(quiet);
+        port.Output("new");
+        QCOMPARE(CountOf(port, 3), 3);
+        QCOMPARE(port.Input(), "new");
     }
-    line.port.ClearInput();
-    line.port.Output("?");
 
-    const std::int64_t deadline = line.clock.TickMs() + 60'000;
-    std::string reply;
-    QCOMPARE(line.wait.ForCount(60'000, 1, reply), Wait::success);
+    static void refusesToOpenTwice()
+    {
+        const RunningLab lab(std::make_unique<Mirror>(), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
 
-    QVERIFY(line.clock.TickMs() < deadline); // the byte ended the rest
-}
+        QVERIFY(Throws([&port] { port.Open(); }));
 
-void qt_serial_port_test::restsWhileNothingComes()
-{
-    const RunningLab lab(Buffer({.silence = true}), kPort);
-    RealLine line;
-    line.port.Open();
-    line.port.Output("\x13");
+        QVERIFY(port.IsOpen());
+    }
 
-    QCOMPARE(line.wait.ForText(500, "\x13"), Wait::timeOut);
+    static void closedPortThrows()
+    {
+        QtSerialPort port;
 
-    QVERIFY2(line.counted.Passes() <= 5, qPrintable(QString::number(line.counted.Passes())));
-}
+        QVERIFY(Throws([&port] { port.InBufferCount(); }));
+        QVERIFY(Throws([&port] { port.Input(); }));
+        QVERIFY(Throws([&port] { port.Output("x"); }));
+    }
 
-void qt_serial_port_test::restsWhileNulsCome()
-{
-    const RunningLab lab(Answer(std::string(500, '\0')), kPort);
-    RealLine line;
-    line.port.Open();
-    line.port.Output("?");
+    static void closedPortIsClearedInSilence()
+    {
+        QtSerialPort port;
 
-    std::string reply;
-    QCOMPARE(line.wait.ForCount(500, 1, reply), Wait::timeOut);
+        QVERIFY(!Throws([&port] {
+            port.ClearInput();
+            port.ClearOutput();
+            port.Close();
+        }));
+        QVERIFY(!port.CDHolding());
+    }
 
-    QCOMPARE(reply, "");
-    QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
-}
+    static void everyByteExceptNulIsEchoed()
+    {
+        const RunningLab lab(std::make_unique<Mirror>(), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
 
-void qt_serial_port_test::endlessNulsEndInATimeOut()
-{
-    const RunningLab lab(std::make_unique<NulFlood>(), kPort);
-    RealLine line;
-    line.port.Open();
-    line.port.Output("?");
+        port.Output(EveryByte(0));
 
-    std::string reply;
-    QCOMPARE(line.wait.ForCount(500, 1, reply), Wait::timeOut);
+        QCOMPARE(CountOf(port, 255), 255);
+        QCOMPARE(port.Input(), EveryByte(1));
+    }
 
-    QCOMPARE(reply, "");
-}
+    static void countsWithoutHandlingEvents()
+    {
+        const RunningLab lab(Answer("reply"), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+        port.Output("?");
 
-void qt_serial_port_test::cancelEndsTheRest()
-{
-    const RunningLab lab(Buffer({.silence = true}), kPort);
-    RealLine line;
-    line.port.Open();
-    QTimer::singleShot(50, QCoreApplication::instance(), [&line] { line.cancel.raised = true; });
+        QCOMPARE(CountOf(port, 5), 5);
+    }
 
-    const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
-    QCOMPARE(line.wait.ForText(kPatienceMs, "\x13"), Wait::cancelled);
+    static void takesOneByOneOrAll()
+    {
+        const RunningLab lab(Answer("reply"), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+        port.Output("?");
+        QCOMPARE(CountOf(port, 5), 5);
 
-    QVERIFY(line.clock.TickMs() < deadline);
-}
+        port.SetInputLen(1);
+        QCOMPARE(port.Input(), "r");
+        QCOMPARE(port.InBufferCount(), 4);
+        port.SetInputLen(0);
+        QCOMPARE(port.Input(), "eply");
+        QCOMPARE(port.Input(), "");
+    }
 
-void qt_serial_port_test::floodIsBounded()
-{
-    const RunningLab lab(Buffer({.endless = true}), kPort);
-    RealLine line;
-    line.port.Open();
-    line.port.Output("\x13");
+    static void dropsNuls()
+    {
+        const RunningLab lab(Answer(std::string("\0r\0\0ep\0ly\0", 10)), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+        port.Output("?");
 
-    std::string reply;
-    const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
-    do { // once, unless a busy machine delivers too little
-        QCOMPARE(line.wait.ForText(1000, "*", reply, 2000), Wait::timeOut);
-    } while (reply.size() < 2001 && line.clock.TickMs() < deadline);
+        QCOMPARE(CountOf(port, 5), 5);
+        QCOMPARE(port.Input(), "reply");
+    }
 
-    QCOMPARE(reply.size(), std::size_t{2001});
-    QVERIFY(line.port.InBufferCount() <= 1024);
-    line.port.Close();
-}
+    static void nulsDoNotCountAsInput()
+    {
+        const RunningLab lab(Answer(std::string(3000, '\0') + "x"), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+        port.Output("?");
 
-void qt_serial_port_test::unpluggedDeviceEndsAWait()
-{
-    RunningLab lab(Buffer({.silence = true}), kPort);
-    RealLine line;
-    line.port.Open();
-    QTimer::singleShot(50, QCoreApplication::instance(), [&lab] { lab.Unplug(); });
+        QCOMPARE(CountOf(port, 1), 1);
+        QCOMPARE(port.Input(), "x");
+    }
 
-    const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
-    QVERIFY(Throws([&line] { line.wait.ForText(kPatienceMs, "\x13"); }));
+    static void holdsNoMoreThanItsBuffer()
+    {
+        std::string sent;
+        for (int i = 0; i < 5000; ++i)
+            sent += static_cast<char>('0' + i % 10);
+        const RunningLab lab(Answer(sent), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+        port.Output("?");
+        QCOMPARE(CountOf(port, 1024), 1024);
 
-    QVERIFY(line.clock.TickMs() < deadline);
-    QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
-    QCOMPARE(line.port.InputLen(), 0);
-    QVERIFY(!line.port.IsOpen());
-}
+        QTest::qWait(50); // handling events does not read more
+        QCOMPARE(port.InBufferCount(), 1024);
 
-void qt_serial_port_test::unpluggedDeviceThrowsEverywhere()
-{
-    RunningLab lab(std::make_unique<Mirror>(), kPort);
-    RealLine line;
-    line.port.Open();
+        std::string received;
+        QVERIFY(QTest::qWaitFor(
+            [&] {
+                received += port.Input();
+                return received.size() >= sent.size();
+            },
+            kPatienceMs));
+        QCOMPARE(received, sent);
+    }
 
-    lab.Unplug();
-    QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }, kPatienceMs));
+    static void clearsEveryBuffer()
+    {
+        const RunningLab lab(Answer(std::string(3000, 'x')), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+        port.Output("?");
+        QCOMPARE(CountOf(port, 1024), 1024);
+        // 1024 are in our buffer, 1024 in Qt's, the rest in the system.
+        QVERIFY(QTest::qWaitFor([] { return BytesWithTheSystem() >= 3000 - 2 * 1024; }, kPatienceMs));
 
-    QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
-    QVERIFY(Throws([&line] { line.port.Input(); }));
-    QVERIFY(Throws([&line] { line.port.Output("x"); }));
-    QVERIFY(!line.port.CDHolding());
-    line.port.ClearInput();
-    line.port.ClearOutput();
-    QVERIFY(Throws([&line] { line.port.Open(); })); // nothing is plugged in
-}
+        port.ClearInput();
 
-void qt_serial_port_test::unpluggedPortOpensAnotherDevice()
-{
-    RealLine line;
+        QCOMPARE(port.InBufferCount(), 0);
+        QCoreApplication::processEvents();
+        QCOMPARE(port.InBufferCount(), 0);
+    }
+
+    static void sendsWithoutHandlingEvents()
+    {
+        std::promise<std::string> heard;
+        const RunningLab lab(std::make_unique<Listener>(7, heard), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+
+        port.Output("at once");
+
+        QCOMPARE(Heard(heard), "at once");
+    }
+
+    static void sendsBeforeItCloses()
+    {
+        const std::string text(100'000, 'x'); // more than the system accepts at once
+        std::promise<std::string> heard;
+        const RunningLab lab(std::make_unique<Listener>(text.size(), heard), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+
+        port.Output(text);
+        port.Close();
+
+        QCOMPARE(Heard(heard).size(), text.size());
+    }
+
+    static void carrierIsNotHeld()
+    {
+        const RunningLab lab(std::make_unique<Mirror>(), kPort);
+        QtSerialPort port;
+        port.Configure(Settings());
+        port.Open();
+
+        QVERIFY(!port.CDHolding());
+        QVERIFY(port.IsOpen()); // the failing query does not close the port
+    }
+
+    static void softwareHandshakeSwallowsItsCharacters()
+    {
+        const RunningLab lab(Answer("\x11"
+                                    "a\x13"
+                                    "b"
+                                    "\x11"),
+                             kPort);
+        QtSerialPort port;
+        port.Configure(Settings(kPort, "9600,N,8,1", 1));
+        port.Open();
+        port.Output("?");
+
+        QCOMPARE(CountOf(port, 2), 2);
+        QCOMPARE(port.Input(), "ab");
+    }
+
+    // Output that the device has stopped is not lost either.
+    static void closingFreesAStoppedLine()
+    {
+        std::promise<std::string> heard;
+        const RunningLab lab(std::make_unique<Stopper>(heard), kPort);
+        QtSerialPort port;
+        port.Configure(Settings(kPort, "9600,N,8,1", 1));
+        port.Open();
+        port.Output("?");
+        QCOMPARE(CountOf(port, 1), 1); // the XOFF has arrived too
+        port.Output("+++");
+        QVERIFY(port.IsOpen());
+
+        port.Close();
+
+        QCOMPARE(Heard(heard), "?+++");
+    }
+
+    static void receivesAByteAfterAClearedFlood()
+    {
+        const RunningLab lab(std::make_unique<Flooder>(), kPort);
+        RealLine line;
+        line.port.Open();
+        line.port.Output("?");
+        // Until nothing more arrives because Qt's own buffer is full.
+        for (std::int64_t quiet = 0; quiet < line.clock.TickMs();) {
+            quiet = line.clock.TickMs() + 50;
+            line.pump.Process(quiet);
+        }
+        line.port.ClearInput();
+        line.port.Output("?");
+
+        const std::int64_t deadline = line.clock.TickMs() + 60'000;
+        std::string reply;
+        QCOMPARE(line.wait.ForCount(60'000, 1, reply), Wait::success);
+
+        QVERIFY(line.clock.TickMs() < deadline); // the byte ended the rest
+    }
+
+    static void restsWhileNothingComes()
+    {
+        const RunningLab lab(Buffer({.silence = true}), kPort);
+        RealLine line;
+        line.port.Open();
+        line.port.Output("\x13");
+
+        QCOMPARE(line.wait.ForText(500, "\x13"), Wait::timeOut);
+
+        QVERIFY2(line.counted.Passes() <= 5, qPrintable(QString::number(line.counted.Passes())));
+    }
+
+    static void restsWhileNulsCome()
+    {
+        const RunningLab lab(Answer(std::string(500, '\0')), kPort);
+        RealLine line;
+        line.port.Open();
+        line.port.Output("?");
+
+        std::string reply;
+        QCOMPARE(line.wait.ForCount(500, 1, reply), Wait::timeOut);
+
+        QCOMPARE(reply, "");
+        QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
+    }
+
+    static void endlessNulsEndInATimeOut()
+    {
+        const RunningLab lab(std::make_unique<NulFlood>(), kPort);
+        RealLine line;
+        line.port.Open();
+        line.port.Output("?");
+
+        std::string reply;
+        QCOMPARE(line.wait.ForCount(500, 1, reply), Wait::timeOut);
+
+        QCOMPARE(reply, "");
+    }
+
+    static void cancelEndsTheRest()
+    {
+        const RunningLab lab(Buffer({.silence = true}), kPort);
+        RealLine line;
+        line.port.Open();
+        QTimer::singleShot(50, QCoreApplication::instance(), [&line] { line.cancel.raised = true; });
+
+        const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
+        QCOMPARE(line.wait.ForText(kPatienceMs, "\x13"), Wait::cancelled);
+
+        QVERIFY(line.clock.TickMs() < deadline);
+    }
+
+    static void floodIsBounded()
+    {
+        const RunningLab lab(Buffer({.endless = true}), kPort);
+        RealLine line;
+        line.port.Open();
+        line.port.Output("\x13");
+
+        std::string reply;
+        const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
+        do { // once, unless a busy machine delivers too little
+            QCOMPARE(line.wait.ForText(1000, "*", reply, 2000), Wait::timeOut);
+        } while (reply.size() < 2001 && line.clock.TickMs() < deadline);
+
+        QCOMPARE(reply.size(), std::size_t{2001});
+        QVERIFY(line.port.InBufferCount() <= 1024);
+        line.port.Close();
+    }
+
+    static void unpluggedDeviceEndsAWait()
+    {
+        RunningLab lab(Buffer({.silence = true}), kPort);
+        RealLine line;
+        line.port.Open();
+        QTimer::singleShot(50, QCoreApplication::instance(), [&lab] { lab.Unplug(); });
+
+        const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
+        QVERIFY(Throws([&line] { line.wait.ForText(kPatienceMs, "\x13"); }));
+
+        QVERIFY(line.clock.TickMs() < deadline);
+        QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
+        QCOMPARE(line.port.InputLen(), 0);
+        QVERIFY(!line.port.IsOpen());
+    }
+
+    static void unpluggedDeviceThrowsEverywhere()
     {
         RunningLab lab(std::make_unique<Mirror>(), kPort);
+        RealLine line;
         line.port.Open();
+
         lab.Unplug();
-        QVERIFY(Throws([&line] {
-            std::string reply;
-            line.wait.ForCount(60'000, 1, reply);
-        }));
+        QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }, kPatienceMs));
+
+        QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
+        QVERIFY(Throws([&line] { line.port.Input(); }));
+        QVERIFY(Throws([&line] { line.port.Output("x"); }));
+        QVERIFY(!line.port.CDHolding());
+        line.port.ClearInput();
+        line.port.ClearOutput();
+        QVERIFY(Throws([&line] { line.port.Open(); })); // nothing is plugged in
     }
 
-    const RunningLab other(std::make_unique<Mirror>(), kPort);
-    line.port.Open();
-    QCoreApplication::processEvents(); // events of the earlier loss do not close it again
+    static void unpluggedPortOpensAnotherDevice()
+    {
+        RealLine line;
+        {
+            RunningLab lab(std::make_unique<Mirror>(), kPort);
+            line.port.Open();
+            lab.Unplug();
+            QVERIFY(Throws([&line] {
+                std::string reply;
+                line.wait.ForCount(60'000, 1, reply);
+            }));
+        }
 
-    line.port.Output("back");
-    QCOMPARE(CountOf(line.port, 4), 4);
-}
+        const RunningLab other(std::make_unique<Mirror>(), kPort);
+        line.port.Open();
+        QCoreApplication::processEvents(); // events of the earlier loss do not close it again
+
+        line.port.Output("back");
+        QCOMPARE(CountOf(line.port, 4), 4);
+    }
+};
 
 } // namespace corvrec
 

@@ -119,121 +119,114 @@ class refused_writes_test : public QObject
 {
     Q_OBJECT
 
-    static void Errors();
+    static void Errors()
+    {
+        QTest::addColumn<int>("error");
+        QTest::newRow("disk full") << ENOSPC;
+        QTest::newRow("quota reached") << EDQUOT;
+        QTest::newRow("disk error") << EIO;
+        QTest::newRow("file too large") << EFBIG;
+    }
 
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
     static void changedSiteIsListedAsIfSaved_data() { Errors(); }
-    static void changedSiteIsListedAsIfSaved();
+    static void changedSiteIsListedAsIfSaved()
+    {
+        QFETCH(int, error);
+        RefusedWindow window;
+        const QByteArray before = window.Sites().File();
+        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
+        window.Refuse(error);
+
+        window.Click("cmdProperties");
+
+        QVERIFY(window.Attempts() > 0);
+        QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
+        QCOMPARE(window.Sites().File(), before);
+    }
+
     static void newSiteIsListedAsIfSaved_data() { Errors(); }
-    static void newSiteIsListedAsIfSaved();
+    static void newSiteIsListedAsIfSaved()
+    {
+        QFETCH(int, error);
+        RefusedWindow window;
+        const QByteArray before = window.Sites().File();
+        const ModalVisit<frmDettaglio> editor(FillIn);
+        window.Refuse(error);
+
+        window.Click("cmdAggiungi");
+
+        QVERIFY(window.Attempts() > 0);
+        QCOMPARE(window.Rows(),
+                 QStringList({"Sito A|A|Sì|Oraria", "Sito B|B|Sì|Oraria", "Gamma|C|Sì|Continua"}));
+        QCOMPARE(window.Sites().File(), before);
+    }
+
     static void removedSiteIsNoLongerListed_data() { Errors(); }
-    static void removedSiteIsNoLongerListed();
-    static void diskThatFailsAfterTheDeletionLosesOneSite();
-    static void savingAgainCompletesTheSite();
+    static void removedSiteIsNoLongerListed()
+    {
+        QFETCH(int, error);
+        RefusedWindow window;
+        const QByteArray before = window.Sites().File();
+        const MessageProbe question(QString("Sì"));
+        window.Refuse(error);
+
+        window.Click("cmdRimuovi");
+
+        QVERIFY(window.Attempts() > 0);
+        QCOMPARE(window.Rows(), QStringList({"Sito B|B|Sì|Oraria"}));
+        QCOMPARE(window.Sites().File(), before);
+    }
+
+    // The old section is deleted before the new one is written, so a disk that fails in between loses the
+    // site. Everything else stays.
+    static void diskThatFailsAfterTheDeletionLosesOneSite()
+    {
+        RefusedWindow rehearsal;
+        {
+            const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
+            rehearsal.RefuseFrom(std::numeric_limits<std::size_t>::max());
+            rehearsal.Click("cmdProperties");
+        }
+        RefusedWindow window;
+        SettingsFile without(SettingsWith({"A", "B"}));
+        without->DeleteSection("A");
+        {
+            const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
+            window.RefuseFrom(rehearsal.CallBehindTheDeletion());
+            window.Click("cmdProperties");
+        }
+        QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
+        QCOMPARE(window.Sites().File(), QByteArray::fromStdString(without.Bytes()));
+        window.Mend();
+        const ModalVisit<frmDettaglio> editor(PressOk);
+
+        window.Click("cmdProperties"); // with a new site's values, except for those that the window keeps
+
+        QCOMPARE(window.Sites().Settings().Line("A", "Dispositivo"), "Dispositivo=COM");
+        QCOMPARE(window.Sites().Settings().Line("A", "CharToDel"), "CharToDel=00");
+    }
+
+    static void savingAgainCompletesTheSite()
+    {
+        RefusedWindow window;
+        {
+            const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
+            window.Refuse(ENOSPC);
+            window.Click("cmdProperties");
+        }
+        window.Mend();
+        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
+
+        window.Click("cmdProperties");
+
+        QCOMPARE(window.Sites().Settings().Line("A", "SitoAbilitato"), "SitoAbilitato=0");
+        QCOMPARE(window.Sites().Settings().Line("A", "Ricorrenza"), "Ricorrenza=0");
+        QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
+    }
 };
-
-void refused_writes_test::Errors()
-{
-    QTest::addColumn<int>("error");
-    QTest::newRow("disk full") << ENOSPC;
-    QTest::newRow("quota reached") << EDQUOT;
-    QTest::newRow("disk error") << EIO;
-    QTest::newRow("file too large") << EFBIG;
-}
-
-void refused_writes_test::changedSiteIsListedAsIfSaved()
-{
-    QFETCH(int, error);
-    RefusedWindow window;
-    const QByteArray before = window.Sites().File();
-    const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-    window.Refuse(error);
-
-    window.Click("cmdProperties");
-
-    QVERIFY(window.Attempts() > 0);
-    QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
-    QCOMPARE(window.Sites().File(), before);
-}
-
-void refused_writes_test::newSiteIsListedAsIfSaved()
-{
-    QFETCH(int, error);
-    RefusedWindow window;
-    const QByteArray before = window.Sites().File();
-    const ModalVisit<frmDettaglio> editor(FillIn);
-    window.Refuse(error);
-
-    window.Click("cmdAggiungi");
-
-    QVERIFY(window.Attempts() > 0);
-    QCOMPARE(window.Rows(), QStringList({"Sito A|A|Sì|Oraria", "Sito B|B|Sì|Oraria", "Gamma|C|Sì|Continua"}));
-    QCOMPARE(window.Sites().File(), before);
-}
-
-void refused_writes_test::removedSiteIsNoLongerListed()
-{
-    QFETCH(int, error);
-    RefusedWindow window;
-    const QByteArray before = window.Sites().File();
-    const MessageProbe question(QString("Sì"));
-    window.Refuse(error);
-
-    window.Click("cmdRimuovi");
-
-    QVERIFY(window.Attempts() > 0);
-    QCOMPARE(window.Rows(), QStringList({"Sito B|B|Sì|Oraria"}));
-    QCOMPARE(window.Sites().File(), before);
-}
-
-// The old section is deleted before the new one is written, so a disk that fails in between loses the site.
-// Everything else stays.
-void refused_writes_test::diskThatFailsAfterTheDeletionLosesOneSite()
-{
-    RefusedWindow rehearsal;
-    {
-        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-        rehearsal.RefuseFrom(std::numeric_limits<std::size_t>::max());
-        rehearsal.Click("cmdProperties");
-    }
-    RefusedWindow window;
-    SettingsFile without(SettingsWith({"A", "B"}));
-    without->DeleteSection("A");
-    {
-        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-        window.RefuseFrom(rehearsal.CallBehindTheDeletion());
-        window.Click("cmdProperties");
-    }
-    QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
-    QCOMPARE(window.Sites().File(), QByteArray::fromStdString(without.Bytes()));
-    window.Mend();
-    const ModalVisit<frmDettaglio> editor(PressOk);
-
-    window.Click("cmdProperties"); // with a new site's values, except for those that the window keeps
-
-    QCOMPARE(window.Sites().Settings().Line("A", "Dispositivo"), "Dispositivo=COM");
-    QCOMPARE(window.Sites().Settings().Line("A", "CharToDel"), "CharToDel=00");
-}
-
-void refused_writes_test::savingAgainCompletesTheSite()
-{
-    RefusedWindow window;
-    {
-        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-        window.Refuse(ENOSPC);
-        window.Click("cmdProperties");
-    }
-    window.Mend();
-    const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-
-    window.Click("cmdProperties");
-
-    QCOMPARE(window.Sites().Settings().Line("A", "SitoAbilitato"), "SitoAbilitato=0");
-    QCOMPARE(window.Sites().Settings().Line("A", "Ricorrenza"), "Ricorrenza=0");
-    QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
-}
 
 } // namespace corvrec
 

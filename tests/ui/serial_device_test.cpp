@@ -223,423 +223,392 @@ class serial_device_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void deviceComesFromTheEnvironmentFirst();
-    static void deviceIsTheSystemsPortOtherwise();
-    static void noDeviceHasANumberBelowOne();
-    static void linkIsLockedAsTheDeviceItLeadsTo();
+    static void deviceComesFromTheEnvironmentFirst()
+    {
+        qputenv("CORVREC_COM7", "/dev/pts/somewhere");
 
-    static void lockOfALivingProcessKeepsThePortClosed_data();
-    static void lockOfALivingProcessKeepsThePortClosed();
-    static void lockOfTheDeviceKeepsItsLinkClosed();
-    static void lockOfNoLivingProcessIsIgnored_data();
-    static void lockOfNoLivingProcessIsIgnored();
-    static void onlyAFileIsALock();
+        QCOMPARE(PortDevice(7), "/dev/pts/somewhere");
 
-    static void closingHangsUpWhateverWasSetBefore();
-    static void restOfTheSettingsIsRestored();
-
-    static void parityErrorsAreMarkedWhereThereIsAParity_data();
-    static void parityErrorsAreMarkedWhereThereIsAParity();
-    static void everyByteArrivesOnALineWithParity();
-    static void damagedCharacterIsAQuestionMark_data();
-    static void damagedCharacterIsAQuestionMark();
-    static void clearingForgetsAnUnfinishedMark();
-
-    static void outputResumesOnlyAtXon();
-    static void outputThatIsWaitedForIsNotCleared();
-    static void stoppedLineEndsTheWait();
-    static void closedPortCannotBeWaitedFor();
-    static void clockCommandReachesASlowReaderWhole();
-
-    static void inputOfALostDeviceStaysReadable();
-    static void clearingDiscardsTheInputOfALostDevice();
-};
-
-void serial_device_test::deviceComesFromTheEnvironmentFirst()
-{
-    qputenv("CORVREC_COM7", "/dev/pts/somewhere");
-
-    QCOMPARE(PortDevice(7), "/dev/pts/somewhere");
-
-    qunsetenv("CORVREC_COM7");
-}
-
-void serial_device_test::deviceIsTheSystemsPortOtherwise()
-{
-    qputenv("CORVREC_COM7", "");
-    const QString linked = "/dev/corvrec-com7"; // only if this machine has one
-
-    QCOMPARE(PortDevice(7), QFileInfo::exists(linked) ? linked : "/dev/ttyS6");
-
-    qunsetenv("CORVREC_COM7");
-}
-
-void serial_device_test::noDeviceHasANumberBelowOne()
-{
-    qputenv("CORVREC_COM0", "/dev/pts/somewhere");
-
-    QCOMPARE(PortDevice(0), "");
-    QCOMPARE(PortDevice(-1), "");
-
-    qunsetenv("CORVREC_COM0");
-}
-
-void serial_device_test::linkIsLockedAsTheDeviceItLeadsTo()
-{
-    Line line;
-    const QTemporaryDir directory;
-    const QString link = directory.filePath("corvrec-com2");
-    QVERIFY(QFile::link(QString::fromStdString(line.pty->Name()), link));
-    qputenv(kVariable, link.toUtf8());
-    const QString lock = "LCK.." + QString::fromStdString(line.pty->Name()).mid(5).replace('/', '_');
-    const auto isLocked = [&lock] {
-        return std::ranges::any_of(kLockDirectories, [&lock](const char* each) {
-            return QFileInfo::exists(QString(each) + '/' + lock);
-        });
-    };
-
-    line.port.Open();
-    QVERIFY(isLocked());
-    line.port.Output("x");
-    QCOMPARE(line.Read(1), "x");
-
-    line.port.Close();
-    QVERIFY(!isLocked());
-}
-
-void serial_device_test::lockOfALivingProcessKeepsThePortClosed_data()
-{
-    QTest::addColumn<QString>("directory");
-    QTest::addColumn<QString>("form");
-
-    for (const char* const directory : kLockDirectories) {
-        for (const char* const form : {"text", "text without a line feed", "text with a name", "binary"})
-            QTest::addRow("%s, %s", directory, form) << directory << form;
+        qunsetenv("CORVREC_COM7");
     }
-}
 
-void serial_device_test::lockOfALivingProcessKeepsThePortClosed()
-{
-    QFETCH(QString, directory);
-    QFETCH(QString, form);
-    if (!QFileInfo(directory).isDir() || !QFileInfo(directory).isWritable())
-        QSKIP("no such directory here");
-    Line line;
-    Process other;
-    QByteArray content = form == "binary" ? AsBinary(other.Id()) : AsText(other.Id());
-    if (form == "text without a line feed")
-        content.chop(1);
-    if (form == "text with a name")
-        content = QByteArray::number(other.Id()).rightJustified(10) + " minicom root\n";
-    const LockFile lock(directory, line.pty->Name(), content);
+    static void deviceIsTheSystemsPortOtherwise()
+    {
+        qputenv("CORVREC_COM7", "");
+        const QString linked = "/dev/corvrec-com7"; // only if this machine has one
 
-    QVERIFY(Throws([&line] { line.port.Open(); }));
-    QVERIFY(!line.port.IsOpen());
-    QCOMPARE(lock.Content(), content);
+        QCOMPARE(PortDevice(7), QFileInfo::exists(linked) ? linked : "/dev/ttyS6");
 
-    other.End();
-    QVERIFY(!Throws([&line] { line.port.Open(); }));
-    line.port.Close(); // and removes the lock, which it now owns
-}
+        qunsetenv("CORVREC_COM7");
+    }
 
-void serial_device_test::lockOfTheDeviceKeepsItsLinkClosed()
-{
-    Line line;
-    const QTemporaryDir directory;
-    const QString link = directory.filePath("corvrec-com2");
-    QVERIFY(QFile::link(QString::fromStdString(line.pty->Name()), link));
-    qputenv(kVariable, link.toUtf8());
-    // Process 1 is always alive, and belongs to another user unless the test runs as root.
-    const LockFile lock("/tmp", line.pty->Name(), AsText(1));
+    static void noDeviceHasANumberBelowOne()
+    {
+        qputenv("CORVREC_COM0", "/dev/pts/somewhere");
 
-    QVERIFY(Throws([&line] { line.port.Open(); }));
-}
+        QCOMPARE(PortDevice(0), "");
+        QCOMPARE(PortDevice(-1), "");
 
-void serial_device_test::lockOfNoLivingProcessIsIgnored_data()
-{
-    QTest::addColumn<QString>("directory");
-    QTest::addColumn<QByteArray>("content");
+        qunsetenv("CORVREC_COM0");
+    }
 
-    const pid_t dead = Process().End();
-    for (const char* const directory : kLockDirectories) {
-        const auto add = [directory](const char* name, const QByteArray& content) {
-            QTest::addRow("%s, %s", directory, name) << directory << content;
+    static void linkIsLockedAsTheDeviceItLeadsTo()
+    {
+        Line line;
+        const QTemporaryDir directory;
+        const QString link = directory.filePath("corvrec-com2");
+        QVERIFY(QFile::link(QString::fromStdString(line.pty->Name()), link));
+        qputenv(kVariable, link.toUtf8());
+        const QString lock = "LCK.." + QString::fromStdString(line.pty->Name()).mid(5).replace('/', '_');
+        const auto isLocked = [&lock] {
+            return std::ranges::any_of(kLockDirectories, [&lock](const char* each) {
+                return QFileInfo::exists(QString(each) + '/' + lock);
+            });
         };
-        add("dead process as text", AsText(dead));
-        add("dead process in binary", AsBinary(dead));
-        add("this process", AsText(getpid())); // left by an earlier process with the same number
-        add("garbage", "no number\n");
-        add("number and garbage", "1x\n");
-        add("no process", AsText(0));
-        add("every process", AsText(-1));
-        add("every process in binary", AsBinary(-1));
-        add("more than a number", "99999999999999999999\n");
-        add("an empty line and more", "\n1\n");
+
+        line.port.Open();
+        QVERIFY(isLocked());
+        line.port.Output("x");
+        QCOMPARE(line.Read(1), "x");
+
+        line.port.Close();
+        QVERIFY(!isLocked());
     }
-}
 
-void serial_device_test::lockOfNoLivingProcessIsIgnored()
-{
-    QFETCH(QString, directory);
-    QFETCH(QByteArray, content);
-    if (!QFileInfo(directory).isDir() || !QFileInfo(directory).isWritable())
-        QSKIP("no such directory here");
-    Line line;
-    const LockFile lock(directory, line.pty->Name(), content);
+    static void lockOfALivingProcessKeepsThePortClosed_data()
+    {
+        QTest::addColumn<QString>("directory");
+        QTest::addColumn<QString>("form");
 
-    QVERIFY(!Throws([&line] { line.port.Open(); }));
-
-    line.port.Close(); // and removes the lock, which it now owns
-}
-
-void serial_device_test::onlyAFileIsALock()
-{
-    Line line;
-    const QString name = "/tmp/LCK.." + QString::fromStdString(line.pty->Name()).mid(5).replace('/', '_');
-    QVERIFY(QDir().mkdir(name));
-
-    const bool isLocked = IsLocked(QString::fromStdString(line.pty->Name()));
-
-    QVERIFY(QDir().rmdir(name));
-    QVERIFY(!isLocked);
-}
-
-void serial_device_test::closingHangsUpWhateverWasSetBefore()
-{
-    Line line;
-    KeepDtr(*line.pty);
-
-    line.port.Open();
-    QVERIFY(HangsUp(*line.pty)); // so that the end of the process hangs up too
-
-    line.port.Close();
-    QVERIFY(HangsUp(*line.pty));
-}
-
-void serial_device_test::restOfTheSettingsIsRestored()
-{
-    Line line("4800,E,8,1", 1);
-    KeepDtr(*line.pty);
-    termios before = Settings(*line.pty);
-
-    line.port.Open();
-    line.port.Close();
-
-    before.c_cflag |= HUPCL;
-    const termios after = Settings(*line.pty);
-    QCOMPARE(after.c_iflag, before.c_iflag);
-    QCOMPARE(after.c_oflag, before.c_oflag);
-    QCOMPARE(after.c_cflag, before.c_cflag);
-    QCOMPARE(after.c_lflag, before.c_lflag);
-}
-
-void serial_device_test::parityErrorsAreMarkedWhereThereIsAParity_data()
-{
-    QTest::addColumn<QString>("settings");
-    QTest::addColumn<bool>("marked");
-    QTest::newRow("none") << "9600,N,8,1" << false;
-    QTest::newRow("even") << "4800,E,7,1" << true;
-    QTest::newRow("odd") << "2400,O,7,2" << true;
-    QTest::newRow("mark") << "300,M,8,1" << true;
-    QTest::newRow("space") << "1200,S,8,1" << true;
-}
-
-void serial_device_test::parityErrorsAreMarkedWhereThereIsAParity()
-{
-    QFETCH(QString, settings);
-    QFETCH(bool, marked);
-    Line line(settings.toStdString());
-
-    line.port.Open();
-
-    constexpr tcflag_t kMarks = INPCK | PARMRK;
-    QCOMPARE(Settings(*line.pty).c_iflag & kMarks, marked ? kMarks : 0);
-    QVERIFY(!marked || (Settings(*line.pty).c_iflag & (IGNPAR | ISTRIP)) == 0);
-}
-
-// The system sends each FF twice, so that it is not taken for a mark.
-void serial_device_test::everyByteArrivesOnALineWithParity()
-{
-    Line line("9600,E,8,1");
-    line.port.Open();
-    std::string bytes;
-    for (int code = 1; code <= 0xFF; ++code)
-        bytes += static_cast<char>(code);
-
-    QCOMPARE(line.pty->Write(bytes), bytes.size());
-
-    QCOMPARE(line.Input(bytes.size()), bytes);
-}
-
-void serial_device_test::damagedCharacterIsAQuestionMark_data()
-{
-    QTest::addColumn<bool>("byteByByte");
-    QTest::newRow("at once") << false;
-    QTest::newRow("byte by byte") << true;
-}
-
-// A pseudo-terminal has no parity and marks nothing. With the doubling of FF switched off, the test can send
-// what a line with parity errors would deliver.
-void serial_device_test::damagedCharacterIsAQuestionMark()
-{
-    QFETCH(bool, byteByByte);
-    constexpr std::string_view kMarked = "a\xFF\0bc\xFF\0\0\xFF\xFF\xFF\0\xFFz"sv;
-    Line line("9600,E,8,1");
-    line.port.Open();
-    termios settings = Settings(*line.pty);
-    settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
-    SetSettings(*line.pty, settings);
-
-    std::string characters;
-    if (!byteByByte)
-        QCOMPARE(line.pty->Write(kMarked), kMarked.size());
-    for (std::size_t i = 0; byteByByte && i < kMarked.size(); ++i) {
-        QCOMPARE(line.pty->Write(kMarked.substr(i, 1)), std::size_t{1});
-        QVERIFY(QTest::qWaitFor([&] {
-            characters += line.port.Input();
-            return !line.pty->HasUnread();
-        }));
+        for (const char* const directory : kLockDirectories) {
+            for (const char* const form : {"text", "text without a line feed", "text with a name", "binary"})
+                QTest::addRow("%s, %s", directory, form) << directory << form;
+        }
     }
-    const std::string expected = "a?c\xFF?z";
-    if (characters.size() < expected.size())
-        characters += line.Input(expected.size() - characters.size());
 
-    QCOMPARE(characters, expected);
-}
+    static void lockOfALivingProcessKeepsThePortClosed()
+    {
+        QFETCH(QString, directory);
+        QFETCH(QString, form);
+        if (!QFileInfo(directory).isDir() || !QFileInfo(directory).isWritable())
+            QSKIP("no such directory here");
+        Line line;
+        Process other;
+        QByteArray content = form == "binary" ? AsBinary(other.Id()) : AsText(other.Id());
+        if (form == "text without a line feed")
+            content.chop(1);
+        if (form == "text with a name")
+            content = QByteArray::number(other.Id()).rightJustified(10) + " minicom root\n";
+        const LockFile lock(directory, line.pty->Name(), content);
 
-void serial_device_test::clearingForgetsAnUnfinishedMark()
-{
-    Line line("9600,E,8,1");
-    line.port.Open();
-    termios settings = Settings(*line.pty);
-    settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
-    SetSettings(*line.pty, settings);
-    line.pty->Write("a\xFF\0"sv);
-    QVERIFY(QTest::qWaitFor([&line] { return line.port.InBufferCount() > 0 && !line.pty->HasUnread(); }));
-    QCOMPARE(line.port.Input(), "a");
-    QCOMPARE(line.port.InBufferCount(), 0); // the unfinished mark has been read
+        QVERIFY(Throws([&line] { line.port.Open(); }));
+        QVERIFY(!line.port.IsOpen());
+        QCOMPARE(lock.Content(), content);
 
-    line.port.ClearInput();
-    line.pty->Write("b");
+        other.End();
+        QVERIFY(!Throws([&line] { line.port.Open(); }));
+        line.port.Close(); // and removes the lock, which it now owns
+    }
 
-    QCOMPARE(line.Input(1), "b");
-}
+    static void lockOfTheDeviceKeepsItsLinkClosed()
+    {
+        Line line;
+        const QTemporaryDir directory;
+        const QString link = directory.filePath("corvrec-com2");
+        QVERIFY(QFile::link(QString::fromStdString(line.pty->Name()), link));
+        qputenv(kVariable, link.toUtf8());
+        // Process 1 is always alive, and belongs to another user unless the test runs as root.
+        const LockFile lock("/tmp", line.pty->Name(), AsText(1));
 
-void serial_device_test::outputResumesOnlyAtXon()
-{
-    Line line("9600,N,8,1", 1);
-    line.port.Open();
-    constexpr tcflag_t kHandshake = IXON | IXOFF | IXANY;
-    QCOMPARE(Settings(*line.pty).c_iflag & kHandshake, tcflag_t{IXON | IXOFF});
-    line.pty->Write("a\x13"
-                    "b");
-    QCOMPARE(line.Input(2), "ab");
+        QVERIFY(Throws([&line] { line.port.Open(); }));
+    }
 
-    line.port.Output("+++");
-    QTest::qWait(50); // with IXANY it would be sent at once
-    QCOMPARE(line.pty->Read(), "");
+    static void lockOfNoLivingProcessIsIgnored_data()
+    {
+        QTest::addColumn<QString>("directory");
+        QTest::addColumn<QByteArray>("content");
 
-    line.pty->Write("\x11");
-    QCOMPARE(line.Read(3), "+++");
-}
+        const pid_t dead = Process().End();
+        for (const char* const directory : kLockDirectories) {
+            const auto add = [directory](const char* name, const QByteArray& content) {
+                QTest::addRow("%s, %s", directory, name) << directory << content;
+            };
+            add("dead process as text", AsText(dead));
+            add("dead process in binary", AsBinary(dead));
+            add("this process", AsText(getpid())); // left by an earlier process with the same number
+            add("garbage", "no number\n");
+            add("number and garbage", "1x\n");
+            add("no process", AsText(0));
+            add("every process", AsText(-1));
+            add("every process in binary", AsBinary(-1));
+            add("more than a number", "99999999999999999999\n");
+            add("an empty line and more", "\n1\n");
+        }
+    }
 
-void serial_device_test::outputThatIsWaitedForIsNotCleared()
-{
-    RunningLab lab(std::make_unique<PausingDevice>(), kPort);
-    QtSerialPort port;
-    port.Configure({.commPort = kPort, .settings = "9600,N,8,1", .handshaking = 1});
-    port.Open();
-    port.Output("?");
-    QVERIFY(QTest::qWaitFor([&port] { return port.InBufferCount() > 0; })); // the XOFF has arrived too
-    port.Output("0905311226");
+    static void lockOfNoLivingProcessIsIgnored()
+    {
+        QFETCH(QString, directory);
+        QFETCH(QByteArray, content);
+        if (!QFileInfo(directory).isDir() || !QFileInfo(directory).isWritable())
+            QSKIP("no such directory here");
+        Line line;
+        const LockFile lock(directory, line.pty->Name(), content);
 
-    port.WaitUntilSent(60'000);
-    port.ClearOutput();
-    port.Close();
+        QVERIFY(!Throws([&line] { line.port.Open(); }));
 
-    lab.Unplug();
-    QCOMPARE(lab.Received(), "?0905311226");
-}
+        line.port.Close(); // and removes the lock, which it now owns
+    }
 
-// The output that is held back is then discarded.
-void serial_device_test::stoppedLineEndsTheWait()
-{
-    Line line("9600,N,8,1", 1);
-    line.port.Open();
-    line.pty->Write("a\x13");
-    QCOMPARE(line.Input(1), "a");
-    line.port.Output("+++");
+    static void onlyAFileIsALock()
+    {
+        Line line;
+        const QString name = "/tmp/LCK.." + QString::fromStdString(line.pty->Name()).mid(5).replace('/', '_');
+        QVERIFY(QDir().mkdir(name));
 
-    line.port.WaitUntilSent(50);
-    QVERIFY(line.port.IsOpen());
-    line.port.ClearOutput();
+        const bool isLocked = IsLocked(QString::fromStdString(line.pty->Name()));
 
-    line.pty->Write("\x11");
-    line.port.Output("on");
-    QCOMPARE(line.Read(2), "on");
-}
+        QVERIFY(QDir().rmdir(name));
+        QVERIFY(!isLocked);
+    }
 
-void serial_device_test::closedPortCannotBeWaitedFor()
-{
-    QtSerialPort port;
+    static void closingHangsUpWhateverWasSetBefore()
+    {
+        Line line;
+        KeepDtr(*line.pty);
 
-    QVERIFY(Throws([&port] { port.WaitUntilSent(50); }));
-}
+        line.port.Open();
+        QVERIFY(HangsUp(*line.pty)); // so that the end of the process hangs up too
 
-// The reader is so slow that the system still holds the command when the buffers are cleared.
-void serial_device_test::clockCommandReachesASlowReaderWhole()
-{
-    const std::string before(8000, 'x');
-    Line line;
-    line.port.Open();
-    line.port.Output(before);
-    SystemClock clock;
+        line.port.Close();
+        QVERIFY(HangsUp(*line.pty));
+    }
 
-    ImpostaDataOra(line.port, clock, "09:05", "31/12/26");
-    line.port.ClearInput();
-    line.port.ClearOutput();
+    static void restOfTheSettingsIsRestored()
+    {
+        Line line("4800,E,8,1", 1);
+        KeepDtr(*line.pty);
+        termios before = Settings(*line.pty);
 
-    const std::string command = "\x0F"
-                                "0905311226";
-    QCOMPARE(line.Read(before.size() + command.size()), before + command);
-}
+        line.port.Open();
+        line.port.Close();
 
-void serial_device_test::inputOfALostDeviceStaysReadable()
-{
-    Line line;
-    line.port.Open();
-    line.pty->Write("whole reply");
-    QVERIFY(QTest::qWaitFor([&line] { return !line.pty->HasUnread(); })); // Qt has read it
-    line.port.SetInputLen(1);
-    QCOMPARE(line.port.Input(), "w");
+        before.c_cflag |= HUPCL;
+        const termios after = Settings(*line.pty);
+        QCOMPARE(after.c_iflag, before.c_iflag);
+        QCOMPARE(after.c_oflag, before.c_oflag);
+        QCOMPARE(after.c_cflag, before.c_cflag);
+        QCOMPARE(after.c_lflag, before.c_lflag);
+    }
 
-    line.pty.reset();
-    QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }));
+    static void parityErrorsAreMarkedWhereThereIsAParity_data()
+    {
+        QTest::addColumn<QString>("settings");
+        QTest::addColumn<bool>("marked");
+        QTest::newRow("none") << "9600,N,8,1" << false;
+        QTest::newRow("even") << "4800,E,7,1" << true;
+        QTest::newRow("odd") << "2400,O,7,2" << true;
+        QTest::newRow("mark") << "300,M,8,1" << true;
+        QTest::newRow("space") << "1200,S,8,1" << true;
+    }
 
-    QCOMPARE(line.port.Input(), "h");
-    QCoreApplication::processEvents(); // the port closes
-    QVERIFY(Throws([&line] { line.port.Output("x"); }));
-    QCOMPARE(line.port.InBufferCount(), 9);
-    line.port.SetInputLen(0);
-    QCOMPARE(line.port.Input(), "ole reply");
-    QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
-    QVERIFY(Throws([&line] { line.port.Input(); }));
-}
+    static void parityErrorsAreMarkedWhereThereIsAParity()
+    {
+        QFETCH(QString, settings);
+        QFETCH(bool, marked);
+        Line line(settings.toStdString());
 
-void serial_device_test::clearingDiscardsTheInputOfALostDevice()
-{
-    Line line;
-    line.port.Open();
-    line.pty->Write("reply");
-    QVERIFY(QTest::qWaitFor([&line] { return !line.pty->HasUnread(); }));
-    line.pty.reset();
-    QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }));
+        line.port.Open();
 
-    line.port.ClearInput();
-    QCoreApplication::processEvents();
+        constexpr tcflag_t kMarks = INPCK | PARMRK;
+        QCOMPARE(Settings(*line.pty).c_iflag & kMarks, marked ? kMarks : 0);
+        QVERIFY(!marked || (Settings(*line.pty).c_iflag & (IGNPAR | ISTRIP)) == 0);
+    }
 
-    QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
-}
+    // The system sends each FF twice, so that it is not taken for a mark.
+    static void everyByteArrivesOnALineWithParity()
+    {
+        Line line("9600,E,8,1");
+        line.port.Open();
+        std::string bytes;
+        for (int code = 1; code <= 0xFF; ++code)
+            bytes += static_cast<char>(code);
+
+        QCOMPARE(line.pty->Write(bytes), bytes.size());
+
+        QCOMPARE(line.Input(bytes.size()), bytes);
+    }
+
+    static void damagedCharacterIsAQuestionMark_data()
+    {
+        QTest::addColumn<bool>("byteByByte");
+        QTest::newRow("at once") << false;
+        QTest::newRow("byte by byte") << true;
+    }
+
+    // A pseudo-terminal has no parity and marks nothing. With the doubling of FF switched off, the test can
+    // send what a line with parity errors would deliver.
+    static void damagedCharacterIsAQuestionMark()
+    {
+        QFETCH(bool, byteByByte);
+        constexpr std::string_view kMarked = "a\xFF\0bc\xFF\0\0\xFF\xFF\xFF\0\xFFz"sv;
+        Line line("9600,E,8,1");
+        line.port.Open();
+        termios settings = Settings(*line.pty);
+        settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
+        SetSettings(*line.pty, settings);
+
+        std::string characters;
+        if (!byteByByte)
+            QCOMPARE(line.pty->Write(kMarked), kMarked.size());
+        for (std::size_t i = 0; byteByByte && i < kMarked.size(); ++i) {
+            QCOMPARE(line.pty->Write(kMarked.substr(i, 1)), std::size_t{1});
+            QVERIFY(QTest::qWaitFor([&] {
+                characters += line.port.Input();
+                return !line.pty->HasUnread();
+            }));
+        }
+        const std::string expected = "a?c\xFF?z";
+        if (characters.size() < expected.size())
+            characters += line.Input(expected.size() - characters.size());
+
+        QCOMPARE(characters, expected);
+    }
+
+    static void clearingForgetsAnUnfinishedMark()
+    {
+        Line line("9600,E,8,1");
+        line.port.Open();
+        termios settings = Settings(*line.pty);
+        settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
+        SetSettings(*line.pty, settings);
+        line.pty->Write("a\xFF\0"sv);
+        QVERIFY(QTest::qWaitFor([&line] { return line.port.InBufferCount() > 0 && !line.pty->HasUnread(); }));
+        QCOMPARE(line.port.Input(), "a");
+        QCOMPARE(line.port.InBufferCount(), 0); // the unfinished mark has been read
+
+        line.port.ClearInput();
+        line.pty->Write("b");
+
+        QCOMPARE(line.Input(1), "b");
+    }
+
+    static void outputResumesOnlyAtXon()
+    {
+        Line line("9600,N,8,1", 1);
+        line.port.Open();
+        constexpr tcflag_t kHandshake = IXON | IXOFF | IXANY;
+        QCOMPARE(Settings(*line.pty).c_iflag & kHandshake, tcflag_t{IXON | IXOFF});
+        line.pty->Write("a\x13"
+                        "b");
+        QCOMPARE(line.Input(2), "ab");
+
+        line.port.Output("+++");
+        QTest::qWait(50); // with IXANY it would be sent at once
+        QCOMPARE(line.pty->Read(), "");
+
+        line.pty->Write("\x11");
+        QCOMPARE(line.Read(3), "+++");
+    }
+
+    static void outputThatIsWaitedForIsNotCleared()
+    {
+        RunningLab lab(std::make_unique<PausingDevice>(), kPort);
+        QtSerialPort port;
+        port.Configure({.commPort = kPort, .settings = "9600,N,8,1", .handshaking = 1});
+        port.Open();
+        port.Output("?");
+        QVERIFY(QTest::qWaitFor([&port] { return port.InBufferCount() > 0; })); // the XOFF has arrived too
+        port.Output("0905311226");
+
+        port.WaitUntilSent(60'000);
+        port.ClearOutput();
+        port.Close();
+
+        lab.Unplug();
+        QCOMPARE(lab.Received(), "?0905311226");
+    }
+
+    // The output that is held back is then discarded.
+    static void stoppedLineEndsTheWait()
+    {
+        Line line("9600,N,8,1", 1);
+        line.port.Open();
+        line.pty->Write("a\x13");
+        QCOMPARE(line.Input(1), "a");
+        line.port.Output("+++");
+
+        line.port.WaitUntilSent(50);
+        QVERIFY(line.port.IsOpen());
+        line.port.ClearOutput();
+
+        line.pty->Write("\x11");
+        line.port.Output("on");
+        QCOMPARE(line.Read(2), "on");
+    }
+
+    static void closedPortCannotBeWaitedFor()
+    {
+        QtSerialPort port;
+
+        QVERIFY(Throws([&port] { port.WaitUntilSent(50); }));
+    }
+
+    // The reader is so slow that the system still holds the command when the buffers are cleared.
+    static void clockCommandReachesASlowReaderWhole()
+    {
+        const std::string before(8000, 'x');
+        Line line;
+        line.port.Open();
+        line.port.Output(before);
+        SystemClock clock;
+
+        ImpostaDataOra(line.port, clock, "09:05", "31/12/26");
+        line.port.ClearInput();
+        line.port.ClearOutput();
+
+        const std::string command = "\x0F"
+                                    "0905311226";
+        QCOMPARE(line.Read(before.size() + command.size()), before + command);
+    }
+
+    static void inputOfALostDeviceStaysReadable()
+    {
+        Line line;
+        line.port.Open();
+        line.pty->Write("whole reply");
+        QVERIFY(QTest::qWaitFor([&line] { return !line.pty->HasUnread(); })); // Qt has read it
+        line.port.SetInputLen(1);
+        QCOMPARE(line.port.Input(), "w");
+
+        line.pty.reset();
+        QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }));
+
+        QCOMPARE(line.port.Input(), "h");
+        QCoreApplication::processEvents(); // the port closes
+        QVERIFY(Throws([&line] { line.port.Output("x"); }));
+        QCOMPARE(line.port.InBufferCount(), 9);
+        line.port.SetInputLen(0);
+        QCOMPARE(line.port.Input(), "ole reply");
+        QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
+        QVERIFY(Throws([&line] { line.port.Input(); }));
+    }
+
+    static void clearingDiscardsTheInputOfALostDevice()
+    {
+        Line line;
+        line.port.Open();
+        line.pty->Write("reply");
+        QVERIFY(QTest::qWaitFor([&line] { return !line.pty->HasUnread(); }));
+        line.pty.reset();
+        QVERIFY(QTest::qWaitFor([&line] { return !line.port.IsOpen(); }));
+
+        line.port.ClearInput();
+        QCoreApplication::processEvents();
+
+        QVERIFY(Throws([&line] { line.port.InBufferCount(); }));
+    }
+};
 
 } // namespace corvrec
 

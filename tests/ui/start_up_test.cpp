@@ -129,278 +129,260 @@ class start_up_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void listIsShownAndItsClosingEndsTheProgram();
-    static void everyWindowHasTheProgramsIcon();
-    static void theGuideDoesNotKeepTheProgramRunning();
-    static void editorIsThereBeforeASiteIsOpened();
-    static void heldKeyActsOnce_data();
-    static void heldKeyActsOnce();
-    static void fileWithoutComEndsTheProgramUnseen_data();
-    static void fileWithoutComEndsTheProgramUnseen();
-    static void theGuideCanBeReadNextToTheMessage();
-    static void directoryInTheFilesPlaceIsUnreadable();
-    static void binaryFileWithAPortIsListedAndKept();
-    static void fileOfFiftyMegabytesIsListed();
-    static void readOnlyFileIsListed();
-    static void anyCatalogueOffersModels_data();
-    static void anyCatalogueOffersModels();
-    static void directoryInTheCataloguesPlaceOffersTheGenericModel();
-    static void qtsOwnTextsAreItalian();
-};
+    static void listIsShownAndItsClosingEndsTheProgram()
+    {
+        Place place;
+        place.Settings().Rewrite(SettingsWith({"A", "B"}));
+        int sites = 0;
 
-void start_up_test::listIsShownAndItsClosingEndsTheProgram()
-{
-    Place place;
-    place.Settings().Rewrite(SettingsWith({"A", "B"}));
-    int sites = 0;
+        const int status = place.Run([&sites](frmSiti& list) { sites = SiteCount(list); });
 
-    const int status = place.Run([&sites](frmSiti& list) { sites = SiteCount(list); });
+        QCOMPARE(status, 0);
+        QCOMPARE(sites, 2);
+        QCOMPARE(place.Settings().Bytes(), SettingsWith({"A", "B"}));
+    }
 
-    QCOMPARE(status, 0);
-    QCOMPARE(sites, 2);
-    QCOMPARE(place.Settings().Bytes(), SettingsWith({"A", "B"}));
-}
+    static void everyWindowHasTheProgramsIcon()
+    {
+        Place place;
+        place.Settings().Rewrite(SettingsWith({"A"}));
 
-void start_up_test::everyWindowHasTheProgramsIcon()
-{
-    Place place;
-    place.Settings().Rewrite(SettingsWith({"A"}));
-
-    place.Run([](frmSiti& list) {
-        const QIcon listIcon = list.windowIcon();
-        const QIcon editorIcon = list.findChild<frmDettaglio*>()->windowIcon();
-        for (const int size : {16, 64}) {
-            const QPixmap drawn(QString(":/icons/corvrec-config-%1.png").arg(size));
-            QCOMPARE(listIcon.pixmap(size), drawn);
-            QCOMPARE(editorIcon.pixmap(size), drawn);
-        }
-    });
-}
-
-void start_up_test::theGuideDoesNotKeepTheProgramRunning()
-{
-    Place place;
-    place.Settings().Rewrite(SettingsWith({"A"}));
-
-    const int status = place.Run([](frmSiti& list) {
-        QVERIFY(QTest::qWaitForWindowActive(&list, kPatienceMs));
-        QTest::keyClick(&list, Qt::Key_F1);
-        QVERIFY(IsGuideShown());
-    });
-
-    QCOMPARE(status, 0);
-}
-
-void start_up_test::editorIsThereBeforeASiteIsOpened()
-{
-    Place place;
-    place.Settings().Rewrite(SettingsWith({"A"}));
-
-    place.Run([](frmSiti& list) {
-        QCOMPARE(list.findChildren<frmDettaglio*>().size(), 1);
-        QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
-        QCOMPARE(SiteWindow::Part<QComboBox>(list, "cboTipoConn").count(), 6);
-        QCOMPARE(QString::fromStdString(list.SelectedSite()), "A");
-    });
-}
-
-void start_up_test::heldKeyActsOnce_data()
-{
-    QTest::addColumn<Repeat>("repeat");
-    QTest::newRow("marked as a repeat") << Repeat::marked;
-    QTest::newRow("released and pressed at the same time") << Repeat::ofTheSameTime;
-}
-
-void start_up_test::heldKeyActsOnce()
-{
-    QFETCH(const Repeat, repeat);
-    Place place;
-    place.Settings().Rewrite(SettingsWith({"A"}));
-
-    place.Run([repeat](frmSiti& list) {
-        QVERIFY(QTest::qWaitForWindowActive(&list, kPatienceMs));
-        const ModalVisit<frmDettaglio> editor([repeat](frmDettaglio& window) {
-            PressAgain(window, Qt::Key_Return, repeat); // would press OK
-            QVERIFY(window.isVisible());
-            const ModalVisit<frmFileAvanzate> alerts([repeat, &window](frmFileAvanzate& dialog) {
-                QTest::keyClick(&dialog, Qt::Key_Escape);
-                QVERIFY(!dialog.isVisible());
-                PressAgain(window, Qt::Key_Escape, repeat);
-                QVERIFY(window.isVisible());
-            });
-            SiteWindow::Part<QPushButton>(window, "cmdFileAvanzate").click();
-            QTest::keyClick(&window, Qt::Key_Escape);
+        place.Run([](frmSiti& list) {
+            const QIcon listIcon = list.windowIcon();
+            const QIcon editorIcon = list.findChild<frmDettaglio*>()->windowIcon();
+            for (const int size : {16, 64}) {
+                const QPixmap drawn(QString(":/icons/corvrec-config-%1.png").arg(size));
+                QCOMPARE(listIcon.pixmap(size), drawn);
+                QCOMPARE(editorIcon.pixmap(size), drawn);
+            }
         });
-        QTest::keyClick(&SiteWindow::Part<QTableView>(list, "dgrdGrigliaSiti"), Qt::Key_Return);
-        if (QTest::currentTestFailed())
-            return;
-        PressAgain(list, Qt::Key_Return, repeat); // would open the site again
-        QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
-        QTest::keyClick(&list, Qt::Key_F1);
-        PressAgain(*GuideWindow(), Qt::Key_Escape, repeat);
-        QVERIFY(IsGuideShown());
-    });
+    }
 
-    QCOMPARE(place.Settings().Bytes(), SettingsWith({"A"}));
-}
+    static void theGuideDoesNotKeepTheProgramRunning()
+    {
+        Place place;
+        place.Settings().Rewrite(SettingsWith({"A"}));
 
-void start_up_test::fileWithoutComEndsTheProgramUnseen_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("exists");
-    QTest::newRow("missing") << QByteArray() << false;
-    QTest::newRow("empty") << QByteArray() << true;
-    QTest::newRow("no Com") << QByteArray("[Siti]\r\nA=Alfa\r\n[General]\r\nLog=x\r\n") << true;
-    QTest::newRow("Com in another section") << QByteArray("[Altro]\r\nCom=COM1\r\n") << true;
-    QTest::newRow("Com says that it is missing") << QByteArray("[General]\r\nCom=-CaVacca-\r\n") << true;
-    QTest::newRow("binary") << QByteArray::fromStdString(RandomBytes(100000)) << true;
-}
+        const int status = place.Run([](frmSiti& list) {
+            QVERIFY(QTest::qWaitForWindowActive(&list, kPatienceMs));
+            QTest::keyClick(&list, Qt::Key_F1);
+            QVERIFY(IsGuideShown());
+        });
 
-void start_up_test::fileWithoutComEndsTheProgramUnseen()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, exists);
-    Place place;
-    if (exists)
-        place.Settings().Rewrite(bytes.toStdString());
-    MessageProbe message(Qt::Key_Return);
+        QCOMPARE(status, 0);
+    }
 
-    const int status = place.Run();
+    static void editorIsThereBeforeASiteIsOpened()
+    {
+        Place place;
+        place.Settings().Rewrite(SettingsWith({"A"}));
 
-    QCOMPARE(status, 1);
-    QCOMPARE(message.text(), kUnreadable);
-    QCOMPARE(message.title(), "Configurazione Corvane Recorder");
-    QCOMPARE(place.Settings().Exists(), exists);
-    QCOMPARE(place.Settings().Bytes(), bytes.toStdString());
-}
+        place.Run([](frmSiti& list) {
+            QCOMPARE(list.findChildren<frmDettaglio*>().size(), 1);
+            QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
+            QCOMPARE(SiteWindow::Part<QComboBox>(list, "cboTipoConn").count(), 6);
+            QCOMPARE(QString::fromStdString(list.SelectedSite()), "A");
+        });
+    }
 
-void start_up_test::theGuideCanBeReadNextToTheMessage()
-{
-    Place place;
-    MessageProbe message(Qt::Key_Escape, [] {
-        QWidget* const box = QApplication::activeModalWidget();
-        QVERIFY(QTest::qWaitForWindowActive(box, kPatienceMs));
-        QTest::keyClick(box, Qt::Key_F1);
-        QVERIFY(IsGuideShown());
-    });
+    static void heldKeyActsOnce_data()
+    {
+        QTest::addColumn<Repeat>("repeat");
+        QTest::newRow("marked as a repeat") << Repeat::marked;
+        QTest::newRow("released and pressed at the same time") << Repeat::ofTheSameTime;
+    }
 
-    QCOMPARE(place.Run(), 1);
+    static void heldKeyActsOnce()
+    {
+        QFETCH(const Repeat, repeat);
+        Place place;
+        place.Settings().Rewrite(SettingsWith({"A"}));
 
-    QVERIFY(!IsGuideShown());
-}
+        place.Run([repeat](frmSiti& list) {
+            QVERIFY(QTest::qWaitForWindowActive(&list, kPatienceMs));
+            const ModalVisit<frmDettaglio> editor([repeat](frmDettaglio& window) {
+                PressAgain(window, Qt::Key_Return, repeat); // would press OK
+                QVERIFY(window.isVisible());
+                const ModalVisit<frmFileAvanzate> alerts([repeat, &window](frmFileAvanzate& dialog) {
+                    QTest::keyClick(&dialog, Qt::Key_Escape);
+                    QVERIFY(!dialog.isVisible());
+                    PressAgain(window, Qt::Key_Escape, repeat);
+                    QVERIFY(window.isVisible());
+                });
+                SiteWindow::Part<QPushButton>(window, "cmdFileAvanzate").click();
+                QTest::keyClick(&window, Qt::Key_Escape);
+            });
+            QTest::keyClick(&SiteWindow::Part<QTableView>(list, "dgrdGrigliaSiti"), Qt::Key_Return);
+            if (QTest::currentTestFailed())
+                return;
+            PressAgain(list, Qt::Key_Return, repeat); // would open the site again
+            QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
+            QTest::keyClick(&list, Qt::Key_F1);
+            PressAgain(*GuideWindow(), Qt::Key_Escape, repeat);
+            QVERIFY(IsGuideShown());
+        });
 
-void start_up_test::directoryInTheFilesPlaceIsUnreadable()
-{
-    Place place;
-    std::filesystem::create_directory(place.Settings().Path());
-    MessageProbe message(Qt::Key_Return);
+        QCOMPARE(place.Settings().Bytes(), SettingsWith({"A"}));
+    }
 
-    const int status = place.Run();
+    static void fileWithoutComEndsTheProgramUnseen_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("exists");
+        QTest::newRow("missing") << QByteArray() << false;
+        QTest::newRow("empty") << QByteArray() << true;
+        QTest::newRow("no Com") << QByteArray("[Siti]\r\nA=Alfa\r\n[General]\r\nLog=x\r\n") << true;
+        QTest::newRow("Com in another section") << QByteArray("[Altro]\r\nCom=COM1\r\n") << true;
+        QTest::newRow("Com says that it is missing") << QByteArray("[General]\r\nCom=-CaVacca-\r\n") << true;
+        QTest::newRow("binary") << QByteArray::fromStdString(RandomBytes(100000)) << true;
+    }
 
-    QCOMPARE(status, 1);
-    QCOMPARE(message.text(), kUnreadable);
-}
+    static void fileWithoutComEndsTheProgramUnseen()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, exists);
+        Place place;
+        if (exists)
+            place.Settings().Rewrite(bytes.toStdString());
+        MessageProbe message(Qt::Key_Return);
 
-void start_up_test::binaryFileWithAPortIsListedAndKept()
-{
-    Place place;
-    const std::string bytes =
-        RandomBytes(50000) + "\r\n[General]\r\nCom=COM1\r\n[Siti]\r\nA=Alfa\r\n" + RandomBytes(50000);
-    place.Settings().Rewrite(bytes);
-    bool hasSites = false;
+        const int status = place.Run();
 
-    const int status = place.Run([&hasSites](frmSiti& list) { hasSites = SiteCount(list) >= 1; });
+        QCOMPARE(status, 1);
+        QCOMPARE(message.text(), kUnreadable);
+        QCOMPARE(message.title(), "Configurazione Corvane Recorder");
+        QCOMPARE(place.Settings().Exists(), exists);
+        QCOMPARE(place.Settings().Bytes(), bytes.toStdString());
+    }
 
-    QCOMPARE(status, 0);
-    QVERIFY(hasSites);
-    QCOMPARE(place.Settings().Bytes(), bytes);
-}
+    static void theGuideCanBeReadNextToTheMessage()
+    {
+        Place place;
+        MessageProbe message(Qt::Key_Escape, [] {
+            QWidget* const box = QApplication::activeModalWidget();
+            QVERIFY(QTest::qWaitForWindowActive(box, kPatienceMs));
+            QTest::keyClick(box, Qt::Key_F1);
+            QVERIFY(IsGuideShown());
+        });
 
-void start_up_test::fileOfFiftyMegabytesIsListed()
-{
-    Place place;
-    std::string bytes = SettingsWith({"A", "B"});
-    const std::string filling(1024 * 1024 - 2, ';');
-    for (int megabyte = 0; megabyte < 50; ++megabyte)
-        bytes += filling + "\r\n";
-    place.Settings().Rewrite(bytes);
-    int sites = 0;
+        QCOMPARE(place.Run(), 1);
 
-    const int status = place.Run([&sites](frmSiti& list) { sites = SiteCount(list); });
+        QVERIFY(!IsGuideShown());
+    }
 
-    QCOMPARE(status, 0);
-    QCOMPARE(sites, 2);
-}
+    static void directoryInTheFilesPlaceIsUnreadable()
+    {
+        Place place;
+        std::filesystem::create_directory(place.Settings().Path());
+        MessageProbe message(Qt::Key_Return);
 
-void start_up_test::readOnlyFileIsListed()
-{
-    Place place;
-    place.Settings().Rewrite(SettingsWith({"A"}));
-    std::filesystem::permissions(place.Settings().Path(), std::filesystem::perms::owner_read);
-    int sites = 0;
+        const int status = place.Run();
 
-    place.Run([&sites](frmSiti& list) { sites = SiteCount(list); });
+        QCOMPARE(status, 1);
+        QCOMPARE(message.text(), kUnreadable);
+    }
 
-    QCOMPARE(sites, 1);
-}
+    static void binaryFileWithAPortIsListedAndKept()
+    {
+        Place place;
+        const std::string bytes =
+            RandomBytes(50000) + "\r\n[General]\r\nCom=COM1\r\n[Siti]\r\nA=Alfa\r\n" + RandomBytes(50000);
+        place.Settings().Rewrite(bytes);
+        bool hasSites = false;
 
-void start_up_test::anyCatalogueOffersModels_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<int>("count");
-    QByteArray many;
-    for (int i = 0; i < 10000; ++i)
-        many += "Modello " + QByteArray::number(i) + "=X" + QByteArray::number(i) + "\r\n";
-    QTest::newRow("empty") << QByteArray("") << "Generico" << 1;
-    QTest::newRow("10 000 lines") << many << "Modello 0" << 10000;
-    QTest::newRow("line feeds alone") << QByteArray("A=1\nB=2\n") << "A" << 2;
-    QTest::newRow("no equals sign") << QByteArray("solo testo\r\n") << "" << 1;
-    QTest::newRow("NULs") << QByteArray("A\0B=1\r\n", 7) << QString::fromUtf8("A\0B", 3) << 1;
-}
+        const int status = place.Run([&hasSites](frmSiti& list) { hasSites = SiteCount(list) >= 1; });
 
-void start_up_test::anyCatalogueOffersModels()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, first);
-    QFETCH(int, count);
-    Place place;
-    place.Settings().Rewrite(SettingsWith({}));
-    WriteFile(place.Catalogue(), bytes.toStdString());
+        QCOMPARE(status, 0);
+        QVERIFY(hasSites);
+        QCOMPARE(place.Settings().Bytes(), bytes);
+    }
 
-    place.Run([&](frmSiti& list) {
-        QCOMPARE(Models(list).count(), count);
-        QCOMPARE(Models(list).itemText(0), first);
-        QCOMPARE(Models(list).currentIndex(), 0);
-    });
-}
+    static void fileOfFiftyMegabytesIsListed()
+    {
+        Place place;
+        std::string bytes = SettingsWith({"A", "B"});
+        const std::string filling(1024 * 1024 - 2, ';');
+        for (int megabyte = 0; megabyte < 50; ++megabyte)
+            bytes += filling + "\r\n";
+        place.Settings().Rewrite(bytes);
+        int sites = 0;
 
-void start_up_test::directoryInTheCataloguesPlaceOffersTheGenericModel()
-{
-    Place place;
-    place.Settings().Rewrite(SettingsWith({}));
-    std::filesystem::create_directory(place.Catalogue());
+        const int status = place.Run([&sites](frmSiti& list) { sites = SiteCount(list); });
 
-    place.Run([](frmSiti& list) {
-        QCOMPARE(Models(list).count(), 1);
-        QCOMPARE(Models(list).itemText(0), "Generico");
-    });
-}
+        QCOMPARE(status, 0);
+        QCOMPARE(sites, 2);
+    }
 
-void start_up_test::qtsOwnTextsAreItalian()
-{
-    Place place;
-    place.Settings().Rewrite(SettingsWith({}));
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    static void readOnlyFileIsListed()
+    {
+        Place place;
+        place.Settings().Rewrite(SettingsWith({"A"}));
+        std::filesystem::permissions(place.Settings().Path(), std::filesystem::perms::owner_read);
+        int sites = 0;
 
-    place.Run([](frmSiti& list) {
-        QFileDialog chooser(&list);
-        QStringList buttons;
-        for (const QPushButton* const button : chooser.findChildren<QPushButton*>())
-            buttons.append(button->text().remove(u'&'));
-        QVERIFY2(buttons.contains("Annulla"), qPrintable(buttons.join(u'|')));
-    });
-}
+        place.Run([&sites](frmSiti& list) { sites = SiteCount(list); });
+
+        QCOMPARE(sites, 1);
+    }
+
+    static void anyCatalogueOffersModels_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<int>("count");
+        QByteArray many;
+        for (int i = 0; i < 10000; ++i)
+            many += "Modello " + QByteArray::number(i) + "=X" + QByteArray::number(i) + "\r\n";
+        QTest::newRow("empty") << QByteArray("") << "Generico" << 1;
+        QTest::newRow("10 000 lines") << many << "Modello 0" << 10000;
+        QTest::newRow("line feeds alone") << QByteArray("A=1\nB=2\n") << "A" << 2;
+        QTest::newRow("no equals sign") << QByteArray("solo testo\r\n") << "" << 1;
+        QTest::newRow("NULs") << QByteArray("A\0B=1\r\n", 7) << QString::fromUtf8("A\0B", 3) << 1;
+    }
+
+    static void anyCatalogueOffersModels()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, first);
+        QFETCH(int, count);
+        Place place;
+        place.Settings().Rewrite(SettingsWith({}));
+        WriteFile(place.Catalogue(), bytes.toStdString());
+
+        place.Run([&](frmSiti& list) {
+            QCOMPARE(Models(list).count(), count);
+            QCOMPARE(Models(list).itemText(0), first);
+            QCOMPARE(Models(list).currentIndex(), 0);
+        });
+    }
+
+    static void directoryInTheCataloguesPlaceOffersTheGenericModel()
+    {
+        Place place;
+        place.Settings().Rewrite(SettingsWith({}));
+        std::filesystem::create_directory(place.Catalogue());
+
+        place.Run([](frmSiti& list) {
+            QCOMPARE(Models(list).count(), 1);
+            QCOMPARE(Models(list).itemText(0), "Generico");
+        });
+    }
+
+    static void qtsOwnTextsAreItalian()
+    {
+        Place place;
+        place.Settings().Rewrite(SettingsWith({}));
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+
+        place.Run([](frmSiti& list) {
+            QFileDialog chooser(&list);
+            QStringList buttons;
+            for (const QPushButton* const button : chooser.findChildren<QPushButton*>())
+                buttons.append(button->text().remove(u'&'));
+            QVERIFY2(buttons.contains("Annulla"), qPrintable(buttons.join(u'|')));
+        });
+    }
+};
 
 } // namespace corvrec
 

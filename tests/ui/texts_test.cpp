@@ -49,195 +49,171 @@ class texts_test : public QObject
 
 private slots:
     void init() { InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy)); }
-    void cleanup();
-
-    void everyTextIsAsExpected_data();
-    void everyTextIsAsExpected();
-    void idsAreExactlyTheExpectedOnes();
-    void everyIdInCodeHasAText();
-    void everyTagInAFormHasAText();
-    void blanksAtTheEndOfATextStay();
-    void aMissingIdGivesNoText();
-
-    void tagHoldsTheNumberBeforeTheSemicolon_data();
-    void tagHoldsTheNumberBeforeTheSemicolon();
-
-    void qtsOwnTextsAreItalianToo();
-    void aUserWithoutATableGetsItalian();
-    void aUserWithATableGetsItsTexts();
-    void aTextThatTheUsersTableLacksIsItalian();
-    void qtsOwnTextsFollowTheUsersTable();
-    void qtsOwnTextsMayBeInOneFile();
-    void withoutQtsOwnTextsThoseAreEnglish();
-};
-
-void texts_test::cleanup()
-{
-    qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator*>());
-    QLocale::setDefault(QLocale::c());
-}
-
-void texts_test::everyTextIsAsExpected_data()
-{
-    QTest::addColumn<int>("id");
-    QTest::addColumn<QString>("expected");
-    const QJsonObject texts = QJsonDocument::fromJson(Bytes(DataFile("texts.json"))).object();
-    for (auto text = texts.begin(); text != texts.end(); ++text)
-        QTest::newRow(qPrintable(text.key())) << text.key().toInt() << text.value().toString();
-}
-
-void texts_test::everyTextIsAsExpected()
-{
-    QFETCH(const int, id);
-    QFETCH(const QString, expected);
-
-    QCOMPARE(FindText(id), expected);
-}
-
-void texts_test::idsAreExactlyTheExpectedOnes()
-{
-    const QJsonObject expected = QJsonDocument::fromJson(Bytes(DataFile("texts.json"))).object();
-    QVERIFY(!expected.isEmpty());
-
-    QStringList found;
-    for (int id = -1; id < 100'000; ++id) {
-        if (!FindText(id).isNull())
-            found.append(QString::number(id));
+    void cleanup()
+    {
+        qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator*>());
+        QLocale::setDefault(QLocale::c());
     }
 
-    found.sort(); // a JSON object's keys are sorted as texts
-    QCOMPARE(found, expected.keys());
-}
-
-void texts_test::everyIdInCodeHasAText()
-{
-    const QString header = QString::fromUtf8(Bytes(SourceFile("src/core/text_ids.h")));
-    auto names = QRegularExpression(R"(TextId (\w+)\{(\d+)\};)").globalMatch(header);
-
-    int count = 0;
-    for (; names.hasNext(); ++count) {
-        const auto name = names.next();
-        QVERIFY2(!FindText(name.captured(2).toInt()).isNull(), qPrintable(name.captured(1)));
+    void everyTextIsAsExpected_data()
+    {
+        QTest::addColumn<int>("id");
+        QTest::addColumn<QString>("expected");
+        const QJsonObject texts = QJsonDocument::fromJson(Bytes(DataFile("texts.json"))).object();
+        for (auto text = texts.begin(); text != texts.end(); ++text)
+            QTest::newRow(qPrintable(text.key())) << text.key().toInt() << text.value().toString();
     }
-    QVERIFY(count > 50);
-}
 
-void texts_test::everyTagInAFormHasAText()
-{
-    int count = 0;
-    for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor", "src/ui/help"}) {
-        QDirIterator forms(SourceFile(folder), {"*.ui"}, QDir::Files);
-        while (forms.hasNext()) {
-            const QString form = QString::fromUtf8(Bytes(forms.next()));
-            auto tags =
-                QRegularExpression(R"(name="(?:tag"|suggerimento") stdset="0">\s*<string[^>]*>([^<]*)<)")
-                    .globalMatch(form);
-            QVERIFY2(tags.hasNext(), qPrintable(forms.filePath()));
-            for (; tags.hasNext(); ++count) {
-                const QString tag = tags.next().captured(1);
-                QVERIFY2(!FindText(TagId(tag)).isNull(), qPrintable(forms.filePath() + ": " + tag));
+    void everyTextIsAsExpected()
+    {
+        QFETCH(const int, id);
+        QFETCH(const QString, expected);
+
+        QCOMPARE(FindText(id), expected);
+    }
+
+    void idsAreExactlyTheExpectedOnes()
+    {
+        const QJsonObject expected = QJsonDocument::fromJson(Bytes(DataFile("texts.json"))).object();
+        QVERIFY(!expected.isEmpty());
+
+        QStringList found;
+        for (int id = -1; id < 100'000; ++id) {
+            if (!FindText(id).isNull())
+                found.append(QString::number(id));
+        }
+
+        found.sort(); // a JSON object's keys are sorted as texts
+        QCOMPARE(found, expected.keys());
+    }
+
+    void everyIdInCodeHasAText()
+    {
+        const QString header = QString::fromUtf8(Bytes(SourceFile("src/core/text_ids.h")));
+        auto names = QRegularExpression(R"(TextId (\w+)\{(\d+)\};)").globalMatch(header);
+
+        int count = 0;
+        for (; names.hasNext(); ++count) {
+            const auto name = names.next();
+            QVERIFY2(!FindText(name.captured(2).toInt()).isNull(), qPrintable(name.captured(1)));
+        }
+        QVERIFY(count > 50);
+    }
+
+    void everyTagInAFormHasAText()
+    {
+        int count = 0;
+        for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor", "src/ui/help"}) {
+            QDirIterator forms(SourceFile(folder), {"*.ui"}, QDir::Files);
+            while (forms.hasNext()) {
+                const QString form = QString::fromUtf8(Bytes(forms.next()));
+                auto tags =
+                    QRegularExpression(R"(name="(?:tag"|suggerimento") stdset="0">\s*<string[^>]*>([^<]*)<)")
+                        .globalMatch(form);
+                QVERIFY2(tags.hasNext(), qPrintable(forms.filePath()));
+                for (; tags.hasNext(); ++count) {
+                    const QString tag = tags.next().captured(1);
+                    QVERIFY2(!FindText(TagId(tag)).isNull(), qPrintable(forms.filePath() + ": " + tag));
+                }
             }
         }
+        QVERIFY(count > 50);
     }
-    QVERIFY(count > 50);
-}
 
-void texts_test::blanksAtTheEndOfATextStay()
-{
-    QCOMPARE(Text(text::collisionMatch), QString("corrispondono "));
-}
+    void blanksAtTheEndOfATextStay() { QCOMPARE(Text(text::collisionMatch), QString("corrispondono ")); }
 
-void texts_test::aMissingIdGivesNoText()
-{
-    QVERIFY(FindText(0).isNull());
-    QVERIFY(FindText(99999).isNull());
-}
+    void aMissingIdGivesNoText()
+    {
+        QVERIFY(FindText(0).isNull());
+        QVERIFY(FindText(99999).isNull());
+    }
 
-void texts_test::tagHoldsTheNumberBeforeTheSemicolon_data()
-{
-    QTest::addColumn<QString>("tag");
-    QTest::addColumn<int>("id");
-    const auto vectors = QJsonDocument::fromJson(Bytes(DataFile("conversions.json"))).object();
-    const QJsonArray cases = vectors["tag_id"].toArray();
-    QCOMPARE(cases.size(), 16);
-    for (const QJsonValue each : cases)
-        QTest::newRow(qPrintable('"' + each["in"].toString() + '"'))
-            << each["in"].toString() << each["out"].toInt();
-}
+    void tagHoldsTheNumberBeforeTheSemicolon_data()
+    {
+        QTest::addColumn<QString>("tag");
+        QTest::addColumn<int>("id");
+        const auto vectors = QJsonDocument::fromJson(Bytes(DataFile("conversions.json"))).object();
+        const QJsonArray cases = vectors["tag_id"].toArray();
+        QCOMPARE(cases.size(), 16);
+        for (const QJsonValue each : cases)
+            QTest::newRow(qPrintable('"' + each["in"].toString() + '"'))
+                << each["in"].toString() << each["out"].toInt();
+    }
 
-void texts_test::tagHoldsTheNumberBeforeTheSemicolon()
-{
-    QFETCH(const QString, tag);
-    QFETCH(const int, id);
+    void tagHoldsTheNumberBeforeTheSemicolon()
+    {
+        QFETCH(const QString, tag);
+        QFETCH(const int, id);
 
-    QCOMPARE(TagId(tag), id);
-}
+        QCOMPARE(TagId(tag), id);
+    }
 
-void texts_test::qtsOwnTextsAreItalianToo()
-{
-    QCOMPARE(QtCancelButton(), QString("Annulla"));
-    QCOMPARE(QLocale(), QLocale(QLocale::Italian, QLocale::Italy));
-}
+    void qtsOwnTextsAreItalianToo()
+    {
+        QCOMPARE(QtCancelButton(), QString("Annulla"));
+        QCOMPARE(QLocale(), QLocale(QLocale::Italian, QLocale::Italy));
+    }
 
-void texts_test::aUserWithoutATableGetsItalian()
-{
-    cleanup();
-    InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::German, QLocale::Germany));
+    void aUserWithoutATableGetsItalian()
+    {
+        cleanup();
+        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::German, QLocale::Germany));
 
-    QCOMPARE(Text(text::saturday), QString("Sabato"));
-    QCOMPARE(QtCancelButton(), QString("Annulla"));
-    QCOMPARE(QLocale(), QLocale(QLocale::Italian, QLocale::Italy));
-}
+        QCOMPARE(Text(text::saturday), QString("Sabato"));
+        QCOMPARE(QtCancelButton(), QString("Annulla"));
+        QCOMPARE(QLocale(), QLocale(QLocale::Italian, QLocale::Italy));
+    }
 
-void texts_test::aUserWithATableGetsItsTexts()
-{
-    cleanup();
-    InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
+    void aUserWithATableGetsItsTexts()
+    {
+        cleanup();
+        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
 
-    QCOMPARE(Text(text::saturday), QString("Samedi"));
-    QCOMPARE(QLocale().language(), QLocale::French);
-}
+        QCOMPARE(Text(text::saturday), QString("Samedi"));
+        QCOMPARE(QLocale().language(), QLocale::French);
+    }
 
-void texts_test::aTextThatTheUsersTableLacksIsItalian()
-{
-    cleanup();
-    InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
+    void aTextThatTheUsersTableLacksIsItalian()
+    {
+        cleanup();
+        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
 
-    QCOMPARE(Text(text::sunday), QString("Domenica"));
-    QVERIFY(FindText(99999).isNull());
-}
+        QCOMPARE(Text(text::sunday), QString("Domenica"));
+        QVERIFY(FindText(99999).isNull());
+    }
 
-void texts_test::qtsOwnTextsFollowTheUsersTable()
-{
-    cleanup();
-    InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
+    void qtsOwnTextsFollowTheUsersTable()
+    {
+        cleanup();
+        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
 
-    QCOMPARE(QtCancelButton(), QString("Annuler"));
-}
+        QCOMPARE(QtCancelButton(), QString("Annuler"));
+    }
 
-// As windeployqt deploys them.
-void texts_test::qtsOwnTextsMayBeInOneFile()
-{
-    cleanup();
-    const QTemporaryDir folder;
-    QVERIFY(QFile::copy(QLibraryInfo::path(QLibraryInfo::TranslationsPath) + "/qtbase_it.qm",
-                        folder.filePath("qt_it.qm")));
+    // As windeployqt deploys them.
+    void qtsOwnTextsMayBeInOneFile()
+    {
+        cleanup();
+        const QTemporaryDir folder;
+        QVERIFY(QFile::copy(QLibraryInfo::path(QLibraryInfo::TranslationsPath) + "/qtbase_it.qm",
+                            folder.filePath("qt_it.qm")));
 
-    InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy), folder.path());
+        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy), folder.path());
 
-    QCOMPARE(QtCancelButton(), QString("Annulla"));
-}
+        QCOMPARE(QtCancelButton(), QString("Annulla"));
+    }
 
-void texts_test::withoutQtsOwnTextsThoseAreEnglish()
-{
-    cleanup();
-    const QTemporaryDir folder;
+    void withoutQtsOwnTextsThoseAreEnglish()
+    {
+        cleanup();
+        const QTemporaryDir folder;
 
-    InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy), folder.path());
+        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy), folder.path());
 
-    QCOMPARE(QtCancelButton(), QString("Cancel"));
-    QCOMPARE(Text(text::saturday), QString("Sabato"));
-}
+        QCOMPARE(QtCancelButton(), QString("Cancel"));
+        QCOMPARE(Text(text::saturday), QString("Sabato"));
+    }
+};
 
 } // namespace corvrec
 
