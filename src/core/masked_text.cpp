@@ -74,7 +74,7 @@ bool MaskedText::Replace(std::size_t start, std::size_t length, std::u32string_v
     return fits;
 }
 
-std::size_t MaskedText::BehindPlace(std::size_t caret) const
+std::size_t MaskedText::CaretForBackspace(std::size_t caret) const
 {
     std::size_t behind = std::min(caret, mask_.size());
     while (behind > 0 && !IsPlace(behind - 1))
@@ -82,7 +82,7 @@ std::size_t MaskedText::BehindPlace(std::size_t caret) const
     return behind;
 }
 
-std::size_t MaskedText::AtPlace(std::size_t caret) const
+std::size_t MaskedText::CaretForDelete(std::size_t caret) const
 {
     return std::min(mask_.find(U'#', caret), mask_.size());
 }
@@ -94,7 +94,7 @@ bool MaskedText::Put(Filling& filling, char32_t character) const
 
 bool MaskedText::PutDigit(Filling& filling, char32_t digit) const
 {
-    const std::size_t place = AtPlace(filling.caret);
+    const std::size_t place = CaretForDelete(filling.caret);
     if (place == mask_.size())
         return false;
     filling.text[place] = digit;

@@ -35,10 +35,10 @@ public:
     // the text is left unchanged. Typing, deleting and pasting all go through here.
     bool Replace(std::size_t start, std::size_t length, std::u32string_view inserted);
 
-    // Where to put the caret before Backspace (BehindPlace) or Delete (AtPlace) so that it deletes from a
-    // place: literals next to the caret are skipped.
-    std::size_t BehindPlace(std::size_t caret) const;
-    std::size_t AtPlace(std::size_t caret) const;
+    // Where to put the caret before Backspace (CaretForBackspace) or Delete (CaretForDelete) so that it
+    // deletes from a place: literals next to the caret are skipped.
+    std::size_t CaretForBackspace(std::size_t caret) const;
+    std::size_t CaretForDelete(std::size_t caret) const;
 
 private:
     // The text during Replace, before it is known whether anything fits.

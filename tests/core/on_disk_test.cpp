@@ -155,7 +155,7 @@ std::size_t RefusedSteps(const Scenario& scenario, const std::string& path)
     return static_cast<std::size_t>(std::ranges::count(file.Steps(), false, &Step::isDone));
 }
 
-void WriteAnew(const std::string& path, std::string_view bytes)
+void Rewrite(const std::string& path, std::string_view bytes)
 {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
@@ -193,7 +193,7 @@ TEST_P(FullDisk, RefusesCallsAndLosesNothing)
                              std::to_string(comment));
                 disk.MakeRoom();
                 std::filesystem::remove(disk.File());
-                WriteAnew(disk.File(), WithComment(scenario.Before(), comment));
+                Rewrite(disk.File(), WithComment(scenario.Before(), comment));
                 disk.FillUpTo(rest);
                 refused += RefusedSteps(scenario, disk.File());
 
@@ -225,7 +225,7 @@ TEST(ReadOnlyDisk, RefusesAllCallsAndLosesNothing)
         GTEST_SKIP() << disk.Refusal();
     for (const Scenario& scenario : Scenarios()) {
         SCOPED_TRACE(scenario.Name());
-        WriteAnew(disk.File(), scenario.Before());
+        Rewrite(disk.File(), scenario.Before());
         ASSERT_TRUE(disk.SetReadOnly(true));
 
         EXPECT_EQ(RefusedSteps(scenario, disk.File()), Rehearsal(scenario).steps.size());

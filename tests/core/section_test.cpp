@@ -1,5 +1,5 @@
 #include "core/file/section.h"
-#include "tests/support/noting_profile_file.h"
+#include "tests/support/recording_profile_file.h"
 #include "tests/support/settings_file.h"
 
 #include <gmock/gmock.h>
@@ -130,7 +130,7 @@ TEST(Section, DeletesTheWholeSection)
 
 TEST(Section, ReportsFailures)
 {
-    NotingProfileFile file;
+    RecordingProfileFile file;
     file.failing = {"Baud", "UFF"};
     Section section(file, "UFF");
 

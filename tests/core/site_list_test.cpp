@@ -1,6 +1,6 @@
 #include "core/file/code_page.h"
 #include "core/site/site_list.h"
-#include "tests/support/noting_profile_file.h"
+#include "tests/support/recording_profile_file.h"
 #include "tests/support/settings_file.h"
 
 #include <gmock/gmock.h>
@@ -156,7 +156,7 @@ TEST(ListHolds, CodesThatAreAllListedAtTheNextStart)
 
 TEST(ListSites, EveryReadHasABufferOf500)
 {
-    NotingProfileFile file;
+    RecordingProfileFile file;
     file.keys = "A\0B\0"s;
 
     EXPECT_EQ(ListSites(file).size(), 2U);
@@ -193,7 +193,7 @@ TEST(ReadComPort, AnEmptyValueIsNotMissing)
 
 TEST(ReadComPort, HasABufferOf500)
 {
-    NotingProfileFile file;
+    RecordingProfileFile file;
 
     EXPECT_EQ(ReadComPort(file), std::nullopt);
 
@@ -214,7 +214,7 @@ TEST(RemoveSite, TakesTheSectionAndTheKeyAndNothingElse)
 
 TEST(RemoveSite, TakesTheSectionFirstAndTheKeyEvenIfThatFails)
 {
-    NotingProfileFile file;
+    RecordingProfileFile file;
     file.failing = {"A"};
 
     RemoveSite(file, "A");
@@ -283,7 +283,7 @@ TEST(FindCollision, WithoutSitesThereIsNone)
 
 TEST(FindCollision, ReadsThreeFilesWithABufferOf100)
 {
-    NotingProfileFile file;
+    RecordingProfileFile file;
     const std::vector<SiteRow> rows{{.name = "Alfa", .code = "A", .enabled = 1, .schedule = ""}};
 
     EXPECT_EQ(FindCollision(file, rows, {.data = "x", .exchange = "x", .history = "x"}, "B"), std::nullopt);

@@ -1,5 +1,5 @@
 #include "core/site/site_keys.h"
-#include "tests/support/noting_profile_file.h"
+#include "tests/support/recording_profile_file.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/settings_file.h"
 
@@ -391,7 +391,7 @@ TEST(LoadSite, WritesNothing)
 
 TEST(LoadSite, AsksForEachKeyOnceInFileOrderWithABufferOf100)
 {
-    NotingProfileFile file;
+    RecordingProfileFile file;
     SiteRecord site;
 
     LoadSite(file, "UFF", site);

@@ -1,5 +1,5 @@
 #include "core/site/site_keys.h"
-#include "tests/support/noting_profile_file.h"
+#include "tests/support/recording_profile_file.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/settings_file.h"
 
@@ -77,7 +77,7 @@ TEST(SaveSite, WritesAWholeNewFile)
 
 TEST(SaveSite, WritesInAFixedOrder)
 {
-    NotingProfileFile file;
+    RecordingProfileFile file;
 
     EXPECT_TRUE(SaveSite(file, "UFF", "Ufficio", SampleSite(), kToday).done);
 
@@ -496,7 +496,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(SaveSite, ReportsOnlyTheLastWrite)
 {
-    NotingProfileFile file;
+    RecordingProfileFile file;
     file.failing = {"CharToDel"};
 
     EXPECT_FALSE(SaveSite(file, "UFF", "Ufficio", SampleSite(), kToday).done);
@@ -504,9 +504,9 @@ TEST(SaveSite, ReportsOnlyTheLastWrite)
 
 TEST(SaveSite, WritesEveryKeyWhateverFailedBefore)
 {
-    NotingProfileFile good;
+    RecordingProfileFile good;
     SaveSite(good, "UFF", "Ufficio", SampleSite(), kToday);
-    NotingProfileFile failing;
+    RecordingProfileFile failing;
     failing.failing = {"UFF",        "SitoAbilitato", "STimeRead",   "STimeWrite",    "MTimeRead",
                        "MTimeWrite", "FlagCRLF",      "Dispositivo", "MODEM",         "Handshake",
                        "Xon",        "Xoff",          "Baud",        "BitDati",       "Parita",

@@ -142,7 +142,7 @@ const Difference* FindDifference(const testing::TestInfo& test)
 }
 
 // Expects the tests of the table to fail: one that passes does not belong there, and fails.
-class FailuresTurnedRound final : public testing::EmptyTestEventListener
+class InvertedResults final : public testing::EmptyTestEventListener
 {
     void OnTestStart(const testing::TestInfo& test) override
     {
@@ -190,7 +190,7 @@ bool IsWine()
 
 [[maybe_unused]] const bool isTurnedRound = [] {
     if (IsWine())
-        testing::UnitTest::GetInstance()->listeners().Append(new FailuresTurnedRound); // which owns it
+        testing::UnitTest::GetInstance()->listeners().Append(new InvertedResults); // which owns it
     return IsWine();
 }();
 

@@ -98,7 +98,7 @@ void CheckSite(std::string_view codeField, std::string_view nameField, std::stri
         Check(edits++ < mostEdits, "repeated loading and saving reaches a stable file");
         before = file.Bytes();
         site = Edit(file, code, name);
-        Check(HasAll(LinesAsideReference(file.Bytes(), stored), LinesAsideReference(before, stored)),
+        Check(HasAll(ForeignLinesReference(file.Bytes(), stored), ForeignLinesReference(before, stored)),
               "lines that are not the site's stay");
     } while (file.Bytes() != before);
 

@@ -208,7 +208,7 @@ private:
     {
         if (selected_ > 0)
             return Replace(caret_, selected_, {});
-        const std::size_t behind = masked_.BehindPlace(caret_);
+        const std::size_t behind = masked_.CaretForBackspace(caret_);
         Check(behind <= caret_ && (behind == 0 || !model_.IsLiteral(behind - 1)),
               "a backspace starts after a place");
         if (behind > 0)
@@ -219,7 +219,7 @@ private:
     {
         if (selected_ > 0)
             return Replace(caret_, selected_, {});
-        const std::size_t place = masked_.AtPlace(caret_);
+        const std::size_t place = masked_.CaretForDelete(caret_);
         Check(!model_.IsLiteral(place), "a deletion starts at a place");
         Replace(place, 1, {});
     }

@@ -320,7 +320,7 @@ std::optional<std::string> DeleteSectionReference(std::string_view file, std::st
     return FileOf(left, IsWide(file));
 }
 
-std::vector<std::u16string> LinesAsideReference(std::string_view file, std::string_view code)
+std::vector<std::u16string> ForeignLinesReference(std::string_view file, std::string_view code)
 {
     const std::u16string site = NameParameter(code);
     const std::u16string text = TextOf(file);

@@ -27,6 +27,6 @@ std::optional<std::string> DeleteSectionReference(std::string_view file, std::st
 
 // The lines that no save of the site may lose, without line ends and blank lines: all except the header, keys
 // and bare lines of sections with its code, its key in "Siti", and "Log" in "General".
-std::vector<std::u16string> LinesAsideReference(std::string_view file, std::string_view code);
+std::vector<std::u16string> ForeignLinesReference(std::string_view file, std::string_view code);
 
 } // namespace corvrec::fuzz

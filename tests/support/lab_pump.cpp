@@ -36,7 +36,7 @@ LabPump::LabPump(FakeClock& clock, std::unique_ptr<lab::LineDevice> device, int 
     : clock_(clock)
     , variable_("CORVREC_COM" + QByteArray::number(port))
 {
-    line_.emplace(port, std::make_unique<NotingDevice>(std::move(device), traffic_), trace_);
+    line_.emplace(port, std::make_unique<RecordingDevice>(std::move(device), traffic_), trace_);
     name_ = line_->Name();
     qputenv(variable_, name_.c_str());
     clock_.SetDuringSleep([this] { Serve(); });

@@ -2,7 +2,7 @@
 
 #include "core/device/event_pump.h"
 #include "tests/support/fake_clock.h"
-#include "tests/support/noting_device.h"
+#include "tests/support/recording_device.h"
 #include "tools/lab/laboratory.h"
 #include "tools/lab/line_device.h"
 #include "tools/lab/trace.h"

@@ -15,7 +15,7 @@ namespace
 
 constexpr std::size_t kNoEnd = std::numeric_limits<std::size_t>::max();
 
-void WriteAnew(const std::filesystem::path& file, std::string_view bytes)
+void Rewrite(const std::filesystem::path& file, std::string_view bytes)
 {
     std::ofstream(file, std::ios::binary) << bytes;
 }
@@ -92,11 +92,11 @@ bool ProbedCalls::Fails(std::string_view name)
 void ProbedCalls::CarryOut(const Rewriting& rewriting)
 {
     if (!rewriting.isReplacing) {
-        WriteAnew(rewriting.file, rewriting.bytes);
+        Rewrite(rewriting.file, rewriting.bytes);
         return;
     }
     const std::filesystem::path beside = rewriting.file.string() + ".new";
-    WriteAnew(beside, rewriting.bytes);
+    Rewrite(beside, rewriting.bytes);
     std::filesystem::rename(beside, rewriting.file);
 }
 

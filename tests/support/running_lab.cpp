@@ -15,7 +15,7 @@ RunningLab::RunningLab(std::unique_ptr<lab::LineDevice> device, int port)
     , trace_(std::make_unique<lab::Trace>(nullptr, 0))
     , traffic_(std::make_unique<Traffic>())
 {
-    ports_.emplace_back(port, std::make_unique<NotingDevice>(std::move(device), *traffic_), *trace_);
+    ports_.emplace_back(port, std::make_unique<RecordingDevice>(std::move(device), *traffic_), *trace_);
     qputenv(variable_, ports_.front().Name().c_str());
     if (pipe2(stop_, O_CLOEXEC) != 0)
         qFatal("no pipe");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/noting_device.h"
+#include "tests/support/recording_device.h"
 #include "tools/lab/line_device.h"
 
 #include <QString>

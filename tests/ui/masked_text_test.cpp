@@ -209,21 +209,21 @@ private slots:
     {
         const MaskedText masked = Masked(U"##:##", U"08:30");
 
-        QCOMPARE(masked.BehindPlace(0), std::size_t{0});
-        QCOMPARE(masked.BehindPlace(2), std::size_t{2});
-        QCOMPARE(masked.BehindPlace(3), std::size_t{2});
-        QCOMPARE(masked.BehindPlace(4), std::size_t{4});
-        QCOMPARE(masked.BehindPlace(99), std::size_t{5});
+        QCOMPARE(masked.CaretForBackspace(0), std::size_t{0});
+        QCOMPARE(masked.CaretForBackspace(2), std::size_t{2});
+        QCOMPARE(masked.CaretForBackspace(3), std::size_t{2});
+        QCOMPARE(masked.CaretForBackspace(4), std::size_t{4});
+        QCOMPARE(masked.CaretForBackspace(99), std::size_t{5});
     }
 
     void deleteStartsAtTheNextPlace()
     {
         const MaskedText masked = Masked(U"##:##", U"08:30");
 
-        QCOMPARE(masked.AtPlace(1), std::size_t{1});
-        QCOMPARE(masked.AtPlace(2), std::size_t{3});
-        QCOMPARE(masked.AtPlace(5), std::size_t{5});
-        QCOMPARE(masked.AtPlace(99), std::size_t{5});
+        QCOMPARE(masked.CaretForDelete(1), std::size_t{1});
+        QCOMPARE(masked.CaretForDelete(2), std::size_t{3});
+        QCOMPARE(masked.CaretForDelete(5), std::size_t{5});
+        QCOMPARE(masked.CaretForDelete(99), std::size_t{5});
     }
 
     void pastingFillsFromGroupToGroup_data()

@@ -48,7 +48,7 @@ public:
         calls_.FailFrom(call, ENOSPC);
     }
     // The first call after the one that truncated the file.
-    [[nodiscard]] std::size_t CallBehindTheDeletion() const
+    [[nodiscard]] std::size_t CallAfterTheDeletion() const
     {
         const auto deletion = std::ranges::find(calls_.Made(), "ftruncate");
         QTEST_ASSERT(deletion != calls_.Made().end());
@@ -195,7 +195,7 @@ private slots:
         without->DeleteSection("A");
         {
             const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-            window.RefuseFrom(rehearsal.CallBehindTheDeletion());
+            window.RefuseFrom(rehearsal.CallAfterTheDeletion());
             window.Click("cmdProperties");
         }
         QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));

@@ -30,7 +30,7 @@ void BufferLine::Receive(std::string_view bytes, std::int64_t nowMs)
     for (const char byte : bytes) {
         if (faults_.echo)
             Queue({&byte, 1}, nowMs);
-        Queue(Spoilt(device_.Answer(byte, nowMs)), nowMs);
+        Queue(WithFaults(device_.Answer(byte, nowMs)), nowMs);
     }
     isFlooding_ = isFlooding_ || (faults_.endless && !bytes.empty());
 }
@@ -72,7 +72,7 @@ bool BufferLine::IsGone() const
     return faults_.dropAfter && sent_ >= *faults_.dropAfter;
 }
 
-std::string BufferLine::Spoilt(std::string answer) const
+std::string BufferLine::WithFaults(std::string answer) const
 {
     if (faults_.silence)
         return {};

@@ -50,7 +50,7 @@ private:
     };
 
     // The answer after silence, partial, garbage and nuls.
-    [[nodiscard]] std::string Spoilt(std::string answer) const;
+    [[nodiscard]] std::string WithFaults(std::string answer) const;
     void Queue(std::string_view bytes, std::int64_t nowMs);
 
     SimulatedBuffer device_;

@@ -67,7 +67,7 @@ void LabPort::Serve(std::int64_t nowMs)
 {
     if (IsUnplugged())
         return;
-    MindVisits(nowMs);
+    FollowVisits(nowMs);
     const std::string received = pty_->Read();
     trace_.Bytes(number_, Direction::fromEditor, received, nowMs);
     device_->Receive(received, nowMs);
@@ -90,7 +90,7 @@ std::optional<std::int64_t> LabPort::NextMs(std::int64_t nowMs) const
 
 // To be called before reading: after its port was closed and opened again, a modem must take the next bytes
 // for commands, not for data.
-void LabPort::MindVisits(std::int64_t nowMs)
+void LabPort::FollowVisits(std::int64_t nowMs)
 {
     const Pty::Visits visits = pty_->TakeVisits();
     visitors_ += visits.opened - visits.closed;

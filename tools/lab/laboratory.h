@@ -42,7 +42,7 @@ public:
 
 private:
     // Handles the editor's opening and closing of the port.
-    void MindVisits(std::int64_t nowMs);
+    void FollowVisits(std::int64_t nowMs);
     void SendWhatIsDue(std::int64_t nowMs);
 
     int number_;

@@ -36,7 +36,7 @@ void SimulatedModem::Receive(std::string_view bytes, std::int64_t nowMs)
     for (const char byte : bytes) {
         if (state_ == State::dialling) {
             state_ = State::command;
-            Tell("NO CARRIER");
+            Report("NO CARRIER");
         }
         if (state_ == State::online)
             ReceiveData(byte, nowMs);
@@ -51,13 +51,13 @@ std::string SimulatedModem::Send(std::int64_t nowMs)
         nowMs >= dialledMs_ + behaviour_.dialDelayMs) {
         isConnected_ = behaviour_.dialAnswer.starts_with(kConnect);
         state_ = isConnected_ ? State::online : State::command;
-        Tell(behaviour_.dialAnswer);
+        Report(behaviour_.dialAnswer);
     }
     if (state_ == State::online) {
         out_ += device_->Send(nowMs);
         if (device_->IsGone()) {
             HangUp();
-            Tell("NO CARRIER");
+            Report("NO CARRIER");
         }
     }
     return std::exchange(out_, {});
@@ -99,7 +99,7 @@ void SimulatedModem::ReceiveData(char byte, std::int64_t nowMs)
     } else if (++escapes_ == kEscapes) {
         escapes_ = 0;
         state_ = State::command;
-        Tell("OK");
+        Report("OK");
     }
 }
 
@@ -117,7 +117,7 @@ void SimulatedModem::Obey(std::string_view line, std::int64_t nowMs)
     case 'O':
         if (isConnected_)
             state_ = State::online;
-        Tell(isConnected_ ? kConnect : "NO CARRIER");
+        Report(isConnected_ ? kConnect : "NO CARRIER");
         return;
     case 'H':
     case 'Z':
@@ -126,7 +126,7 @@ void SimulatedModem::Obey(std::string_view line, std::int64_t nowMs)
     default:
         break;
     }
-    Tell("OK");
+    Report("OK");
 }
 
 void SimulatedModem::HangUp()
@@ -137,7 +137,7 @@ void SimulatedModem::HangUp()
     escapes_ = 0;
 }
 
-void SimulatedModem::Tell(std::string_view result)
+void SimulatedModem::Report(std::string_view result)
 {
     out_.append("\r\n").append(result).append("\r\n");
 }

@@ -57,7 +57,7 @@ private:
     void HangUp();
 
     // Queues a result, such as OK, for the editor.
-    void Tell(std::string_view result);
+    void Report(std::string_view result);
 
     std::unique_ptr<LineDevice> device_;
     ModemBehaviour behaviour_;

@@ -80,7 +80,7 @@ void frmConnessione::InitModem()
     }
     errModem_ = result != Connection::connected;
     if (result == Connection::noReply)
-        Tell(text::connectionNoReply, text::connection);
+        ShowNotice(text::connectionNoReply, text::connection);
 }
 
 void frmConnessione::CloseModem()
@@ -94,7 +94,7 @@ void frmConnessione::CloseModem()
     }
     errModem_ = !hungUp;
     if (!hungUp)
-        Tell(text::disconnectionNoReply, text::disconnection);
+        ShowNotice(text::disconnectionNoReply, text::disconnection);
 }
 
 void frmConnessione::cmdAnnulla_Click()
@@ -103,7 +103,7 @@ void frmConnessione::cmdAnnulla_Click()
 }
 
 // Discards input that arrived while the message box was open: it answers nothing.
-void frmConnessione::Tell(TextId message, TextId title)
+void frmConnessione::ShowNotice(TextId message, TextId title)
 {
     ui_->barAttivita->Stop();
     ShowMessage(this, Text(message), MessageIcon::exclamation, Text(title));

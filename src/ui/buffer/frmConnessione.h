@@ -56,7 +56,7 @@ protected:
 private:
     void Run();
     void cmdAnnulla_Click();
-    void Tell(TextId message, TextId title);
+    void ShowNotice(TextId message, TextId title);
 
     ReplyWait& wait_;
     ModemSettings modem_;

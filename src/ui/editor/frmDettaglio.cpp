@@ -48,7 +48,7 @@ namespace tab
 constexpr int connection = 0;
 constexpr int schedule = 1;
 constexpr int files = 2;
-constexpr int behindLast = 3;
+constexpr int afterLast = 3;
 } // namespace tab
 
 // How the schedule's controls look for a kind. A kind without a unit has no parameters. mask and format
@@ -604,10 +604,10 @@ bool frmDettaglio::TextsComplete()
         TextId message;
     };
     const std::array<Check, 6> checks{{
-        {ui_->txtDati, tab::behindLast, text::dataFileMissing},
-        {ui_->txtDati2, tab::behindLast, text::exchangeFileMissing},
-        {ui_->txtStorico, tab::behindLast, text::historyFileMissing},
-        {ui_->txtLog, tab::behindLast, text::logFileMissing},
+        {ui_->txtDati, tab::afterLast, text::dataFileMissing},
+        {ui_->txtDati2, tab::afterLast, text::exchangeFileMissing},
+        {ui_->txtStorico, tab::afterLast, text::historyFileMissing},
+        {ui_->txtLog, tab::afterLast, text::logFileMissing},
         {ui_->txtNomeSito, tab::connection, text::siteNameMissing},
         {ui_->txtCodice, tab::connection, text::siteCodeMissing},
     }};

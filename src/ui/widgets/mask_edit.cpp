@@ -155,9 +155,9 @@ void MaskEdit::Show()
 void MaskEdit::StepOverLiterals(const QKeyEvent& event)
 {
     if (event.key() == Qt::Key_Backspace)
-        setCursorPosition(static_cast<int>(masked_.BehindPlace(Index(cursorPosition()))));
+        setCursorPosition(static_cast<int>(masked_.CaretForBackspace(Index(cursorPosition()))));
     else if (event.matches(QKeySequence::Delete))
-        setCursorPosition(static_cast<int>(masked_.AtPlace(Index(cursorPosition()))));
+        setCursorPosition(static_cast<int>(masked_.CaretForDelete(Index(cursorPosition()))));
 }
 
 } // namespace corvrec

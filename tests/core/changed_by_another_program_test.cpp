@@ -191,10 +191,10 @@ void ExpectMade(const Operation& operation, std::string_view before, std::string
 }
 
 // One settings file, our object over it, and another program that changes it.
-class Beside
+class OtherProgram
 {
 public:
-    explicit Beside(unsigned seed)
+    explicit OtherProgram(unsigned seed)
         : choices_(seed)
         , calls_(choices_.AnyOf(std::array<std::int64_t, 4>{1'000'000, 4'000'000, 10'000'000, 1'000'000'000}))
         , settings_(AnyFile(choices_))
@@ -237,9 +237,10 @@ private:
 
     void OtherChanges()
     {
-        constexpr std::array changes = {&Beside::Rewrite, &Beside::ChangeOneByte, &Beside::ChangeOneByte,
-                                        &Beside::Append,  &Beside::Replace,       &Beside::Empty,
-                                        &Beside::Remove,  &Beside::OnlyTouch};
+        constexpr std::array changes = {&OtherProgram::Rewrite,       &OtherProgram::ChangeOneByte,
+                                        &OtherProgram::ChangeOneByte, &OtherProgram::Append,
+                                        &OtherProgram::Replace,       &OtherProgram::Empty,
+                                        &OtherProgram::Remove,        &OtherProgram::OnlyTouch};
         (this->*choices_.AnyOf(changes))();
     }
 
@@ -273,12 +274,12 @@ private:
     {
         std::string bytes = choices_.OneOf(2) ? AnyFile(choices_) : BytesOf(path_);
         std::ranges::replace(bytes, 'a', 'b');
-        const std::string beside = path_ + ".new";
-        std::ofstream(beside, std::ios::binary) << bytes;
+        const std::string other = path_ + ".new";
+        std::ofstream(other, std::ios::binary) << bytes;
         const bool keepsTimes = choices_.OneOf(3); // as a copy that preserves times
         if (keepsTimes)
-            calls_.CopyTimes(path_, beside);
-        std::filesystem::rename(beside, path_);
+            calls_.CopyTimes(path_, other);
+        std::filesystem::rename(other, path_);
         if (!keepsTimes)
             calls_.Changed(path_);
     }
@@ -303,10 +304,10 @@ private:
 TEST(ChangedByAnotherProgram, BetweenTwoOperationsIsReadAndKept)
 {
     for (const unsigned seed : Seeds(kInterleavings)) {
-        Beside beside(seed);
+        OtherProgram other(seed);
         for (int step = 0; step < kSteps; ++step) {
             SCOPED_TRACE("CORVREC_SEED=" + std::to_string(seed) + ", step " + std::to_string(step));
-            beside.Step();
+            other.Step();
             ASSERT_FALSE(HasFailure());
         }
     }

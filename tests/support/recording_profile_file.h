@@ -14,7 +14,7 @@ namespace corvrec
 
 // An empty settings file that only records the requests, for what a real file cannot show: sizes of reads,
 // and what follows a failure. All texts are bytes.
-class NotingProfileFile final : public ProfileFile
+class RecordingProfileFile final : public ProfileFile
 {
 public:
     std::string Read(std::string_view section, std::string_view key, std::string_view fallback,

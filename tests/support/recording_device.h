@@ -20,10 +20,10 @@ struct Traffic {
 };
 
 // A device that records its traffic, which must outlive it.
-class NotingDevice final : public lab::LineDevice
+class RecordingDevice final : public lab::LineDevice
 {
 public:
-    NotingDevice(std::unique_ptr<lab::LineDevice> device, Traffic& traffic)
+    RecordingDevice(std::unique_ptr<lab::LineDevice> device, Traffic& traffic)
         : device_(std::move(device))
         , traffic_(traffic)
     {
