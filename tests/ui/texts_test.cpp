@@ -102,18 +102,18 @@ private slots:
 
     void everyTagInAFormHasAText()
     {
+        const QRegularExpression tag(
+            "name=\"(?:tag\"|suggerimento\") stdset=\"0\">\\s*<string[^>]*>([^<]*)<");
         int count = 0;
         for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor", "src/ui/help"}) {
             QDirIterator forms(SourceFile(folder), {"*.ui"}, QDir::Files);
             while (forms.hasNext()) {
                 const QString form = QString::fromUtf8(Bytes(forms.next()));
-                auto tags =
-                    QRegularExpression(R"(name="(?:tag"|suggerimento") stdset="0">\s*<string[^>]*>([^<]*)<)")
-                        .globalMatch(form);
+                auto tags = tag.globalMatch(form);
                 QVERIFY2(tags.hasNext(), qPrintable(forms.filePath()));
                 for (; tags.hasNext(); ++count) {
-                    const QString tag = tags.next().captured(1);
-                    QVERIFY2(!FindText(TagId(tag)).isNull(), qPrintable(forms.filePath() + ": " + tag));
+                    const QString id = tags.next().captured(1);
+                    QVERIFY2(!FindText(TagId(id)).isNull(), qPrintable(forms.filePath() + ": " + id));
                 }
             }
         }
