@@ -21,49 +21,6 @@ namespace
 constexpr DateTime kToday{.year = 2026, .month = 3, .day = 3};
 constexpr std::string_view kNewCode = "NUOVO";
 
-struct Pair {
-    std::string_view key;
-    std::string_view value;
-};
-
-// The keys as SaveSite writes SampleSite on kToday.
-constexpr std::array<Pair, 34> kSiteKeys{{
-    {"SitoAbilitato", "1"},
-    {"STimeRead", "20"},
-    {"STimeWrite", "20"},
-    {"MTimeRead", "60"},
-    {"MTimeWrite", "60"},
-    {"FlagCRLF", "0"},
-    {"Dispositivo", "STX30"},
-    {"MODEM", "1"},
-    {"Handshake", "XON"},
-    {"Xon", " 17"},
-    {"Xoff", " 19"},
-    {"Baud", "9600"},
-    {"BitDati", "8"},
-    {"Parita", "E"},
-    {"Stop", "1"},
-    {"Ricorrenza", "-2"},
-    {"Ogni", " 172800"},
-    {"Ora", "08:30 03/03/2026"},
-    {"AggData", "1"},
-    {"AggOra", "0"},
-    {"EliminaNull", "1"},
-    {"CorreggiCR", "0"},
-    {"Dati", R"(C:\Dati\Ufficio.txt)"},
-    {"Dati2", R"(C:\Dati\Scambio.txt)"},
-    {"Storico", R"(C:\Dati\Storico.txt)"},
-    {"Modello", "Generico"},
-    {"StringaModem", "ATX3S0=0"},
-    {"StringaReset", "AT&F"},
-    {"NumeroTel", "ATDT0123"},
-    {"Importazione", "3"},
-    {"FileTimeout", "600"},
-    {"SpazioTimeout", "20"},
-    {"TimeoutFineImp", "15"},
-    {"CharToDel", "00"},
-}};
-
 std::string SiteName(int site)
 {
     return "Ufficio " + std::to_string(site);
@@ -85,8 +42,8 @@ std::string PlainFile(int sites, std::string_view end)
     line("Version=3");
     for (int site = 0; site < sites; ++site) {
         line("[" + SiteCode(site) + "]");
-        for (const Pair& pair : kSiteKeys)
-            line(std::string(pair.key) + "=" + std::string(pair.value));
+        for (const auto& [key, value] : SavedKeys())
+            line(key + "=" + value);
     }
     return bytes;
 }
@@ -107,8 +64,8 @@ std::string OddFile(int sites)
     line("bare");
     for (int site = 0; site < sites; ++site) {
         line("  [" + SiteCode(site) + "]   ; site " + std::to_string(site));
-        for (const Pair& pair : kSiteKeys)
-            line("  " + std::string(pair.key) + " =" + std::string(pair.value));
+        for (const auto& [key, value] : SavedKeys())
+            line("  " + key + " =" + value);
         line("; of site " + std::to_string(site));
         line(" \t ");
         line("bare line of site " + std::to_string(site));

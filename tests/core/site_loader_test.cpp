@@ -269,15 +269,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(LoadSite, ReadsEveryKeyOfASite)
 {
-    SettingsFile file(
-        "[UFF]\r\n"
-        "SitoAbilitato=1\r\nDispositivo=STX30\r\nMODEM=1\r\nHandshake=XON\r\nXon= 17\r\nXoff= 19\r\n"
-        "Baud=9600\r\nBitDati=8\r\nParita=E\r\nStop=1\r\nRicorrenza=-2\r\nOgni= 172800\r\n"
-        "Ora=08:30 03/03/2026\r\nAggData=1\r\nAggOra=0\r\nEliminaNull=1\r\nCorreggiCR=0\r\n"
-        "Dati=C:\\Dati\\Ufficio.txt\r\nDati2=C:\\Dati\\Scambio.txt\r\nStorico=C:\\Dati\\Storico.txt\r\n"
-        "Modello=Generico\r\nStringaModem=ATX3S0=0\r\nStringaReset=AT&F\r\nNumeroTel=ATDT0123\r\n"
-        "Importazione=3\r\nFileTimeout=600\r\nSpazioTimeout=20\r\n"
-        "[General]\r\nLog=Corvrec.log\r\n");
+    SettingsFile file("[UFF]\r\n" + SavedSite() + "[General]\r\nLog=Corvrec.log\r\n");
     SiteRecord site;
 
     EXPECT_TRUE(LoadSite(*file, "UFF", site));

@@ -34,45 +34,9 @@ TEST(SaveSite, WritesAWholeNewFile)
 
     EXPECT_TRUE(SaveSite(*file, "UFF", "Ufficio", SampleSite(), kToday).done);
 
-    EXPECT_EQ(file.Bytes(), "[Siti]\r\n"
-                            "UFF=Ufficio\r\n"
-                            "[UFF]\r\n"
-                            "SitoAbilitato=1\r\n"
-                            "STimeRead=20\r\n"
-                            "STimeWrite=20\r\n"
-                            "MTimeRead=60\r\n"
-                            "MTimeWrite=60\r\n"
-                            "FlagCRLF=0\r\n"
-                            "Dispositivo=STX30\r\n"
-                            "MODEM=1\r\n"
-                            "Handshake=XON\r\n"
-                            "Xon= 17\r\n"
-                            "Xoff= 19\r\n"
-                            "Baud=9600\r\n"
-                            "BitDati=8\r\n"
-                            "Parita=E\r\n"
-                            "Stop=1\r\n"
-                            "Ricorrenza=-2\r\n"
-                            "Ogni= 172800\r\n"
-                            "Ora=08:30 03/03/2026\r\n"
-                            "AggData=1\r\n"
-                            "AggOra=0\r\n"
-                            "EliminaNull=1\r\n"
-                            "CorreggiCR=0\r\n"
-                            "Dati=C:\\Dati\\Ufficio.txt\r\n"
-                            "Dati2=C:\\Dati\\Scambio.txt\r\n"
-                            "Storico=C:\\Dati\\Storico.txt\r\n"
-                            "Modello=Generico\r\n"
-                            "StringaModem=ATX3S0=0\r\n"
-                            "StringaReset=AT&F\r\n"
-                            "NumeroTel=ATDT0123\r\n"
-                            "Importazione=3\r\n"
-                            "FileTimeout=600\r\n"
-                            "SpazioTimeout=20\r\n"
-                            "TimeoutFineImp=15\r\n"
-                            "CharToDel=00\r\n"
-                            "[General]\r\n"
-                            "Log=Corvrec.log\r\n");
+    EXPECT_EQ(file.Bytes(),
+              "[Siti]\r\nUFF=Ufficio\r\n[UFF]\r\n" + SavedSite() + "[General]\r\nLog=Corvrec.log\r\n");
+    EXPECT_TRUE(IsWhole(file, "UFF"));
 }
 
 TEST(SaveSite, WritesInAFixedOrder)
@@ -475,6 +439,7 @@ TEST_P(SaveSiteStops, AfterTheEarlierLines)
 
     EXPECT_TRUE(file.Bytes().starts_with("[Siti]\r\nUFF=Ufficio\r\n[UFF]\r\nSitoAbilitato=1\r\n"));
     EXPECT_TRUE(file.Bytes().ends_with("\r\n"s + GetParam().lastLine + "\r\n")) << file.Bytes();
+    EXPECT_FALSE(IsWhole(file, "UFF"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -497,7 +462,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(SaveSite, ReportsOnlyTheLastWrite)
 {
     RecordingProfileFile file;
-    file.failing = {"CharToDel"};
+    file.failing = {kLastKey.data()};
 
     EXPECT_FALSE(SaveSite(file, "UFF", "Ufficio", SampleSite(), kToday).done);
 }

@@ -1,5 +1,11 @@
 #include "tests/support/sample_site.h"
 
+#include "tests/support/settings_file.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
 namespace corvrec
 {
 
@@ -37,6 +43,71 @@ SiteRecord SampleSite()
         .fileAlert = Alert{.on = true, .limit = "600"},
         .diskAlert = Alert{.on = true, .limit = "20"},
     };
+}
+
+std::vector<KeyValue> SavedKeys(const std::vector<KeyValue>& changes)
+{
+    std::vector<KeyValue> keys{
+        {"SitoAbilitato", "1"},
+        {"STimeRead", "20"},
+        {"STimeWrite", "20"},
+        {"MTimeRead", "60"},
+        {"MTimeWrite", "60"},
+        {"FlagCRLF", "0"},
+        {"Dispositivo", "STX30"},
+        {"MODEM", "1"},
+        {"Handshake", "XON"},
+        {"Xon", " 17"},
+        {"Xoff", " 19"},
+        {"Baud", "9600"},
+        {"BitDati", "8"},
+        {"Parita", "E"},
+        {"Stop", "1"},
+        {"Ricorrenza", "-2"},
+        {"Ogni", " 172800"},
+        {"Ora", "08:30 03/03/2026"},
+        {"AggData", "1"},
+        {"AggOra", "0"},
+        {"EliminaNull", "1"},
+        {"CorreggiCR", "0"},
+        {"Dati", R"(C:\Dati\Ufficio.txt)"},
+        {"Dati2", R"(C:\Dati\Scambio.txt)"},
+        {"Storico", R"(C:\Dati\Storico.txt)"},
+        {"Modello", "Generico"},
+        {"StringaModem", "ATX3S0=0"},
+        {"StringaReset", "AT&F"},
+        {"NumeroTel", "ATDT0123"},
+        {"Importazione", "3"},
+        {"FileTimeout", "600"},
+        {"SpazioTimeout", "20"},
+        {"TimeoutFineImp", "15"},
+        {std::string(kLastKey), "00"},
+    };
+    const auto find = [&](std::string_view key) {
+        const auto found = std::ranges::find(keys, key, &KeyValue::key);
+        if (found == keys.end())
+            throw std::out_of_range("no save writes " + std::string(key));
+        return found;
+    };
+    for (const KeyValue& change : changes)
+        find(change.key)->value = change.value;
+    if (find("Ricorrenza")->value == "0") // the continuous kind, whose start time comes first
+        std::iter_swap(find("Ogni"), find("Ora"));
+    return keys;
+}
+
+std::string SavedSite(const std::vector<KeyValue>& changes)
+{
+    std::string lines;
+    for (const auto& [key, value] : SavedKeys(changes))
+        lines += key + "=" + value + "\r\n";
+    return lines;
+}
+
+bool IsWhole(const SettingsFile& file, std::string_view code)
+{
+    return std::ranges::all_of(SavedKeys(),
+                               [&](const KeyValue& line) { return !file.Line(code, line.key).empty(); });
 }
 
 } // namespace corvrec
