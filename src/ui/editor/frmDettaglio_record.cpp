@@ -71,9 +71,10 @@ void frmDettaglio::ShowFirstState()
     ShowFlowCharacter(firstState_.xoff, *ui_->chkXoff, *ui_->txtXoff);
     for (int row = 0; row < ui_->lstGiorni->count(); ++row)
         ui_->lstGiorni->SetMarked(row, false);
-    transformations_->ShowFirstState();
-    alerts_->ShowFirstState();
-    modem_->ShowFirstState();
+    transformations_->ShowRecord(firstState_);
+    alerts_->ShowRecord(firstState_);
+    modem_->SelectFirstModel(); // its name may be empty
+    modem_->ShowRecord(firstState_);
 }
 
 void frmDettaglio::ShowConnection(const SiteRecord& site)

@@ -1,12 +1,8 @@
 #include "ui/editor/frmFileAvanzate.h"
 
 #include "ui/widgets/dialogs.h"
-#include "ui/widgets/messages.h"
 #include "ui/widgets/qt_text.h"
-#include "ui/widgets/texts.h"
 #include "ui_frmFileAvanzate.h"
-
-#include <QShowEvent>
 
 namespace corvrec
 {
@@ -31,7 +27,7 @@ Alert TakeAlert(const QCheckBox& box, const QLineEdit& field)
 } // namespace
 
 frmFileAvanzate::frmFileAvanzate(QWidget* parent)
-    : QDialog(parent)
+    : OptionDialog(parent)
     , ui_(std::make_unique<Ui::frmFileAvanzate>())
 {
     ui_->setupUi(this);
@@ -42,18 +38,9 @@ frmFileAvanzate::frmFileAvanzate(QWidget* parent)
     LocaliseDialog(*this);
     ClickAtOnce(*this);
     CentreDialog(*this);
-    firstState_ = Take();
 }
 
 frmFileAvanzate::~frmFileAvanzate() = default;
-
-frmFileAvanzate::Values frmFileAvanzate::Take() const
-{
-    return {.file = ui_->chkFile->isChecked(),
-            .seconds = ui_->txtFile->text(),
-            .space = ui_->chkSpazio->isChecked(),
-            .megabytes = ui_->txtSpazio->text()};
-}
 
 void frmFileAvanzate::ShowRecord(const SiteRecord& site)
 {
@@ -65,13 +52,6 @@ void frmFileAvanzate::FillRecord(SiteRecord& site) const
 {
     site.fileAlert = TakeAlert(*ui_->chkFile, *ui_->txtFile);
     site.diskAlert = TakeAlert(*ui_->chkSpazio, *ui_->txtSpazio);
-}
-
-void frmFileAvanzate::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    if (!event->spontaneous())
-        FocusField(*ui_->chkFile);
 }
 
 void frmFileAvanzate::chkFile_Click()
@@ -91,36 +71,10 @@ void frmFileAvanzate::chkSpazio_Click()
 void frmFileAvanzate::OK_Click()
 {
     // Deliberate: the disk threshold is checked only when the file alert is off.
-    if (ui_->chkFile->isChecked())
-        CloseUnlessEmpty(*ui_->txtFile, text::fileTimeOutMissing);
-    else if (ui_->chkSpazio->isChecked())
-        CloseUnlessEmpty(*ui_->txtSpazio, text::diskThresholdMissing);
-    else
+    if (ui_->chkFile->isChecked()
+            ? RequireText(*ui_->txtFile, text::fileTimeOutMissing)
+            : !ui_->chkSpazio->isChecked() || RequireText(*ui_->txtSpazio, text::diskThresholdMissing))
         hide();
-}
-
-void frmFileAvanzate::CloseUnlessEmpty(QLineEdit& field, TextId message)
-{
-    if (!field.text().isEmpty()) {
-        hide();
-        return;
-    }
-    ShowMessage(this, Text(message));
-    FocusField(field);
-}
-
-void frmFileAvanzate::Show(const Values& values)
-{
-    ui_->chkFile->setChecked(values.file);
-    ui_->txtFile->setText(values.seconds);
-    ui_->chkSpazio->setChecked(values.space);
-    ui_->txtSpazio->setText(values.megabytes);
-}
-
-void frmFileAvanzate::Annulla_Click()
-{
-    Show(undo_);
-    hide();
 }
 
 } // namespace corvrec

@@ -1,14 +1,8 @@
 #pragma once
 
-#include "core/site/site_record.h"
-#include "core/text_ids.h"
-
-#include <QDialog>
-#include <QString>
+#include "ui/editor/option_dialog.h"
 
 #include <memory>
-
-class QLineEdit;
 
 namespace Ui
 {
@@ -18,9 +12,8 @@ class frmFileAvanzate;
 namespace corvrec
 {
 
-// The site's two alerts: data file missing for some seconds, and little free space on drive C:. The controls
-// hold the values: loading a site sets them, saving reads them, and Annulla undoes the user's changes.
-class frmFileAvanzate : public QDialog
+// The site's two alerts: data file missing for some seconds, and little free space on drive C:.
+class frmFileAvanzate : public OptionDialog
 {
     Q_OBJECT
 
@@ -28,44 +21,15 @@ public:
     explicit frmFileAvanzate(QWidget* parent = nullptr);
     ~frmFileAvanzate() override;
 
-    // Remembers the values that Annulla restores. To be called before each showing.
-    void RegisterUndo() { undo_ = Take(); }
-
-    // Resets the controls to their values at the program's start.
-    void ShowFirstState() { Show(firstState_); }
-
-    // An alert that the record lacks stays as it is.
-    void ShowRecord(const SiteRecord& site);
-    void FillRecord(SiteRecord& site) const;
-
-    // Escape and the close box act like the Annulla button.
-    void reject() override { Annulla_Click(); }
-
-protected:
-    void showEvent(QShowEvent* event) override;
+    void ShowRecord(const SiteRecord& site) override;
+    void FillRecord(SiteRecord& site) const override;
 
 private:
     void chkFile_Click();
     void chkSpazio_Click();
     void OK_Click();
 
-    // Hides the dialog, or shows the message when the field is empty.
-    void CloseUnlessEmpty(QLineEdit& field, TextId message);
-    void Annulla_Click();
-
-    struct Values {
-        bool file = false;
-        QString seconds;
-        bool space = false;
-        QString megabytes;
-    };
-
-    Values Take() const;
-    void Show(const Values& values);
-
     std::unique_ptr<Ui::frmFileAvanzate> ui_;
-    Values firstState_;
-    Values undo_;
 };
 
 } // namespace corvrec

@@ -1,17 +1,13 @@
 #include "ui/editor/frmModem.h"
 
 #include "core/site/conversions.h"
-#include "core/site/site_record.h"
 #include "ui/widgets/dialogs.h"
-#include "ui/widgets/messages.h"
 #include "ui/widgets/qt_text.h"
 #include "ui/widgets/selections.h"
 #include "ui/widgets/texts.h"
 #include "ui_frmModem.h"
 
 #include <QAbstractListModel>
-#include <QShowEvent>
-#include <QSignalBlocker>
 
 namespace corvrec
 {
@@ -55,7 +51,7 @@ private:
 } // namespace
 
 frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
-    : QDialog(parent)
+    : OptionDialog(parent)
     , ui_(std::make_unique<Ui::frmModem>())
     , catalogue_(directory / "modem.dat")
 {
@@ -68,10 +64,9 @@ frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
     ClickAtOnce(*this);
     TabToChosenOption(*this);
     FillModels();
-    SelectRow(*ui_->cboModem, 0, *this, &frmModem::cboModem_Click);
+    SelectFirstModel();
     GuardWheel(*this);
     CentreDialog(*this);
-    firstState_ = Take();
 }
 
 frmModem::~frmModem() = default;
@@ -89,14 +84,23 @@ bool frmModem::IsCatalogueEmpty() const
     return catalogue_.Models().Count() == 0;
 }
 
-frmModem::Values frmModem::Take() const
+// The model by its row: its name may be how another one's begins.
+void frmModem::RegisterUndo()
 {
-    return {.model = ui_->cboModem->currentIndex(),
-            .number = ui_->txtTelefono->text(),
-            .attempts = ui_->txtTentImpor->text(),
-            .initString = ui_->txtStringaInit->text(),
-            .resetString = ui_->txtStringaReset->text(),
-            .tone = ui_->optToni->isChecked()};
+    OptionDialog::RegisterUndo();
+    undo_.modemModel.reset();
+    undoRow_ = ui_->cboModem->currentIndex();
+}
+
+void frmModem::RestoreUndo()
+{
+    SetRow(*ui_->cboModem, undoRow_);
+    OptionDialog::RestoreUndo();
+}
+
+void frmModem::SelectFirstModel()
+{
+    SelectRow(*ui_->cboModem, 0, *this, &frmModem::cboModem_Click);
 }
 
 void frmModem::ShowRecord(const SiteRecord& site)
@@ -133,13 +137,6 @@ ModemSettings frmModem::Settings() const
             .pulse = ui_->optImpulsi->isChecked()};
 }
 
-void frmModem::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    if (!event->spontaneous())
-        FocusField(*ui_->cboModem);
-}
-
 void frmModem::cboModem_Click()
 {
     const auto row = static_cast<std::size_t>(ui_->cboModem->currentIndex());
@@ -149,41 +146,13 @@ void frmModem::cboModem_Click()
 
 void frmModem::OK_Click()
 {
-    const auto isEmpty = [](const QLineEdit* field) { return field->text().isEmpty(); };
-    const bool belowOne = LeadingNumber(ToStd(ui_->txtTentImpor->text())) < 1;
-    if (Missing(*ui_->txtTelefono, text::phoneNumberMissing, isEmpty(ui_->txtTelefono)) ||
-        Missing(*ui_->txtTentImpor, text::attemptsMissing, isEmpty(ui_->txtTentImpor)) ||
-        Missing(*ui_->txtTentImpor, text::attemptsBelowOne, belowOne) ||
-        Missing(*ui_->txtStringaInit, text::initStringMissing, isEmpty(ui_->txtStringaInit)) ||
-        Missing(*ui_->txtStringaReset, text::resetStringMissing, isEmpty(ui_->txtStringaReset)))
-        return;
-    hide();
-}
-
-bool frmModem::Missing(QWidget& field, TextId message, bool missing)
-{
-    if (missing) {
-        ShowMessage(this, Text(message));
-        FocusField(field);
-    }
-    return missing;
-}
-
-void frmModem::Show(const Values& values)
-{
-    // The selection first: it sets the catalogue's string, which the remembered one then replaces.
-    SelectRow(*ui_->cboModem, values.model, *this, &frmModem::cboModem_Click);
-    ui_->txtTelefono->setText(values.number);
-    ui_->txtTentImpor->setText(values.attempts);
-    ui_->txtStringaInit->setText(values.initString);
-    ui_->txtStringaReset->setText(values.resetString);
-    (values.tone ? ui_->optToni : ui_->optImpulsi)->setChecked(true);
-}
-
-void frmModem::Annulla_Click()
-{
-    Show(undo_);
-    hide();
+    const bool isPositive = LeadingNumber(ToStd(ui_->txtTentImpor->text())) >= 1;
+    if (RequireText(*ui_->txtTelefono, text::phoneNumberMissing) &&
+        RequireText(*ui_->txtTentImpor, text::attemptsMissing) &&
+        Require(isPositive, *ui_->txtTentImpor, text::attemptsBelowOne) &&
+        RequireText(*ui_->txtStringaInit, text::initStringMissing) &&
+        RequireText(*ui_->txtStringaReset, text::resetStringMissing))
+        hide();
 }
 
 } // namespace corvrec

@@ -2,10 +2,7 @@
 
 #include "core/device/modem_session.h"
 #include "core/site/modem_catalogue.h"
-#include "core/text_ids.h"
-
-#include <QDialog>
-#include <QString>
+#include "ui/editor/option_dialog.h"
 
 #include <filesystem>
 #include <memory>
@@ -18,12 +15,9 @@ class frmModem;
 namespace corvrec
 {
 
-struct SiteRecord;
-
 // The dial-up settings of a remote site, and the modem catalogue, which offers an initialisation string for
-// each model. The controls hold the values: loading a site sets them, saving reads them, and Annulla undoes
-// the user's changes.
-class frmModem : public QDialog
+// each model.
+class frmModem : public OptionDialog
 {
     Q_OBJECT
 
@@ -32,51 +26,28 @@ public:
     explicit frmModem(const std::filesystem::path& directory, QWidget* parent = nullptr);
     ~frmModem() override;
 
-    // Remembers the values that Annulla restores. To be called before each showing.
-    void RegisterUndo() { undo_ = Take(); }
+    void RegisterUndo() override;
+    void ShowRecord(const SiteRecord& site) override;
+    void FillRecord(SiteRecord& site) const override;
 
-    // Resets the controls to their values at the program's start.
-    void ShowFirstState() { Show(firstState_); }
-
-    // A value that the record lacks stays as it is.
-    void ShowRecord(const SiteRecord& site);
-    void FillRecord(SiteRecord& site) const;
+    // Selects the first model of the catalogue, with its initialisation string.
+    void SelectFirstModel();
 
     // The values that dialling needs.
     ModemSettings Settings() const;
 
-    // Escape and the close box act like the Annulla button.
-    void reject() override { Annulla_Click(); }
-
 protected:
-    void showEvent(QShowEvent* event) override;
+    void RestoreUndo() override;
 
 private:
     void FillModels();
     [[nodiscard]] bool IsCatalogueEmpty() const;
     void cboModem_Click();
     void OK_Click();
-    void Annulla_Click();
-
-    // Shows the message and focuses the field when `missing`; returns `missing`.
-    bool Missing(QWidget& field, TextId message, bool missing);
-
-    struct Values {
-        int model = 0;
-        QString number;
-        QString attempts;
-        QString initString;
-        QString resetString;
-        bool tone = true;
-    };
-
-    Values Take() const;
-    void Show(const Values& values);
 
     std::unique_ptr<Ui::frmModem> ui_;
     ModemCatalogue catalogue_;
-    Values firstState_;
-    Values undo_;
+    int undoRow_ = 0;
 };
 
 } // namespace corvrec

@@ -1,18 +1,16 @@
 #include "ui/editor/frmTrasfAvanzate.h"
 
-#include "core/site/site_record.h"
 #include "ui/widgets/dialogs.h"
 #include "ui/widgets/texts.h"
 #include "ui_frmTrasfAvanzate.h"
 
 #include <QEvent>
-#include <QShowEvent>
 
 namespace corvrec
 {
 
 frmTrasfAvanzate::frmTrasfAvanzate(QWidget* parent)
-    : QDialog(parent)
+    : OptionDialog(parent)
     , ui_(std::make_unique<Ui::frmTrasfAvanzate>())
 {
     ui_->setupUi(this);
@@ -27,18 +25,9 @@ frmTrasfAvanzate::frmTrasfAvanzate(QWidget* parent)
     ui_->lblHelpTrasformazioni->setText(Text(text::fixCrLfHelp));
     CentreDialog(*this);
     ui_->lblHelpTrasformazioni->clear();
-    firstState_ = Take();
 }
 
 frmTrasfAvanzate::~frmTrasfAvanzate() = default;
-
-frmTrasfAvanzate::Values frmTrasfAvanzate::Take() const
-{
-    return {.fixCrLf = ui_->chkCrLf->isChecked(),
-            .addDate = ui_->chkData->isChecked(),
-            .dropNulls = ui_->chkNull->isChecked(),
-            .addTime = ui_->chkOra->isChecked()};
-}
 
 void frmTrasfAvanzate::ShowRecord(const SiteRecord& site)
 {
@@ -56,13 +45,6 @@ void frmTrasfAvanzate::FillRecord(SiteRecord& site) const
     site.fixCrLf = ui_->chkCrLf->isChecked();
 }
 
-void frmTrasfAvanzate::showEvent(QShowEvent* event)
-{
-    QDialog::showEvent(event);
-    if (!event->spontaneous())
-        FocusField(*ui_->chkData);
-}
-
 // The box with the focus explains itself in the text below the boxes.
 bool frmTrasfAvanzate::eventFilter(QObject* watched, QEvent* event)
 {
@@ -76,25 +58,11 @@ bool frmTrasfAvanzate::eventFilter(QObject* watched, QEvent* event)
         else if (watched == ui_->chkCrLf)
             ui_->lblHelpTrasformazioni->setText(Text(text::fixCrLfHelp));
     }
-    return QDialog::eventFilter(watched, event);
+    return OptionDialog::eventFilter(watched, event);
 }
 
 void frmTrasfAvanzate::OK_Click()
 {
-    hide();
-}
-
-void frmTrasfAvanzate::Show(const Values& values)
-{
-    ui_->chkCrLf->setChecked(values.fixCrLf);
-    ui_->chkData->setChecked(values.addDate);
-    ui_->chkNull->setChecked(values.dropNulls);
-    ui_->chkOra->setChecked(values.addTime);
-}
-
-void frmTrasfAvanzate::Annulla_Click()
-{
-    Show(undo_);
     hide();
 }
 
