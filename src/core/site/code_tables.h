@@ -39,15 +39,19 @@ inline constexpr int stratobox30 = 4;
 inline constexpr int stratoboxBuffer = 5;
 } // namespace device
 
-// Shown for the handshake that uses the flow-control characters Xon and Xoff.
-inline constexpr std::string_view kSoftwareHandshake = "Software";
-
 // Key "Handshake". The row number is also the port's own value (LineSettings::handshaking).
 inline constexpr std::array<CodeRow, 3> kHandshakes{{
     {"NONE", text::noHandshake},
-    {"XON", kSoftwareHandshake},
+    {"XON", "Software"},
     {"HDW", "Hardware"},
 }};
+
+// Rows of kHandshakes.
+namespace handshake
+{
+inline constexpr int software = 1; // uses the flow-control characters Xon and Xoff
+inline constexpr int hardware = 2;
+} // namespace handshake
 
 // Key "Parita". The code is also the parity letter of LineSettings::settings.
 inline constexpr std::array<CodeRow, 3> kParities{{
@@ -58,6 +62,9 @@ inline constexpr std::array<CodeRow, 3> kParities{{
 
 // When a site's data is acquired. The values are the rows of the schedule list.
 enum class ScheduleKind { continuous = 0, hourly = 1, daily = 2, weekly = 3 };
+
+// The rows' texts.
+inline constexpr std::array kScheduleTexts{text::continuous, text::hourly, text::daily, text::weekly};
 
 // Weekday bits, as the settings file adds them up in "Ricorrenza".
 namespace weekday

@@ -8,6 +8,7 @@
 #include "core/file/profile_file.h"
 #include "core/file/section.h"
 #include "core/site/conversions.h"
+#include "core/site/new_site.h"
 #include "core/site/site_keys.h"
 #include "core/site/site_list.h"
 #include "ui/buffer/frmSX.h"
@@ -54,7 +55,6 @@ constexpr int afterLast = 3;
 // How the schedule's controls look for a kind. A kind without a unit has no parameters. mask and format
 // belong to the interval field; interval is the text that it gets when the kind is chosen.
 struct KindRule {
-    TextId kind;
     TextId help;
     std::optional<TextId> unit;
     const char* mask;
@@ -65,10 +65,10 @@ struct KindRule {
 
 // In the order of ScheduleKind.
 constexpr std::array<KindRule, 4> kKindRules{{
-    {text::continuous, text::continuousHelp, std::nullopt, "", "", "1", false},
-    {text::hourly, text::hourlyHelp, text::hoursFrom, "##:##", "hh:mm", "__:__", false},
-    {text::daily, text::dailyHelp, text::daysAt, "", "", "1", false},
-    {text::weekly, text::weeklyHelp, text::weeksAt, "", "", "1", true},
+    {text::continuousHelp, std::nullopt, "", "", "1", false},
+    {text::hourlyHelp, text::hoursFrom, "##:##", "hh:mm", "__:__", false},
+    {text::dailyHelp, text::daysAt, "", "", "1", false},
+    {text::weeklyHelp, text::weeksAt, "", "", "1", true},
 }};
 
 // In the order of the list, as kWeekdayRows.
@@ -116,8 +116,8 @@ frmDettaglio::frmDettaglio(Environment environment, const SiteListView& list, QW
     SelectRow(*ui_->cboRicorrenza, static_cast<int>(ScheduleKind::weekly), *this,
               &frmDettaglio::cboRicorrenza_Click);
     CentreDialog(*this);
+    ShowFirstState();
     InitFormDettagli();
-    firstState_ = TakeRecord();
 }
 
 frmDettaglio::~frmDettaglio() = default;
@@ -186,8 +186,8 @@ void frmDettaglio::FillLists()
     FillList(*ui_->cboBitStop, {"1", "2"});
     FillList(*ui_->cboHandS, ShownTexts(kHandshakes));
     QStringList kinds;
-    for (const KindRule& rule : kKindRules)
-        kinds.append(Text(rule.kind));
+    for (const TextId kind : kScheduleTexts)
+        kinds.append(Text(kind));
     FillList(*ui_->cboRicorrenza, kinds);
 }
 
@@ -220,38 +220,36 @@ void frmDettaglio::MostraDati(std::string_view code)
 
 void frmDettaglio::InitFormDettagli()
 {
-    EnableConnectionKind(false);
-    ui_->optLocale->setChecked(true);
-    SelectRow(*ui_->cboTipoConn, device::pabx, *this, &frmDettaglio::cboTipoConn_Click);
-    // 1 stop bit, no parity, 8 data bits, 9600 baud; hardware handshake; continuous.
-    SetRow(*ui_->cboBitStop, 0);
-    SetRow(*ui_->cboParita, 0);
-    SetRow(*ui_->cboBitDati, 1);
-    SetRow(*ui_->cboVelocita, 1);
-    SelectRow(*ui_->cboHandS, 2, *this, &frmDettaglio::cboHandS_Click);
-    SelectRow(*ui_->cboRicorrenza, 0, *this, &frmDettaglio::cboRicorrenza_Click);
-
-    const DateTime now = environment_.clock.Now();
-    ui_->mskOrario->setSelection(0, 2);
-    ui_->mskOrario->setSelText(ToQt(TwoDigits(now.hour)));
-    // Position 2 is the colon, which filling in skips.
-    ui_->mskOrario->setSelection(2, 2);
-    ui_->mskOrario->setSelText(ToQt(TwoDigits(now.minute)));
-
+    SiteRecord site = FirstValues();
+    // Deliberate: these, and the option dialogs, keep what the last site put there. Older editors do it.
+    site.xon.reset();
+    site.xoff.reset();
+    site.weekdays.reset();
+    ShowPages(site);
     ClearIdentity();
-    ui_->chkAbilitato->setChecked(false);
-
-    const QString own = OwnDirectory(environment_);
-    const auto besideProgram = [&own](const QString& file) {
-        QString directory = own;
-        return ProperCasePath(JoinPath(file, directory, own));
-    };
-    ui_->txtDati->setText(besideProgram("Corvrec.txt"));
-    ui_->txtDati2->setText(besideProgram("CRemoto.txt"));
-    ui_->txtStorico->setText(besideProgram("Storico.txt"));
-    ui_->txtLog->setText("Corvrec.log"); // deliberately without a directory: recorders expect it so
     for (QLineEdit* const field : {ui_->txtDati, ui_->txtDati2, ui_->txtStorico, ui_->txtLog})
         field->selectAll();
+}
+
+void frmDettaglio::ShowFirstState()
+{
+    for (int row = 0; row < ui_->lstGiorni->count(); ++row)
+        ui_->lstGiorni->SetMarked(row, false);
+    modem_->SelectFirstModel();
+    ShowRecord(FirstValues());
+}
+
+// A new site whose files are next to the program; the log file deliberately without a directory, as recorders
+// expect it.
+SiteRecord frmDettaglio::FirstValues() const
+{
+    SiteRecord site = NewSite(environment_.clock.Now());
+    const QString own = OwnDirectory(environment_);
+    for (std::optional<std::string>* const file : {&site.dataFile, &site.exchangeFile, &site.historyFile}) {
+        QString directory = own;
+        *file = ToStd(ProperCasePath(JoinPath(ToQt(**file), directory, own)));
+    }
+    return site;
 }
 
 void frmDettaglio::ClearIdentity()
@@ -389,7 +387,7 @@ void frmDettaglio::optRemoto_Click()
 
 void frmDettaglio::cboHandS_Click()
 {
-    EnableFlowCharacters(ui_->cboHandS->currentText() == ToQt(kSoftwareHandshake));
+    EnableFlowCharacters(ui_->cboHandS->currentIndex() == handshake::software);
 }
 
 void frmDettaglio::EnableHandshake(bool enabled)
@@ -417,26 +415,23 @@ void frmDettaglio::EnableConnectionKind(bool enabled)
 
 void frmDettaglio::cboRicorrenza_Click()
 {
-    const QString chosen = ui_->cboRicorrenza->currentText();
-    const auto* const rule = std::ranges::find_if(
-        kKindRules, [&chosen](const KindRule& candidate) { return chosen == Text(candidate.kind); });
-    if (rule == kKindRules.end())
+    if (ui_->cboRicorrenza->currentIndex() < 0)
         return;
-
-    ui_->lblHelpParametri->setText(Text(rule->help));
-    ui_->lblNessuno->setVisible(!rule->unit);
-    ui_->lblOgni->setVisible(rule->unit.has_value());
-    ui_->txtTempo->setVisible(rule->unit.has_value());
-    if (rule->unit)
-        ui_->txtTempo->setText(Text(*rule->unit));
-    ui_->mskValore->setEnabled(rule->unit.has_value());
-    ui_->mskOrario->setEnabled(rule->unit.has_value());
-    ui_->lstGiorni->setVisible(rule->weekdays);
+    const KindRule& rule = kKindRules.at(static_cast<std::size_t>(ui_->cboRicorrenza->currentIndex()));
+    ui_->lblHelpParametri->setText(Text(rule.help));
+    ui_->lblNessuno->setVisible(!rule.unit);
+    ui_->lblOgni->setVisible(rule.unit.has_value());
+    ui_->txtTempo->setVisible(rule.unit.has_value());
+    if (rule.unit)
+        ui_->txtTempo->setText(Text(*rule.unit));
+    ui_->mskValore->setEnabled(rule.unit.has_value());
+    ui_->mskOrario->setEnabled(rule.unit.has_value());
+    ui_->lstGiorni->setVisible(rule.weekdays);
 
     // The mask first, so that the text fits it. A change of kind always discards what the user typed.
-    ui_->mskValore->setMask(rule->mask);
-    ui_->mskValore->setFormat(rule->format);
-    ui_->mskValore->setText(rule->interval);
+    ui_->mskValore->setMask(rule.mask);
+    ui_->mskValore->setFormat(rule.format);
+    ui_->mskValore->setText(rule.interval);
 }
 
 void frmDettaglio::mskOrario_GotFocus()

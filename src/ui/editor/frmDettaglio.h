@@ -49,12 +49,12 @@ public:
     bool Nuovo() const { return nuovo_; }
     void SetNuovo(bool nuovo) { nuovo_ = nuovo; }
 
-    // Sets the defaults of a new site. Controls that have no default keep their values.
+    // Sets the controls to the values of a new site, for the keys that an existing site lacks. The flow
+    // characters, the weekdays and the option dialogs keep their values.
     void InitFormDettagli();
 
-    // Resets the controls without a default, those of the option dialogs too, to their values at the
-    // program's start, so that nothing of the last open site gets into a new one. The mark of "Ora" is no
-    // control and stays.
+    // Sets all controls, those of the option dialogs too, to the values of a new site, so that nothing of the
+    // last open site gets into it.
     void ShowFirstState();
 
     // Empties name and code.
@@ -125,7 +125,9 @@ private:
     std::string_view Save();
     void FocusFieldOf(std::string_view key);
 
+    SiteRecord FirstValues() const;
     void ShowRecord(const SiteRecord& site);
+    void ShowPages(const SiteRecord& site);
     void ShowConnection(const SiteRecord& site);
     void ShowSchedule(const SiteRecord& site);
     void ShowFiles(const SiteRecord& site);
@@ -137,8 +139,6 @@ private:
     std::unique_ptr<frmTrasfAvanzate> transformations_;
     std::unique_ptr<frmFileAvanzate> alerts_;
     std::unique_ptr<frmModem> modem_;
-    // The values at the program's start, for ShowFirstState.
-    SiteRecord firstState_;
     bool cancel_ = false;
     bool nuovo_ = false;
     // "Ora" of the last loaded site ended in "p". Written back when any site is saved.

@@ -57,24 +57,17 @@ int TakeWeekdays(const CheckList& list)
 
 void frmDettaglio::ShowRecord(const SiteRecord& site)
 {
-    ShowConnection(site);
-    ShowSchedule(site);
+    ShowPages(site);
     transformations_->ShowRecord(site);
-    ShowFiles(site);
     modem_->ShowRecord(site);
     alerts_->ShowRecord(site);
 }
 
-void frmDettaglio::ShowFirstState()
+void frmDettaglio::ShowPages(const SiteRecord& site)
 {
-    ShowFlowCharacter(firstState_.xon, *ui_->chkXon, *ui_->txtXon);
-    ShowFlowCharacter(firstState_.xoff, *ui_->chkXoff, *ui_->txtXoff);
-    for (int row = 0; row < ui_->lstGiorni->count(); ++row)
-        ui_->lstGiorni->SetMarked(row, false);
-    transformations_->ShowRecord(firstState_);
-    alerts_->ShowRecord(firstState_);
-    modem_->SelectFirstModel(); // its name may be empty
-    modem_->ShowRecord(firstState_);
+    ShowConnection(site);
+    ShowSchedule(site);
+    ShowFiles(site);
 }
 
 void frmDettaglio::ShowConnection(const SiteRecord& site)

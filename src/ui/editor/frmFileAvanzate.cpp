@@ -1,5 +1,6 @@
 #include "ui/editor/frmFileAvanzate.h"
 
+#include "core/site/new_site.h"
 #include "ui/widgets/dialogs.h"
 #include "ui/widgets/qt_text.h"
 #include "ui_frmFileAvanzate.h"
@@ -37,6 +38,7 @@ frmFileAvanzate::frmFileAvanzate(QWidget* parent)
     connect(ui_->Annulla, &QPushButton::clicked, this, &frmFileAvanzate::Annulla_Click);
     LocaliseDialog(*this);
     ClickAtOnce(*this);
+    ShowRecord(NewSite({}));
     CentreDialog(*this);
 }
 

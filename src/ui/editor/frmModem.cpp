@@ -1,6 +1,7 @@
 #include "ui/editor/frmModem.h"
 
 #include "core/site/conversions.h"
+#include "core/site/new_site.h"
 #include "ui/widgets/dialogs.h"
 #include "ui/widgets/qt_text.h"
 #include "ui/widgets/selections.h"
@@ -65,6 +66,7 @@ frmModem::frmModem(const std::filesystem::path& directory, QWidget* parent)
     TabToChosenOption(*this);
     FillModels();
     SelectFirstModel();
+    ShowRecord(NewSite({}));
     GuardWheel(*this);
     CentreDialog(*this);
 }
