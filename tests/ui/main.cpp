@@ -7,6 +7,7 @@
 // CORVREC_SCREEN=two gives it two screens.
 
 #include "tests/support/registered_test.h"
+#include "ui/widgets/texts.h"
 
 #include <QApplication>
 #include <QTemporaryFile>
@@ -49,7 +50,9 @@ int main(int argc, char* argv[])
     SetScreens(screens);
     QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    const QApplication application(argc, argv);
+    qputenv("LC_ALL", "it_IT.UTF-8"); // whatever the machine's language is
+    QApplication application(argc, argv);
+    corvrec::InstallTexts(application);
     const auto test = corvrec::MakeRegisteredTest(argv[1]);
     if (!test) {
         std::fprintf(stderr, "No such test class: %s\n", argv[1]);
