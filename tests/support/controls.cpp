@@ -87,6 +87,16 @@ QString Shown(const QWidget& control)
     qFatal("%s shows nothing", qPrintable(control.objectName()));
 }
 
+bool HasColour(QWidget& control, const QColor& colour)
+{
+    const QImage image = control.grab().toImage();
+    for (int i = 0; i < image.width() * image.height(); ++i) {
+        if (image.pixelColor(i % image.width(), i / image.width()) == colour)
+            return true;
+    }
+    return false;
+}
+
 bool IsEnabled(const QWidget& control)
 {
     return control.isEnabledTo(control.parentWidget());

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 
+class QColor;
 class QComboBox;
 class QLineEdit;
 
@@ -27,6 +28,9 @@ void Drag(QWidget& control, QPoint from, QPoint to);
 // What a control shows: the text of a field or label, or a list's current entry; "on" or "off" for a check
 // box or option button; the numbers of the checked rows for a check list ("0 1 6").
 QString Shown(const QWidget& control);
+
+// Whether the control, painted now, has a pixel of exactly this colour.
+bool HasColour(QWidget& control, const QColor& colour);
 
 // The control's own flag, ignoring the page or group around it.
 bool IsEnabled(const QWidget& control);

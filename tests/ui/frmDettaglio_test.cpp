@@ -1,4 +1,3 @@
-#include "tests/support/colours.h"
 #include "tests/support/controls.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/registered_test.h"
