@@ -1,12 +1,8 @@
 // Every window used by keyboard only, and as a screen reader sees it.
-#include "core/site/code_tables.h"
-#include "tests/support/buffer_window.h"
+#include "tests/support/all_windows.h"
 #include "tests/support/controls.h"
-#include "tests/support/editor_window.h"
 #include "tests/support/registered_test.h"
-#include "ui/help/guide.h"
 #include "ui/widgets/check_list.h"
-#include "ui/widgets/texts.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -33,79 +29,15 @@ namespace corvrec
 namespace
 {
 
-// Sites that together need every control of the editor.
-enum class Site { added, bySoftwareEachWeek, byModemEachHour };
-
-// All windows of the program, with the tested one in front.
-struct Windows {
-    Windows(const QString& name, int page, Site site = Site::added)
-    {
-        buffer.Dialog().SetAzione(-1); // neither connects nor hangs up
-        Prepare(site);
-        program.At<QTabWidget>("tabSetup").setCurrentIndex(page);
-        if (name == "frmGuida")
-            QTest::keyClick(&program.List(), Qt::Key_F1);
-        const auto all = QApplication::topLevelWidgets();
-        const auto named =
-            std::ranges::find_if(all, [&name](const QWidget* each) { return each->objectName() == name; });
-        if (named == all.end())
-            qFatal("no window %s", qPrintable(name));
-        window = *named;
-        window->show();
-        BringToFront(*window);
-    }
-
-    void Prepare(Site site)
-    {
-        if (site == Site::added)
-            return;
-        const bool isByModem = site == Site::byModemEachHour;
-        program.Choice("cboTipoConn").setCurrentIndex(isByModem ? device::stratoboxBuffer : device::pabx);
-        program.Choice("cboHandS").setCurrentIndex(1);                      // Software
-        program.Choice("cboRicorrenza").setCurrentIndex(isByModem ? 1 : 3); // hourly, weekly
-        if (isByModem)
-            program.At<QRadioButton>("optRemoto").click();
-        for (const char* const alert : {"chkFile", "chkSpazio"})
-            program.Box(alert).setChecked(true);
-        program.At<CheckList>("lstGiorni").SetMarked(2, true);
-    }
-
-    Guide guide{*qApp};
-    EditorWindow program{SettingsWith({"A", "B"})};
-    BufferWindow buffer;
-    QWidget* window = nullptr;
-};
-
-void AddWindows()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<Site>("site");
-    QTest::newRow("site list") << "frmSiti" << 0 << Site::added;
-    QTest::newRow("connection") << "frmDettaglio" << 0 << Site::added;
-    QTest::newRow("connection, Xon and Xoff") << "frmDettaglio" << 0 << Site::bySoftwareEachWeek;
-    QTest::newRow("connection, by modem") << "frmDettaglio" << 0 << Site::byModemEachHour;
-    QTest::newRow("schedule") << "frmDettaglio" << 1 << Site::added;
-    QTest::newRow("schedule, weekly") << "frmDettaglio" << 1 << Site::bySoftwareEachWeek;
-    QTest::newRow("schedule, hourly") << "frmDettaglio" << 1 << Site::byModemEachHour;
-    QTest::newRow("files") << "frmDettaglio" << 2 << Site::added;
-    QTest::newRow("transformations") << "frmTrasfAvanzate" << 0 << Site::added;
-    QTest::newRow("alerts") << "frmFileAvanzate" << 0 << Site::added;
-    QTest::newRow("alerts, on") << "frmFileAvanzate" << 0 << Site::byModemEachHour;
-    QTest::newRow("modem") << "frmModem" << 0 << Site::added;
-    QTest::newRow("buffer status") << "frmSX" << 0 << Site::added;
-    QTest::newRow("modem connection") << "frmConnessione" << 0 << Site::added;
-}
-
-void AddWindowsAndGuide()
-{
-    AddWindows();
-    QTest::newRow("guide") << "frmGuida" << 0 << Site::added;
-}
-
 bool CanBeUsed(const QWidget& control)
 {
     return control.isVisible() && control.isEnabled();
+}
+
+bool IsStop(const QWidget& control)
+{
+    return control.isVisible() && (control.focusPolicy() & Qt::TabFocus) != 0 &&
+           control.focusProxy() == nullptr;
 }
 
 // In a group of option buttons, Tab reaches the checked one; the arrow keys move to the others.
@@ -116,14 +48,11 @@ bool IsReachedByArrows(const QWidget& control)
 }
 
 // Names of the controls that a keyboard user must be able to reach, sorted.
-QStringList ControlsToReach(const QWidget& window)
+QStringList ControlsToReach(AllWindows& windows)
 {
     QStringList names;
-    for (const QWidget* const control : window.findChildren<QWidget*>()) {
-        const bool isReached = control->window() == &window && CanBeUsed(*control) &&
-                               (control->focusPolicy() & Qt::TabFocus) != 0 &&
-                               control->focusProxy() == nullptr && !IsReachedByArrows(*control);
-        if (isReached)
+    for (const QWidget* const control : windows.Controls()) {
+        if (IsStop(*control) && control->isEnabled() && !IsReachedByArrows(*control))
             names.append(control->objectName());
     }
     names.sort();
@@ -131,25 +60,20 @@ QStringList ControlsToReach(const QWidget& window)
 }
 
 // The targets of each mnemonic; several where captions share a letter.
-std::map<QKeySequence, std::vector<QWidget*>> Mnemonics(const QWidget& window)
+std::map<QKeySequence, std::vector<QWidget*>> Mnemonics(AllWindows& windows)
 {
     std::map<QKeySequence, std::vector<QWidget*>> found;
     const auto add = [&found](const QString& caption, QWidget* target) {
         const QKeySequence mnemonic = QKeySequence::mnemonic(caption);
-        if (!mnemonic.isEmpty())
+        if (target != nullptr && CanBeUsed(*target) && !mnemonic.isEmpty())
             found[mnemonic].push_back(target);
     };
-    for (QWidget* const control : window.findChildren<QWidget*>()) {
-        if (control->window() != &window || !CanBeUsed(*control))
-            continue;
-        if (auto* const label = qobject_cast<QLabel*>(control);
-            label != nullptr && label->buddy() != nullptr) {
-            if (CanBeUsed(*label->buddy()))
-                add(label->text(), label->buddy());
-        } else if (auto* const button = qobject_cast<QAbstractButton*>(control)) {
-            add(button->text(), button);
-        }
+    for (QLabel* const label : windows.Controls<QLabel>()) {
+        if (CanBeUsed(*label))
+            add(label->text(), label->buddy());
     }
+    for (QAbstractButton* const button : windows.Controls<QAbstractButton>())
+        add(button->text(), button);
     return found;
 }
 
@@ -172,11 +96,21 @@ private:
     bool wasClicked_ = false;
 };
 
-// Disconnects the buttons, so that a click opens nothing.
-void Silence(QWidget& window)
+// Where captions share a letter, each press moves to the next of them.
+bool LeadsToAll(QWidget& window, const QKeySequence& mnemonic, const std::vector<QWidget*>& targets)
 {
-    for (QAbstractButton* const button : window.findChildren<QAbstractButton*>())
-        QObject::disconnect(button, &QAbstractButton::clicked, nullptr, nullptr);
+    std::vector<std::unique_ptr<Arrival>> arrivals;
+    for (QWidget* const target : targets)
+        arrivals.push_back(std::make_unique<Arrival>(*target));
+    std::set<const Arrival*> come;
+    for (std::size_t press = 0; press < targets.size(); ++press) {
+        QTest::keyClick(&window, static_cast<Qt::Key>(mnemonic[0].key()), Qt::AltModifier);
+        for (const auto& arrival : arrivals) {
+            if (arrival->HasCome())
+                come.insert(arrival.get());
+        }
+    }
+    return come.size() == targets.size();
 }
 
 void CheckMarks(QAccessibleInterface& seen, const CheckList& list)
@@ -190,24 +124,36 @@ void CheckMarks(QAccessibleInterface& seen, const CheckList& list)
     }
 }
 
-void Check(QAccessibleInterface& control, QWidget& widget)
+// The name, role and value of one control.
+void CheckSeen(QWidget& widget)
 {
+    QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(&widget);
     const QByteArray where = widget.objectName().toUtf8();
-    const QAccessible::Role role = control.role();
-    QVERIFY2(role != QAccessible::NoRole && role != QAccessible::Client && role != QAccessible::Pane,
-             qPrintable(QString("%1 has role %2").arg(widget.objectName()).arg(role)));
+    const QAccessible::Role role = seen.role();
+    QVERIFY2(role != QAccessible::NoRole && role != QAccessible::Client && role != QAccessible::Pane, where);
     // A list reports its current entry as its name; the name required here says what the list is for.
-    const bool isNamed = role == QAccessible::ComboBox ? !AccessibleName(widget).isEmpty()
-                                                       : !control.text(QAccessible::Name).isEmpty();
-    QVERIFY2(isNamed, where + " has no name");
+    const QString name =
+        role == QAccessible::ComboBox ? AccessibleName(widget) : seen.text(QAccessible::Name);
+    QVERIFY2(!name.isEmpty(), where);
     if (role == QAccessible::EditableText || role == QAccessible::ComboBox)
-        QVERIFY2(control.text(QAccessible::Value) == Shown(widget),
-                 where + " reports another value than it shows");
+        QVERIFY2(seen.text(QAccessible::Value) == Shown(widget), where);
     if (role == QAccessible::CheckBox || role == QAccessible::RadioButton)
-        QVERIFY2((control.state().checked != 0) == (Shown(widget) == "on"), where);
-    QVERIFY2((control.state().disabled != 0) == !widget.isEnabled(), where);
+        QVERIFY2((seen.state().checked != 0) == (Shown(widget) == "on"), where);
+    QVERIFY2((seen.state().disabled != 0) == !widget.isEnabled(), where);
     if (const auto* const list = qobject_cast<const CheckList*>(&widget))
-        CheckMarks(control, *list);
+        CheckMarks(seen, *list);
+}
+
+// The tool tip is the description, and not the name.
+void CheckDescription(QWidget& control)
+{
+    QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(&control);
+    QCOMPARE(seen.text(QAccessible::Description),
+             QTextDocumentFragment::fromHtml(control.toolTip()).toPlainText());
+    const QString name = seen.text(QAccessible::Name);
+    control.setToolTip({});
+    control.setAccessibleDescription({});
+    QCOMPARE(name, seen.text(QAccessible::Name));
 }
 
 } // namespace
@@ -217,105 +163,76 @@ class access_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase()
+    static void initTestCase() { QAccessible::setActive(true); }
+
+    static void tabLeadsToEveryControlAndBack_data() { AddWindows(); }
+    static void tabLeadsToEveryControlAndBack()
     {
-        InstallTexts(*qApp);
-        QAccessible::setActive(true);
-    }
+        QFETCH(const WindowCase, tested);
+        AllWindows windows(tested);
 
-    static void tabLeadsToEveryControl_data() { AddWindows(); }
-    static void tabLeadsToEveryControl()
-    {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const Site, site);
-        const Windows windows(name, page, site);
+        QStringList forward = TabRound(windows.Tested());
+        QStringList back;
+        for (qsizetype i = 0; i < forward.size(); ++i) {
+            back.prepend(windows.Tested().focusWidget()->objectName());
+            QTest::keyClick(windows.Tested().focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+        }
 
-        QStringList reached = TabRound(*windows.window);
-        reached.sort();
-
-        QVERIFY(!reached.isEmpty());
-        QCOMPARE(reached, ControlsToReach(*windows.window));
+        QVERIFY(!forward.isEmpty());
+        forward.append(forward.takeFirst()); // so that both start at the same control
+        QCOMPARE(back, forward);
+        forward.sort();
+        QCOMPARE(forward, ControlsToReach(windows));
     }
 
     static void tabLeavesTheGuideAfterItsLinks()
     {
         constexpr int kMoreThanItsLinks = 300;
-        const Windows windows("frmGuida", 0);
+        AllWindows windows(kGuideCase);
 
         QStringList reached;
         for (int press = 0; press < kMoreThanItsLinks; ++press) {
-            reached.append(windows.window->focusWidget()->objectName());
-            QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab);
+            reached.append(windows.Tested().focusWidget()->objectName());
+            QTest::keyClick(windows.Tested().focusWidget(), Qt::Key_Tab);
         }
 
         reached.removeDuplicates();
         reached.sort();
-        QCOMPARE(reached, ControlsToReach(*windows.window));
+        QCOMPARE(reached, ControlsToReach(windows));
     }
 
-    static void shiftTabLeadsBack_data() { AddWindows(); }
-    static void shiftTabLeadsBack()
+    static void mnemonicsActivateTheirControls_data()
     {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const Site, site);
-        const Windows windows(name, page, site);
-        QStringList forward = TabRound(*windows.window);
-
-        QStringList back;
-        for (qsizetype i = 0; i < forward.size(); ++i) {
-            back.prepend(windows.window->focusWidget()->objectName());
-            QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
-        }
-
-        forward.append(forward.takeFirst()); // so that both start at the same control
-        QCOMPARE(back, forward);
+        AddWindows();
+        QTest::newRow("guide") << kGuideCase;
     }
-
-    static void mnemonicsActivateTheirControls_data() { AddWindowsAndGuide(); }
     static void mnemonicsActivateTheirControls()
     {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const Site, site);
-        Windows windows(name, page, site);
-        Silence(*windows.window);
+        QFETCH(const WindowCase, tested);
+        AllWindows windows(tested);
+        for (QAbstractButton* const button : windows.Controls<QAbstractButton>())
+            QObject::disconnect(button, &QAbstractButton::clicked, nullptr, nullptr); // opens nothing
 
-        for (const auto& [mnemonic, targets] : Mnemonics(*windows.window)) {
-            windows.Prepare(site); // the previous mnemonic may have disabled something
-            const auto key = static_cast<Qt::Key>(mnemonic[0].key());
-            std::vector<std::unique_ptr<Arrival>> arrivals;
-            for (QWidget* const target : targets)
-                arrivals.push_back(std::make_unique<Arrival>(*target));
-            // Where captions share a letter, each press moves to the next of them.
-            std::set<const Arrival*> come;
-            for (std::size_t press = 0; press < targets.size(); ++press) {
-                QTest::keyClick(windows.window, key, Qt::AltModifier);
-                for (const auto& arrival : arrivals) {
-                    if (arrival->HasCome())
-                        come.insert(arrival.get());
-                }
-            }
-            QVERIFY2(come.size() == targets.size(), qPrintable(mnemonic.toString() + " in " + name));
+        for (const auto& [mnemonic, targets] : Mnemonics(windows)) {
+            windows.Prepare(tested.site); // the previous mnemonic may have disabled something
+            QVERIFY2(LeadsToAll(windows.Tested(), mnemonic, targets), qPrintable(mnemonic.toString()));
         }
     }
 
     static void arrowsLeadThroughTheOptions()
     {
-        const Windows windows("frmModem", 0);
-        auto options = windows.window->findChildren<QRadioButton*>();
+        AllWindows windows({.window = "frmModem"});
+        auto options = windows.Controls<QRadioButton>();
         options.removeIf([](const QRadioButton* option) { return !CanBeUsed(*option); });
         QVERIFY(options.size() > 1);
         const auto chosen =
             std::ranges::find_if(options, [](const QRadioButton* each) { return each->isChecked(); });
-        QVERIFY(chosen != options.end());
         (*chosen)->setFocus();
 
         QStringList visited{(*chosen)->objectName()};
         for (const Qt::Key arrow : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Left, Qt::Key_Up}) {
-            QTest::keyClick(windows.window->focusWidget(), arrow);
-            visited.append(windows.window->focusWidget()->objectName());
+            QTest::keyClick(windows.Tested().focusWidget(), arrow);
+            visited.append(windows.Tested().focusWidget()->objectName());
         }
 
         visited.removeDuplicates();
@@ -324,56 +241,34 @@ private slots:
 
     static void pagesAreTurnedByKeyboard()
     {
-        Windows windows("frmDettaglio", 0);
-        auto& pages = windows.program.At<QTabWidget>("tabSetup");
+        AllWindows windows({.window = "frmDettaglio"});
 
         for (const int page : {1, 2, 0}) {
-            QTest::keyClick(windows.window->focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
-            QCOMPARE(pages.currentIndex(), page);
+            QTest::keyClick(windows.Tested().focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+            QCOMPARE(windows.Program().Tab(), page);
         }
     }
 
-    static void screenReaderFindsNameRoleAndValue_data() { AddWindowsAndGuide(); }
-    static void screenReaderFindsNameRoleAndValue()
+    static void screenReaderDescribesEveryControl_data() { mnemonicsActivateTheirControls_data(); }
+    static void screenReaderDescribesEveryControl()
     {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const Site, site);
-        const Windows windows(name, page, site);
-        QVERIFY(!QAccessible::queryAccessibleInterface(windows.window)->text(QAccessible::Name).isEmpty());
+        QFETCH(const WindowCase, tested);
+        AllWindows windows(tested);
+        QAccessibleInterface& window = *QAccessible::queryAccessibleInterface(&windows.Tested());
+        QVERIFY(!window.text(QAccessible::Name).isEmpty());
 
-        int controls = 0;
-        for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
-            const bool isControl = control->window() == windows.window && control->isVisible() &&
-                                   (control->focusPolicy() & Qt::TabFocus) != 0 &&
-                                   control->focusProxy() == nullptr;
-            if (!isControl)
+        QStringList names; // of buttons and fields
+        for (QWidget* const control : windows.Controls()) {
+            if (IsStop(*control))
+                CheckSeen(*control);
+            if (!control->toolTip().isEmpty() && !control->objectName().isEmpty())
+                CheckDescription(*control);
+            if (!control->isVisible() || control->objectName().isEmpty())
                 continue;
-            ++controls;
-            QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(control);
-            QVERIFY2(seen != nullptr, qPrintable(control->objectName()));
-            Check(*seen, *control);
-        }
-        QVERIFY(controls > 0);
-    }
-
-    static void screenReaderDistinguishesTheControls_data() { AddWindows(); }
-    static void screenReaderDistinguishesTheControls()
-    {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const Site, site);
-        const Windows windows(name, page, site);
-
-        QStringList names;
-        for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
-            if (control->window() == windows.window && control->isVisible() &&
-                !control->objectName().isEmpty() &&
-                (qobject_cast<QAbstractButton*>(control) != nullptr ||
-                 qobject_cast<QLineEdit*>(control) != nullptr))
-                names.append(qobject_cast<QAbstractButton*>(control) != nullptr
-                                 ? QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name)
-                                 : AccessibleName(*control));
+            if (qobject_cast<QAbstractButton*>(control) != nullptr)
+                names.append(QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name));
+            else if (qobject_cast<QLineEdit*>(control) != nullptr)
+                names.append(AccessibleName(*control));
         }
 
         QStringList different = names;
@@ -382,65 +277,35 @@ private slots:
         QCOMPARE(names, different);
     }
 
-    static void screenReaderReadsTheToolTipAsDescription_data() { AddWindows(); }
-    static void screenReaderReadsTheToolTipAsDescription()
-    {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const Site, site);
-        const Windows windows(name, page, site);
-
-        for (QWidget* const control : windows.window->findChildren<QWidget*>()) {
-            if (control->window() != windows.window || control->toolTip().isEmpty())
-                continue;
-            QAccessibleInterface& seen = *QAccessible::queryAccessibleInterface(control);
-            QCOMPARE(seen.text(QAccessible::Description),
-                     QTextDocumentFragment::fromHtml(control->toolTip()).toPlainText());
-            const QString itsName = seen.text(QAccessible::Name);
-            control->setToolTip({});
-            control->setAccessibleDescription({});
-            QCOMPARE(itsName, seen.text(QAccessible::Name));
-        }
-    }
-
-    static void toolTipAppearsUnderTheMouse_data()
-    {
-        QTest::addColumn<int>("page");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("list") << 0 << "cboTipoConn";
-        QTest::newRow("label of a field") << 0 << "lblVelocita";
-        QTest::newRow("disabled button") << 0 << "cmdSX";
-        QTest::newRow("field") << 1 << "mskOrario";
-        QTest::newRow("list with check marks") << 1 << "lstGiorni";
-    }
-
     static void toolTipAppearsUnderTheMouse()
     {
-        QFETCH(const int, page);
-        QFETCH(const QString, name);
-        const Windows windows("frmDettaglio", page, Site::bySoftwareEachWeek);
-        const auto* const control = windows.window->findChild<QWidget*>(name);
-        const QPoint place = control->mapTo(windows.window, control->rect().center());
-        QWidget* const under = windows.window->childAt(place);
-        const QPoint global = windows.window->mapToGlobal(place);
-        QHelpEvent event(QEvent::ToolTip, under->mapFromGlobal(global), global);
+        // A list, a label, a disabled button, a field and a list with check marks.
+        const std::vector<std::pair<int, const char*>> controls{
+            {0, "cboTipoConn"}, {0, "lblVelocita"}, {0, "cmdSX"}, {1, "mskOrario"}, {1, "lstGiorni"}};
+        AllWindows windows({.window = "frmDettaglio", .site = Site::bySoftwareEachWeek});
+        for (const auto& [page, name] : controls) {
+            windows.Program().At<QTabWidget>("tabSetup").setCurrentIndex(page);
+            const auto& control = windows.Program().At<QWidget>(name);
+            const QPoint place = control.mapTo(&windows.Tested(), control.rect().center());
+            QWidget* const under = windows.Tested().childAt(place);
+            const QPoint global = windows.Tested().mapToGlobal(place);
+            QHelpEvent event(QEvent::ToolTip, under->mapFromGlobal(global), global);
 
-        QApplication::sendEvent(under, &event);
+            QApplication::sendEvent(under, &event);
 
-        QVERIFY(!control->toolTip().isEmpty());
-        QCOMPARE(QToolTip::text(), control->toolTip());
-        QToolTip::hideText();
+            QVERIFY2(!control.toolTip().isEmpty(), name);
+            QCOMPARE(QToolTip::text(), control.toolTip());
+            QToolTip::hideText();
+        }
     }
 
     static void screenReaderReadsTheListOfSites()
     {
-        Windows windows("frmSiti", 0);
-        const auto tables = windows.window->findChildren<QAbstractItemView*>();
-        QVERIFY(!tables.isEmpty());
-        QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(tables.front());
+        AllWindows windows({.window = "frmSiti"});
+        QAccessibleInterface* const seen =
+            QAccessible::queryAccessibleInterface(windows.Controls<QAbstractItemView>().constFirst());
         QCOMPARE(seen->role(), QAccessible::Table);
         QAccessibleTableInterface* const table = seen->tableInterface();
-        QVERIFY(table != nullptr);
 
         QCOMPARE(table->rowCount(), 2);
         QStringList row;
@@ -451,15 +316,15 @@ private slots:
 
     static void screenReaderReadsTheValuesOfABuffer()
     {
-        Windows windows("frmSX", 0);
-        windows.buffer.DeviceReplies("\x02"
-                                     "0262144xx055xM001002R30210211126"
-                                     "1803*");
+        AllWindows windows({.window = "frmSX"});
+        windows.Buffer().DeviceReplies("\x02"
+                                       "0262144xx055xM001002R30210211126"
+                                       "1803*");
 
-        windows.buffer.Click("cmdStato");
+        windows.Buffer().Click("cmdStato");
 
         const auto read = [&windows](const char* label) {
-            auto& value = SiteWindow::Part<QWidget>(*windows.window, label);
+            auto& value = SiteWindow::Part<QWidget>(windows.Tested(), label);
             return AccessibleName(value) + " " +
                    QAccessible::queryAccessibleInterface(&value)->text(QAccessible::Name);
         };

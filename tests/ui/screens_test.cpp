@@ -1,16 +1,9 @@
 // Each window on a screen of a given size: as large as it needs, completely on the screen, and with every
 // control reachable. CORVREC_SCREEN sets the size, for example 1024x600, and CORVREC_FONT the size of letters
 // in percent; on a real X server, the screen keeps its size.
-#include "core/site/code_tables.h"
-#include "tests/support/buffer_window.h"
-#include "tests/support/controls.h"
-#include "tests/support/editor_window.h"
+#include "tests/support/all_windows.h"
 #include "tests/support/registered_test.h"
-#include "ui/editor/frmFileAvanzate.h"
-#include "ui/editor/frmModem.h"
-#include "ui/editor/frmTrasfAvanzate.h"
 #include "ui/widgets/dialogs.h"
-#include "ui/widgets/texts.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -20,10 +13,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTabWidget>
-#include <QTemporaryFile>
 #include <QTest>
-
-#include <memory>
 
 namespace corvrec
 {
@@ -33,68 +23,19 @@ namespace
 
 constexpr int kEnough = 560; // screen height at which every window fits
 
-// All windows, one of them opened.
-struct Windows {
-    explicit Windows(const QString& name, int page, int kind)
-    {
-        buffer.Dialog().SetAzione(-1); // neither connects nor hangs up
-        if (name == "frmSX") {
-            buffer.Open();
-            window = &buffer.Window();
-            return;
-        }
-        if (name == "frmConnessione") {
-            window = &buffer.Dialog();
-        } else if (name == "frmSiti") {
-            window = &program.List();
-        } else {
-            program.Open();
-            program.Choice("cboRicorrenza").setCurrentIndex(kind);
-            program.At<QTabWidget>("tabSetup").setCurrentIndex(page);
-            window = name == "frmDettaglio" ? &program.Editor() : program.Editor().findChild<QDialog*>(name);
-        }
-        window->show();
-        BringToFront(*window);
-        QCoreApplication::sendPostedEvents(); // completes the layouts
-    }
-
-    EditorWindow program{SettingsWith({"A", "B"})};
-    BufferWindow buffer;
-    QWidget* window = nullptr;
-};
-
-void AddWindows()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("page");
-    QTest::addColumn<int>("kind");
-    QTest::newRow("site list") << "frmSiti" << 0 << 0;
-    QTest::newRow("connection") << "frmDettaglio" << 0 << 0;
-    QTest::newRow("schedule, continuous") << "frmDettaglio" << 1 << 0;
-    QTest::newRow("schedule, hourly") << "frmDettaglio" << 1 << 1;
-    QTest::newRow("schedule, daily") << "frmDettaglio" << 1 << 2;
-    QTest::newRow("schedule, weekly") << "frmDettaglio" << 1 << 3;
-    QTest::newRow("files") << "frmDettaglio" << 2 << 0;
-    QTest::newRow("transformations") << "frmTrasfAvanzate" << 0 << 0;
-    QTest::newRow("alerts") << "frmFileAvanzate" << 0 << 0;
-    QTest::newRow("modem") << "frmModem" << 0 << 0;
-    QTest::newRow("buffer status") << "frmSX" << 0 << 0;
-    QTest::newRow("modem connection") << "frmConnessione" << 0 << 0;
-}
-
 // The controls that a user reads or uses, without their containers.
-QList<QWidget*> ControlsOf(const QWidget& window)
+QList<QWidget*> ControlsToSee(AllWindows& windows)
 {
-    QList<QWidget*> controls;
-    for (QWidget* const each : window.findChildren<QWidget*>()) {
-        const bool isOne = qobject_cast<QLabel*>(each) != nullptr ||
-                           (each->focusPolicy() != Qt::NoFocus && qobject_cast<QScrollBar*>(each) == nullptr);
+    QList<QWidget*> controls = windows.Controls();
+    controls.removeIf([](const QWidget* each) {
+        const bool isOne =
+            qobject_cast<const QLabel*>(each) != nullptr ||
+            (each->focusPolicy() != Qt::NoFocus && qobject_cast<const QScrollBar*>(each) == nullptr);
         const bool isPartOfAnother = qobject_cast<QAbstractItemView*>(each->parentWidget()) != nullptr ||
-                                     qobject_cast<QScrollArea*>(each) != nullptr ||
-                                     qobject_cast<QTabWidget*>(each) != nullptr;
-        if (isOne && !isPartOfAnother && each->window() == &window && each->isVisible())
-            controls.append(each);
-    }
+                                     qobject_cast<const QScrollArea*>(each) != nullptr ||
+                                     qobject_cast<const QTabWidget*>(each) != nullptr;
+        return !isOne || isPartOfAnother || !each->isVisible();
+    });
     return controls;
 }
 
@@ -121,6 +62,30 @@ bool IsWhole(const QWidget& control)
     return control.visibleRegion().boundingRect() == control.rect();
 }
 
+void CheckButtonsAreInView(AllWindows& windows)
+{
+    for (const auto* const button : windows.Controls<QPushButton>()) {
+        if (QStringList{"OK", "Annulla", "cmdAnnulla", "cmdStato", "cmdChiudi"}.contains(
+                button->objectName()))
+            QVERIFY2(IsWhole(*button), qPrintable(button->objectName()));
+    }
+}
+
+void CheckEveryControlCanBeSeen(AllWindows& windows)
+{
+    const QList<QWidget*> controls = ControlsToSee(windows);
+    QVERIFY(!controls.isEmpty());
+    for (QWidget* const control : controls) {
+        QScrollArea* const area = ScrolledAround(*control);
+        if (area != nullptr)
+            area->ensureWidgetVisible(control, 0, 0);
+        const QByteArray which = control->objectName().toUtf8();
+        QVERIFY2(control->size().expandedTo(Needed(*control)) == control->size(), which);
+        QVERIFY2(!control->visibleRegion().isEmpty(), which);
+        QVERIFY2(IsWhole(*control) || area != nullptr, which);
+    }
+}
+
 } // namespace
 
 class screens_test : public QObject
@@ -130,132 +95,63 @@ class screens_test : public QObject
 private slots:
     static void initTestCase()
     {
-        InstallTexts(*QCoreApplication::instance());
         QFont font = QApplication::font();
         const int percent = qEnvironmentVariableIntValue("CORVREC_FONT");
         font.setPointSizeF(font.pointSizeF() * (percent == 0 ? 100 : percent) / 100);
         QApplication::setFont(font);
     }
 
-    static void windowLiesWithinTheScreen_data() { AddWindows(); }
-    static void windowLiesWithinTheScreen()
+    static void everyWindowFitsTheScreen_data() { AddWindows(); }
+    static void everyWindowFitsTheScreen()
     {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const int, kind);
-        const Windows windows(name, page, kind);
-        const QWidget& window = *windows.window;
+        QFETCH(const WindowCase, tested);
+        AllWindows windows(tested);
+        const QWidget& window = windows.Tested();
+        const QRect screen = window.screen()->availableGeometry();
 
-        const auto isWithin = [&window] {
-            return window.screen()->availableGeometry().contains(window.frameGeometry());
-        };
+        const auto isWithin = [&] { return screen.contains(window.frameGeometry()); };
         QVERIFY2(QTest::qWaitFor(isWithin), qPrintable(QDebug::toString(window.frameGeometry())));
-    }
-
-    static void everyControlIsWholeOrCanBeScrolledTo_data() { AddWindows(); }
-    static void everyControlIsWholeOrCanBeScrolledTo()
-    {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const int, kind);
-        const Windows windows(name, page, kind);
-
-        const QList<QWidget*> controls = ControlsOf(*windows.window);
-        QVERIFY(!controls.isEmpty());
-        for (QWidget* const control : controls) {
-            if (QScrollArea* const area = ScrolledAround(*control); area != nullptr)
-                area->ensureWidgetVisible(control, 0, 0);
-            const QByteArray which = control->objectName().toUtf8();
-            const QSize needed = Needed(*control);
-            QVERIFY2(control->width() >= needed.width(), which);
-            QVERIFY2(control->height() >= needed.height(), which);
-            QVERIFY2(!control->visibleRegion().isEmpty(), which);
-            QVERIFY2(IsWhole(*control) || ScrolledAround(*control) != nullptr, which);
+        CheckButtonsAreInView(windows); // without scrolling
+        CheckEveryControlCanBeSeen(windows);
+        for (const auto* const area : windows.Controls<QAbstractScrollArea>()) {
+            if (screen.height() >= kEnough)
+                QCOMPARE(area->verticalScrollBar()->maximum() + area->horizontalScrollBar()->maximum(), 0);
         }
     }
 
-    // Without scrolling.
-    static void buttonsAreInView_data() { AddWindows(); }
-    static void buttonsAreInView()
-    {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const int, kind);
-        const Windows windows(name, page, kind);
-
-        for (const char* const button : {"OK", "Annulla", "cmdAnnulla", "cmdStato", "cmdChiudi"}) {
-            for (const auto* const found : windows.window->findChildren<QWidget*>(button)) {
-                if (found->window() == windows.window)
-                    QVERIFY2(IsWhole(*found), button);
-            }
-        }
-    }
-
-    static void noScrollBarsWhereTheScreenHasTheRoom_data()
-    {
-        if (QGuiApplication::primaryScreen()->availableSize().height() < kEnough)
-            QSKIP("the screen is too small for the largest window");
-        AddWindows();
-    }
-    static void noScrollBarsWhereTheScreenHasTheRoom()
-    {
-        QFETCH(const QString, name);
-        QFETCH(const int, page);
-        QFETCH(const int, kind);
-        const Windows windows(name, page, kind);
-
-        for (const auto* const area : windows.window->findChildren<QAbstractScrollArea*>()) {
-            if (area->window() == windows.window) {
-                QCOMPARE(area->verticalScrollBar()->maximum(), 0);
-                QCOMPARE(area->horizontalScrollBar()->maximum(), 0);
-            }
-        }
-    }
-
-    static void fieldsOfATimeOrANumberAreAsWideAsTheirContent_data()
-    {
-        QTest::addColumn<QString>("window");
-        QTest::addColumn<int>("page");
-        QTest::addColumn<QString>("content");
-        QTest::addColumn<QString>("much");
-        QTest::newRow("txtXon") << "frmDettaglio" << 0 << "W"
-                                << "WWWW";
-        QTest::newRow("txtXoff") << "frmDettaglio" << 0 << "W"
-                                 << "WWWW";
-        QTest::newRow("mskValore") << "frmDettaglio" << 1 << "00:00"
-                                   << "00:00:00";
-        QTest::newRow("mskOrario") << "frmDettaglio" << 1 << "00:00"
-                                   << "00:00:00";
-        QTest::newRow("txtFile") << "frmFileAvanzate" << 0 << "00000"
-                                 << "0000000000";
-        QTest::newRow("txtSpazio") << "frmFileAvanzate" << 0 << "00000"
-                                   << "0000000000";
-        QTest::newRow("txtTentImpor") << "frmModem" << 0 << "000"
-                                      << "0000000";
-        QTest::newRow("mskData") << "frmSX" << 0 << "00/00/00"
-                                 << "00/00/0000";
-        QTest::newRow("mskOra") << "frmSX" << 0 << "00:00"
-                                << "00:00:00";
-    }
     static void fieldsOfATimeOrANumberAreAsWideAsTheirContent()
     {
-        QFETCH(const QString, window);
-        QFETCH(const int, page);
-        QFETCH(const QString, content);
-        QFETCH(const QString, much);
-        const Windows windows(window, page, 1);
-
-        const auto& field = SiteWindow::Part<QLineEdit>(*windows.window, QTest::currentDataTag());
-        QVERIFY(field.width() > field.fontMetrics().horizontalAdvance(content));
-        QVERIFY(field.width() < field.fontMetrics().horizontalAdvance(much));
+        struct Field {
+            WindowCase tested;
+            const char* name;
+            const char* content;
+            const char* much;
+        };
+        const WindowCase hourly{.window = "frmDettaglio", .page = 1, .site = Site::byModemEachHour};
+        for (const auto& [tested, name, content, much] : {
+                 Field{{.window = "frmDettaglio"}, "txtXon", "W", "WWWW"},
+                 Field{{.window = "frmDettaglio"}, "txtXoff", "W", "WWWW"},
+                 Field{hourly, "mskValore", "00:00", "00:00:00"},
+                 Field{hourly, "mskOrario", "00:00", "00:00:00"},
+                 Field{{.window = "frmFileAvanzate"}, "txtFile", "00000", "0000000000"},
+                 Field{{.window = "frmFileAvanzate"}, "txtSpazio", "00000", "0000000000"},
+                 Field{{.window = "frmModem"}, "txtTentImpor", "000", "0000000"},
+                 Field{{.window = "frmSX"}, "mskData", "00/00/00", "00/00/0000"},
+                 Field{{.window = "frmSX"}, "mskOra", "00:00", "00:00:00"},
+             }) {
+            AllWindows windows(tested);
+            const auto& field = SiteWindow::Part<QLineEdit>(windows.Tested(), name);
+            QVERIFY2(field.width() > field.fontMetrics().horizontalAdvance(content), name);
+            QVERIFY2(field.width() < field.fontMetrics().horizontalAdvance(much), name);
+        }
     }
 
     static void fieldThatGetsTheFocusComesIntoView()
     {
-        Windows windows("frmModem", 0, 0);
+        AllWindows windows({.window = "frmModem"});
 
         for (const char* const name : {"txtStringaReset", "cboModem", "txtStringaReset"}) {
-            auto& field = SiteWindow::Part<QWidget>(*windows.window, name);
+            auto& field = SiteWindow::Part<QWidget>(windows.Tested(), name);
             FocusField(field);
             QVERIFY2(IsWhole(field), name);
         }
