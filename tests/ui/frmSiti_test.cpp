@@ -4,18 +4,14 @@
 #include "tests/support/probed_calls.h"
 #include "tests/support/registered_test.h"
 #include "tests/support/site_window.h"
-#include "ui/widgets/texts.h"
+#include "tests/support/vectors.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QContextMenuEvent>
-#include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QHelpEvent>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -26,9 +22,7 @@
 #include <QToolTip>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <functional>
 
 namespace corvrec
 {
@@ -36,74 +30,146 @@ namespace corvrec
 namespace
 {
 
-constexpr auto kContinuousRefused =
-    "Impossibile abilitare piu' siti insieme ad un sito con importazione continua.";
+constexpr auto kEmptyFile = "[Siti]\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n";
 
-QTableView& Grid(SiteWindow& window)
+// The site list as a user handles it.
+class SiteList : public SiteWindow
 {
-    return SiteWindow::Part<QTableView>(window.List(), "dgrdGrigliaSiti");
-}
+public:
+    using SiteWindow::SiteWindow;
 
-QPushButton& Button(SiteWindow& window, const char* name)
-{
-    return SiteWindow::Part<QPushButton>(window.List(), name);
-}
+    QTableView& Grid() { return Part<QTableView>(List(), "dgrdGrigliaSiti"); }
+    QPushButton& Button(const char* name) { return Part<QPushButton>(List(), name); }
+    QLabel& FileLine() { return Part<QLabel>(List(), "lblFile"); }
+    int Count() { return Grid().model()->rowCount(); }
+    int CurrentRow() { return Grid().currentIndex().row(); }
+    QString Selected() { return QString::fromStdString(List().SelectedSite()); }
+    QModelIndex Cell(int row, int column) { return Grid().model()->index(row, column); }
+    QPoint Place(int row, int column) { return Grid().visualRect(Cell(row, column)).center(); }
 
-QString Cell(SiteWindow& window, int row, int column)
-{
-    return Grid(window).model()->index(row, column).data().toString();
-}
+    QStringList Row(int row)
+    {
+        QStringList texts;
+        for (int column = 0; column < Grid().model()->columnCount(); ++column)
+            texts.append(Cell(row, column).data().toString());
+        return texts;
+    }
 
-QStringList Codes(SiteWindow& window)
-{
-    QStringList codes;
-    for (int row = 0; row < Grid(window).model()->rowCount(); ++row)
-        codes.append(Cell(window, row, 1));
-    return codes;
-}
+    QStringList Codes()
+    {
+        QStringList codes;
+        for (int row = 0; row < Count(); ++row)
+            codes.append(Row(row).at(1));
+        return codes;
+    }
 
-int WishedWidth(SiteWindow& window, int column)
-{
-    const QAbstractItemView& cells = Grid(window);
-    return std::max(cells.sizeHintForColumn(column),
-                    Grid(window).horizontalHeader()->sectionSizeHint(column));
-}
+    void Click(const char* button) { QTest::mouseClick(&Button(button), Qt::LeftButton); }
+    void Press(Qt::Key key) { QTest::keyClick(&Grid(), key); }
 
-// The columns fill the list to the pixel. Each is as wide as its contents. Any remaining width belongs to the
-// last column; any missing width is taken from the name.
-bool ColumnsFit(SiteWindow& window)
-{
-    const QTableView& grid = Grid(window);
-    const int room = grid.viewport()->width() - WishedWidth(window, 1) - WishedWidth(window, 2);
-    const int name = std::min(WishedWidth(window, 0), room - WishedWidth(window, 3));
-    return grid.columnWidth(0) == name && grid.columnWidth(1) == WishedWidth(window, 1) &&
-           grid.columnWidth(2) == WishedWidth(window, 2) && grid.columnWidth(3) == room - name;
-}
+    // Adds a site with the data that it needs; by default with the button.
+    void Add(const QString& name, const QString& code, const std::function<void()>& open = {})
+    {
+        const ModalVisit<frmDettaglio> editor([&](frmDettaglio& form) {
+            QVERIFY(form.Nuovo());
+            QVERIFY(Part<QCheckBox>(form, "chkAbilitato").isChecked());
+            QTest::keyClicks(&Part<QLineEdit>(form, "txtNomeSito"), name);
+            QTest::keyClicks(&Part<QLineEdit>(form, "txtCodice"), code);
+            for (const char* const file : {"txtDati", "txtDati2", "txtStorico"})
+                Part<QLineEdit>(form, file).setText("C:\\" + code + "\\" + file);
+            QTest::mouseClick(&Part<QPushButton>(form, "OK"), Qt::LeftButton);
+        });
+        open ? open() : Click("cmdAggiungi");
+    }
 
-QModelIndex CurrentCell(SiteWindow& window)
-{
-    return Grid(window).currentIndex();
-}
+    void Remove()
+    {
+        const MessageProbe question(QString("Sì"));
+        Click("cmdRimuovi");
+    }
 
-int CurrentRow(SiteWindow& window)
-{
-    return Grid(window).currentIndex().row();
-}
+    // The command texts of the context menu; only those that are enabled, on demand.
+    static QStringList Commands(const QMenu& menu, bool onlyEnabled = false)
+    {
+        QStringList commands;
+        for (const QAction* const action : menu.actions()) {
+            if (!onlyEnabled || (action->isEnabled() && !action->isSeparator()))
+                commands.append(action->text().section('\t', 0, 0));
+        }
+        return commands;
+    }
 
-// Fills the open editor with the data that a new site needs and presses OK.
-void AcceptNewSite(frmDettaglio& editor, const QString& name, const QString& code)
-{
-    QTest::keyClicks(&SiteWindow::Part<QLineEdit>(editor, "txtNomeSito"), name);
-    QTest::keyClicks(&SiteWindow::Part<QLineEdit>(editor, "txtCodice"), code);
-    for (const char* const file : {"txtDati", "txtDati2", "txtStorico"})
-        SiteWindow::Part<QLineEdit>(editor, file).setText("C:\\" + code + "\\" + file);
-    QTest::mouseClick(&SiteWindow::Part<QPushButton>(editor, "OK"), Qt::LeftButton);
-}
+    QMenu* OpenMenu(QContextMenuEvent::Reason reason, QPoint where)
+    {
+        QWidget* const viewport = Grid().viewport();
+        QContextMenuEvent event(reason, where, viewport->mapToGlobal(where));
+        QWidget* const target = reason == QContextMenuEvent::Mouse ? viewport : &Grid();
+        QCoreApplication::sendEvent(target, &event);
+        return qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    }
 
-std::string OneSite(std::string_view recurrence, std::string_view enabled)
+    int WishedWidth(int column)
+    {
+        const QAbstractItemView& cells = Grid();
+        return std::max(cells.sizeHintForColumn(column), Caption(column));
+    }
+    int Caption(int column) { return Grid().horizontalHeader()->sectionSizeHint(column); }
+
+    // The columns fill the list to the pixel. Each is as wide as its contents. Any remaining width belongs to
+    // the last column; any missing width is taken from the name.
+    bool ColumnsFit()
+    {
+        const int room = Grid().viewport()->width() - WishedWidth(1) - WishedWidth(2);
+        const int name = std::min(WishedWidth(0), room - WishedWidth(3));
+        return Grid().columnWidth(0) == name && Grid().columnWidth(1) == WishedWidth(1) &&
+               Grid().columnWidth(2) == WishedWidth(2) && Grid().columnWidth(3) == room - name;
+    }
+};
+
+// A way to use the list, from one cell to another.
+struct Gesture {
+    const char* name;
+    const char* marked; // the code that is marked afterwards
+    QPoint from;        // row and column; kBelow: below the rows
+    QPoint to;
+    Qt::KeyboardModifiers modifiers;
+    Qt::MouseButton button = Qt::LeftButton;
+    Qt::Key key = Qt::Key_unknown; // instead of the mouse
+};
+
+constexpr QPoint kBelow(-1, -1);
+
+// The second of three sites is marked before.
+constexpr std::array kGestures{
+    Gesture{"click below the rows", "B", kBelow, kBelow, {}},
+    Gesture{"click with Ctrl on the marked row", "B", {1, 0}, {1, 0}, Qt::ControlModifier},
+    Gesture{"click with Ctrl on another row", "C", {2, 2}, {2, 2}, Qt::ControlModifier},
+    Gesture{"click with Shift", "A", {0, 1}, {0, 1}, Qt::ShiftModifier},
+    Gesture{"right click on another row", "C", {2, 0}, {2, 0}, {}, Qt::RightButton},
+    Gesture{"drag over the rows", "C", {0, 0}, {2, 1}, {}},
+    Gesture{"drag out of the rows", "A", {0, 0}, kBelow, {}},
+    Gesture{"drag into the rows", "C", kBelow, {2, 3}, {}},
+    Gesture{"Ctrl+Space", "B", {}, {}, Qt::ControlModifier, Qt::NoButton, Qt::Key_Space},
+    Gesture{"Ctrl+Down", "C", {}, {}, Qt::ControlModifier, Qt::NoButton, Qt::Key_Down},
+    Gesture{"Ctrl+A", "B", {}, {}, Qt::ControlModifier, Qt::NoButton, Qt::Key_A},
+    Gesture{"End", "C", {}, {}, {}, Qt::NoButton, Qt::Key_End},
+    Gesture{"Home", "A", {}, {}, {}, Qt::NoButton, Qt::Key_Home},
+};
+
+void Make(const Gesture& gesture, SiteList& window)
 {
-    return "[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM2\r\n[A]\r\nSitoAbilitato=" + std::string(enabled) +
-           "\r\nRicorrenza=" + std::string(recurrence) + "\r\n";
+    QWidget* const cells = window.Grid().viewport();
+    const auto place = [&](QPoint cell) {
+        return cell == kBelow ? QPoint(cells->width() / 2, cells->height() - 2)
+                              : window.Place(cell.x(), cell.y());
+    };
+    if (gesture.button == Qt::NoButton) {
+        QTest::keyClick(&window.Grid(), gesture.key, gesture.modifiers);
+        return;
+    }
+    QTest::mousePress(cells, gesture.button, gesture.modifiers, place(gesture.from));
+    if (gesture.from != gesture.to)
+        QTest::mouseMove(cells, place(gesture.to));
+    QTest::mouseRelease(cells, gesture.button, gesture.modifiers, place(gesture.to));
 }
 
 } // namespace
@@ -113,453 +179,211 @@ class frmSiti_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
-    static void listsNameCodeStateAndSchedule()
+    static void showsTheSitesOfTheFile()
     {
-        SiteWindow window(SettingsWith({"ROMA", "MILANO"}));
-
-        QCOMPARE(Codes(window), QStringList({"ROMA", "MILANO"}));
-        QCOMPARE(Cell(window, 0, 0), "Sito ROMA");
-        QCOMPARE(Cell(window, 0, 2), "Sì");
-        QCOMPARE(Cell(window, 0, 3), "Oraria");
-    }
-
-    static void captionsComeFromTheStringTable()
-    {
-        SiteWindow window(SettingsWith({"A"}));
+        SiteList window(
+            "[Siti]\r\nA=Alfa\r\nB=Beta\r\nC=Gamma\r\nD=Delta\r\nE=Epsilon\r\nF=-CaVacca-\r\n"
+            "[General]\r\nCom=COM2\r\n"
+            "[A]\r\nSitoAbilitato=1\r\nRicorrenza=0\r\n[B]\r\nSitoAbilitato=0\r\nRicorrenza=-1\r\n"
+            "[C]\r\nSitoAbilitato=-1\r\nRicorrenza=-2\r\n[D]\r\nRicorrenza= 62\r\n"
+            "[E]\r\nRicorrenza=-3\r\n");
 
         QStringList captions;
-        for (int column = 0; column < Grid(window).model()->columnCount(); ++column)
-            captions.append(Grid(window).model()->headerData(column, Qt::Horizontal).toString());
+        for (int column = 0; column < window.Grid().model()->columnCount(); ++column)
+            captions.append(window.Grid().model()->headerData(column, Qt::Horizontal).toString());
         QCOMPARE(captions, QStringList({"Sito", "Codice", "Abilitato", "Ricorrenza"}));
-        QCOMPARE(Button(window, "cmdAggiungi").text(), "&Aggiungi...");
-        QCOMPARE(Button(window, "cmdRimuovi").text(), "&Rimuovi...");
-        QCOMPARE(Button(window, "cmdProperties").text(), "&Proprietà...");
-        QCOMPARE(Button(window, "cmdChiudi").text(), "&Chiudi");
-    }
-
-    static void titleEndsInTheComValue()
-    {
-        SiteWindow window("[General]\r\nCom=COM12\r\n");
-
-        QCOMPARE(window.List().windowTitle(), "Configurazione Corvane Recorder - COM12");
-        QCOMPARE(window.List().ComPort(), 2);
-    }
-
-    static void titleShowsBracketsLiterally()
-    {
-        SiteWindow window("[General]\r\nCom=a [*] 3\r\n");
-
-        // Doubled in the property, so that the window system shows them once.
-        QCOMPARE(window.List().windowTitle(), "Configurazione Corvane Recorder - a [*][*] 3");
-        QCOMPARE(window.List().ComPort(), 3);
-    }
-
-    static void portIsTheLastDigitOfTheTitle_data()
-    {
-        QTest::addColumn<QString>("com");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<int>("port");
-        QFile file(CORVREC_TEST_DATA "/conversions.json");
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QJsonArray cases = QJsonDocument::fromJson(file.readAll()).object().value("com_port").toArray();
-        QVERIFY(!cases.isEmpty());
-        for (const QJsonValue row : cases)
-            QTest::newRow(qPrintable(row["com"].toString()))
-                << row["com"].toString() << row["caption"].toString() << row["out"].toInt();
+        QCOMPARE(window.Row(0), QStringList({"Alfa", "A", "Sì", "Continua"}));
+        QCOMPARE(window.Row(1), QStringList({"Beta", "B", "No", "Oraria"}));
+        QCOMPARE(window.Row(2), QStringList({"Gamma", "C", "Sì", "Giornaliera"}));
+        QCOMPARE(window.Row(3), QStringList({"Delta", "D", "No", "Settimanale"}));
+        QCOMPARE(window.Row(4), QStringList({"Epsilon", "E", "No", ""}));
+        QCOMPARE(window.Row(5), QStringList({"0", "F", "No", ""}));
+        QCOMPARE(window.Count(), 6);
+        QCOMPARE(window.Selected(), "A");
+        QVERIFY(window.Grid().selectionModel()->isRowSelected(0));
     }
 
     static void portIsTheLastDigitOfTheTitle()
     {
-        QFETCH(QString, com);
-        QFETCH(QString, caption);
-        QFETCH(int, port);
-
-        SiteWindow window("[General]\r\nCom=" + com.toStdString() + "\r\n");
-
-        QCOMPARE(window.List().windowTitle(), caption);
-        QCOMPARE(window.List().ComPort(), port);
+        const auto check = [](const QString& com, const QString& caption, int port) {
+            SiteWindow window("[General]\r\nCom=" + com.toStdString() + "\r\n");
+            QCOMPARE(window.List().windowTitle(), caption);
+            QCOMPARE(window.List().ComPort(), port);
+        };
+        for (const QJsonValue each : Vectors("com_port"))
+            check(each["com"].toString(), each["caption"].toString(), each["out"].toInt());
+        // Doubled in the property, so that the window system shows them once.
+        check("a [*] 3", "Configurazione Corvane Recorder - a [*][*] 3", 3);
     }
 
-    static void missingComEndsWithAMessage()
+    static void emptyListOnlyAdds()
     {
-        SettingsFile settings("[Siti]\r\nA=Alfa\r\n");
-        FakeClock clock;
-        QtEventPump events(clock);
-        frmSiti list({settings.Directory(), *settings, clock, events, {}});
-        MessageProbe message(Qt::Key_Return, [&list] { QVERIFY(!list.isVisible()); });
+        SiteList window(SettingsWith({}));
+        const auto checkNoSite = [&window] {
+            QCOMPARE(window.Count(), 0);
+            QVERIFY(window.Button("cmdAggiungi").isEnabled());
+            QVERIFY(window.Button("cmdChiudi").isEnabled());
+            QVERIFY(!window.Button("cmdRimuovi").isEnabled());
+            QVERIFY(!window.Button("cmdProperties").isEnabled());
+            window.Press(Qt::Key_Return);
+            window.Press(Qt::Key_Delete);
+            QCOMPARE(QApplication::activeModalWidget(), nullptr);
+            QMenu* const menu = window.OpenMenu(QContextMenuEvent::Keyboard, {});
+            QCOMPARE(SiteList::Commands(*menu, true), QStringList({"&Aggiungi..."}));
+            menu->close();
+        };
+        checkNoSite();
 
-        const bool loaded = list.Load();
+        window.Add("Alfa", "A");
+        QCOMPARE(window.Row(0), QStringList({"Alfa", "A", "Sì", "Continua"}));
+        QVERIFY(window.Button("cmdRimuovi").isEnabled());
+        QVERIFY(window.Button("cmdProperties").isEnabled());
+        QCOMPARE(window.CurrentRow(), 0);
 
-        QVERIFY(!loaded);
-        QCOMPARE(message.text(),
-                 "Impossibile leggere dal file di CorvRec.ini\nErrore leggendo la porta com.");
-        QCOMPARE(message.title(), "Configurazione Corvane Recorder");
-        QCOMPARE(message.icon(), QMessageBox::Warning);
-        QCOMPARE(message.buttons(), QStringList({"OK"}));
+        window.Remove();
+        checkNoSite();
+        QCOMPARE(window.File(), kEmptyFile);
     }
 
-    static void scheduleTextFollowsTheStoredNumber_data()
+    static void addingAppendsARowAndSelectsIt()
     {
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("0") << "0"
-                           << "Continua";
-        QTest::newRow("-1") << "-1"
-                            << "Oraria";
-        QTest::newRow("-2") << "-2"
-                            << "Giornaliera";
-        QTest::newRow("5") << "5"
-                           << "Settimanale";
-        QTest::newRow(" 62") << " 62"
-                             << "Settimanale";
-        QTest::newRow("40000, beyond 16 bits") << "40000"
-                                               << "Settimanale";
-        QTest::newRow("-3") << "-3"
-                            << "";
-        QTest::newRow("-99999") << "-99999"
-                                << "";
-        QTest::newRow("no number") << "abc"
-                                   << "Continua";
-        QTest::newRow("half, to the even") << "0.5"
-                                           << "Continua";
-        QTest::newRow("one and a half, to the even") << "1.5"
-                                                     << "Settimanale";
-        QTest::newRow("minus one and a half, to the even") << "-1.5"
-                                                           << "Giornaliera";
-    }
+        SiteList window(SettingsWith({"A", "B"}));
+        const QByteArray before = window.File();
+        {
+            const ModalVisit<frmDettaglio> cancelled([](frmDettaglio& form) {
+                QTest::keyClicks(&SiteWindow::Part<QLineEdit>(form, "txtNomeSito"), "Gamma");
+                QTest::keyClick(&form, Qt::Key_Escape);
+            });
+            window.Click("cmdAggiungi");
+        }
+        QCOMPARE(window.Codes(), QStringList({"A", "B"}));
+        QCOMPARE(window.CurrentRow(), 0);
+        QCOMPARE(window.File(), before);
 
-    static void scheduleTextFollowsTheStoredNumber()
-    {
-        QFETCH(QString, stored);
-        QFETCH(QString, shown);
-
-        SiteWindow window(OneSite(stored.toStdString(), "1"));
-
-        QCOMPARE(Cell(window, 0, 3), shown);
-    }
-
-    static void missingKeysShowZeroAndNothing()
-    {
-        SiteWindow window("[Siti]\r\nA=-CaVacca-\r\n[General]\r\nCom=COM2\r\n");
-
-        QCOMPARE(Cell(window, 0, 0), "0");
-        QCOMPARE(Cell(window, 0, 1), "A");
-        QCOMPARE(Cell(window, 0, 2), "No");
-        QCOMPARE(Cell(window, 0, 3), "");
-    }
-
-    static void emptyListDisablesTheCommandsThatNeedASite()
-    {
-        SiteWindow window(SettingsWith({}));
-
-        QCOMPARE(Grid(window).model()->rowCount(), 0);
-        QVERIFY(Button(window, "cmdAggiungi").isEnabled());
-        QVERIFY(Button(window, "cmdChiudi").isEnabled());
-        QVERIFY(!Button(window, "cmdRimuovi").isEnabled());
-        QVERIFY(!Button(window, "cmdProperties").isEnabled());
-        // With an empty list, the keys do nothing either.
-        QTest::keyClick(&Grid(window), Qt::Key_Return);
-        QTest::keyClick(&Grid(window), Qt::Key_Delete);
-        QCOMPARE(QApplication::activeModalWidget(), nullptr);
-    }
-
-    static void firstRowIsCurrentAtTheStart()
-    {
-        SiteWindow window(SettingsWith({"A", "B"}));
-
-        QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "A");
-        QVERIFY(Grid(window).selectionModel()->isRowSelected(0));
-    }
-
-    static void longKeyListIsCutOff()
-    {
-        std::string settings = "[Siti]\r\n";
-        for (int i = 0; i < 60; ++i)
-            settings += "CODICE" + std::to_string(100 + i) + "=Sito\r\n";
-        settings += "[General]\r\nCom=COM2\r\n";
-
-        SiteWindow window(settings);
-
-        // 9 letters and a NUL each: 498 bytes hold 49 whole names; the 50th lacks its NUL and does not count.
-        QCOMPARE(Codes(window).size(), 49);
-        QCOMPARE(Codes(window).constLast(), "CODICE148");
-    }
-
-    static void listsTwoHundredAndFiftyShortCodes()
-    {
-        std::string settings = "[General]\r\nCom=COM2\r\n[Siti]\r\n";
-        for (int i = 0; i < 250; ++i)
-            settings += std::string(1, static_cast<char>('A' + i % 26)) + "=x\r\n";
-
-        SiteWindow window(settings);
-
-        // One letter and a NUL each: 249 fit in 498 bytes.
-        QCOMPARE(Codes(window).size(), 249);
-        QVERIFY(Grid(window).verticalScrollBar()->maximum() > 0);
-        QCOMPARE(Grid(window).horizontalScrollBar()->maximum(), 0);
-    }
-
-    static void addingAppendsTheRowAndSelectsIt()
-    {
-        SiteWindow window(SettingsWith({"A", "B"}));
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { AcceptNewSite(form, "Gamma", "C"); });
-
-        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
-
-        QCOMPARE(Codes(window), QStringList({"A", "B", "C"}));
-        QCOMPARE(Cell(window, 2, 0), "Gamma");
-        QCOMPARE(Cell(window, 2, 2), "Sì");
-        QCOMPARE(Cell(window, 2, 3), "Continua");
-        QCOMPARE(CurrentRow(window), 2);
+        window.Add("Gamma", "C");
+        window.Add("Delta", "D", [&window] { window.Press(Qt::Key_Insert); });
+        QCOMPARE(window.Codes(), QStringList({"A", "B", "C", "D"}));
+        QCOMPARE(window.CurrentRow(), 3);
     }
 
     static void columnsFitTheListedSites()
     {
-        SiteWindow window(SettingsWith({"A", "Codice di prova"}));
-        QVERIFY(ColumnsFit(window));
-        QCOMPARE(Grid(window).horizontalScrollBar()->maximum(), 0);
-        const ModalVisit<frmDettaglio> editor(
-            [](frmDettaglio& form) { AcceptNewSite(form, "Sede centrale di Reggio nell'Emilia", "C"); });
-
-        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
-        const int withLongName = Grid(window).columnWidth(0);
-        QVERIFY(ColumnsFit(window));
-        MessageProbe message(QString("Sì"));
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
-
-        QVERIFY(ColumnsFit(window));
-        QVERIFY(Grid(window).columnWidth(0) < withLongName);
-    }
-
-    static void addingToAnEmptyListEnablesTheCommands()
-    {
-        SiteWindow window(SettingsWith({}));
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { AcceptNewSite(form, "Alfa", "A"); });
-
-        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
-
-        QCOMPARE(Codes(window), QStringList({"A"}));
-        QVERIFY(Button(window, "cmdRimuovi").isEnabled());
-        QVERIFY(Button(window, "cmdProperties").isEnabled());
-        QCOMPARE(CurrentRow(window), 0);
-    }
-
-    static void cancelledAddingChangesNothing()
-    {
-        SiteWindow window(SettingsWith({"A", "B"}));
-        const QByteArray before = window.File();
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
-            QTest::keyClicks(&SiteWindow::Part<QLineEdit>(form, "txtNomeSito"), "Gamma");
-            QTest::keyClick(&form, Qt::Key_Escape);
-        });
-
-        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
-
-        QCOMPARE(Codes(window), QStringList({"A", "B"}));
-        QCOMPARE(CurrentRow(window), 0);
-        QCOMPARE(window.File(), before);
-    }
-
-    static void newSiteStartsEnabled()
-    {
-        SiteWindow window(SettingsWith({}));
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
-            QVERIFY(SiteWindow::Part<QCheckBox>(form, "chkAbilitato").isChecked());
-            QVERIFY(form.Nuovo());
-            form.reject();
-        });
-
-        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
-    }
-
-    static void insertKeyAdds()
-    {
-        SiteWindow window(SettingsWith({"A"}));
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) { AcceptNewSite(form, "Beta", "B"); });
-
-        QTest::keyClick(&Grid(window), Qt::Key_Insert);
-
-        QCOMPARE(Codes(window), QStringList({"A", "B"}));
-    }
-
-    static void commandsActOnTheMarkedRow_data()
-    {
-        QTest::addColumn<std::function<void(QTableView&)>>("act");
-        QTest::addColumn<QString>("marked");
-        using Act = std::function<void(QTableView&)>;
-        const auto cell = [](QTableView& grid, int row, int column) {
-            return grid.visualRect(grid.model()->index(row, column)).center();
-        };
-        const auto below = [](QTableView& grid) {
-            return QPoint(grid.viewport()->width() / 2, grid.viewport()->height() - 2);
-        };
-        QTest::newRow("click below the rows") << Act([=](QTableView& grid) {
-            QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, below(grid));
-        }) << "B";
-        QTest::newRow("click with Ctrl on the marked row") << Act([=](QTableView& grid) {
-            QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ControlModifier, cell(grid, 1, 0));
-        }) << "B";
-        QTest::newRow("click with Ctrl on another row") << Act([=](QTableView& grid) {
-            QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ControlModifier, cell(grid, 2, 2));
-        }) << "C";
-        QTest::newRow("click with Shift") << Act([=](QTableView& grid) {
-            QTest::mouseClick(grid.viewport(), Qt::LeftButton, Qt::ShiftModifier, cell(grid, 0, 1));
-        }) << "A";
-        QTest::newRow("right click on another row") << Act([=](QTableView& grid) {
-            QTest::mouseClick(grid.viewport(), Qt::RightButton, {}, cell(grid, 2, 0));
-        }) << "C";
-        QTest::newRow("drag over the rows") << Act([=](QTableView& grid) {
-            QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, cell(grid, 0, 0));
-            QTest::mouseMove(grid.viewport(), cell(grid, 2, 1));
-            QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, cell(grid, 2, 1));
-        }) << "C";
-        QTest::newRow("drag out of the rows") << Act([=](QTableView& grid) {
-            QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, cell(grid, 0, 0));
-            QTest::mouseMove(grid.viewport(), below(grid));
-            QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, below(grid));
-        }) << "A";
-        QTest::newRow("drag into the rows") << Act([=](QTableView& grid) {
-            QTest::mousePress(grid.viewport(), Qt::LeftButton, {}, below(grid));
-            QTest::mouseMove(grid.viewport(), cell(grid, 2, 3));
-            QTest::mouseRelease(grid.viewport(), Qt::LeftButton, {}, cell(grid, 2, 3));
-        }) << "C";
-        QTest::newRow("Ctrl+Space") << Act([](QTableView& grid) {
-            QTest::keyClick(&grid, Qt::Key_Space, Qt::ControlModifier);
-        }) << "B";
-        QTest::newRow("Ctrl+Down") << Act([](QTableView& grid) {
-            QTest::keyClick(&grid, Qt::Key_Down, Qt::ControlModifier);
-        }) << "C";
-        QTest::newRow("Ctrl+A") << Act([](QTableView& grid) {
-            QTest::keyClick(&grid, Qt::Key_A, Qt::ControlModifier);
-        }) << "B";
-        QTest::newRow("click on a caption") << Act([](QTableView& grid) {
-            QTest::mouseClick(grid.horizontalHeader()->viewport(), Qt::LeftButton);
-        }) << "B";
-    }
-
-    static void commandsActOnTheMarkedRow()
-    {
-        QFETCH(std::function<void(QTableView&)>, act);
-        QFETCH(QString, marked);
-        SiteWindow window(SettingsWith({"A", "B", "C"}));
-        QTest::keyClick(&Grid(window), Qt::Key_Down);
-
-        act(Grid(window));
-
-        const QModelIndexList rows = Grid(window).selectionModel()->selectedRows(1);
-        QCOMPARE(rows.size(), 1);
-        QCOMPARE(rows.constFirst().data().toString(), marked);
-        QCOMPARE(QString::fromStdString(window.List().SelectedSite()), marked);
-        QCOMPARE(CurrentRow(window), rows.constFirst().row());
-    }
-
-    static void homeAndEndLeadToTheFirstAndTheLastSite()
-    {
-        SiteWindow window(SettingsWith({"A", "B", "C"}));
-
-        QTest::keyClick(&Grid(window), Qt::Key_End);
-        QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "C");
-        QTest::keyClick(&Grid(window), Qt::Key_Home);
-        QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "A");
-    }
-
-    static void typingFindsANameWhereverTheMouseHasClicked()
-    {
-        SiteWindow window("[Siti]\r\nZ=Milano\r\nO=Roma\r\nR=Napoli\r\n[General]\r\nCom=COM2\r\n");
-        for (int column = 0; column < 4; ++column) {
-            const QModelIndex cell = Grid(window).model()->index(0, column);
-            QTest::mouseClick(Grid(window).viewport(), Qt::LeftButton, {},
-                              Grid(window).visualRect(cell).center());
-
-            Grid(window).keyboardSearch({}); // ends the previous search
-            QTest::keyClicks(&Grid(window), "ro");
-
-            QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "O");
-        }
-    }
-
-    static void columnsStayInViewWithALongName()
-    {
-        SiteWindow window(SettingsWith({"A"}));
+        SiteList window(SettingsWith({"A", "Codice di prova"}));
         const int width = window.List().width();
-        const ModalVisit<frmDettaglio> editor(
-            [](frmDettaglio& form) { AcceptNewSite(form, QString("Sede lunghissima ").repeated(30), "C"); });
+        const auto fillsTheList = [&window] {
+            return window.Grid().horizontalScrollBar()->maximum() == 0 &&
+                   window.Grid().horizontalHeader()->length() == window.Grid().viewport()->width();
+        };
+        QVERIFY(window.ColumnsFit() && fillsTheList());
+        window.Add("Sede centrale di Reggio nell'Emilia", "C");
+        const int withLongName = window.Grid().columnWidth(0);
+        QVERIFY(window.ColumnsFit());
+        window.Remove();
+        QVERIFY(window.ColumnsFit());
+        QVERIFY(window.Grid().columnWidth(0) < withLongName);
 
-        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
-
-        QCOMPARE(Grid(window).horizontalScrollBar()->maximum(), 0);
-        QCOMPARE(Grid(window).horizontalHeader()->length(), Grid(window).viewport()->width());
-        const int lastColumn = 3;
-        QVERIFY(Grid(window).columnWidth(lastColumn) >=
-                Grid(window).horizontalHeader()->sectionSizeHint(lastColumn));
+        window.Add(QString("Sede lunghissima ").repeated(30), "C");
+        QVERIFY(fillsTheList());
+        QVERIFY(window.Grid().columnWidth(3) >= window.Caption(3));
         window.List().resize(2 * width, window.List().height());
         QTRY_COMPARE(window.List().width(), 2 * width);
-        QCOMPARE(Grid(window).horizontalHeader()->length(), Grid(window).viewport()->width());
+        QVERIFY(fillsTheList());
+
+        SiteList longCode("[Siti]\r\n" + std::string(300, 'Z') +
+                          "=Sede di Reggio\r\n[General]\r\nCom=COM2\r\n");
+        const QTableView& grid = longCode.Grid();
+        QCOMPARE(grid.horizontalScrollBar()->maximum(), 0);
+        QVERIFY(grid.columnWidth(0) >= std::min(longCode.WishedWidth(0), grid.columnWidth(1)));
     }
 
-    static void newRowComesIntoViewWhole()
+    static void longListScrollsToANewRow()
     {
         std::string sites = "[Siti]\r\n";
         for (int number = 10; number < 40; ++number)
             sites += "S" + std::to_string(number) + "=Sito " + std::to_string(number) + "\r\n";
-        SiteWindow window(sites + "[General]\r\nCom=COM2\r\n");
+        SiteList window(sites + "[General]\r\nCom=COM2\r\n");
+        QVERIFY(window.Grid().verticalScrollBar()->maximum() > 0);
+        QCOMPARE(window.Grid().horizontalScrollBar()->maximum(), 0);
         for (const char* const code : {"X", "Y"}) {
-            const ModalVisit<frmDettaglio> editor(
-                [code](frmDettaglio& form) { AcceptNewSite(form, code, code); });
-            QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
+            window.Add(code, code);
 
-            const QRect row = Grid(window).visualRect(CurrentCell(window));
-            QVERIFY(Grid(window).viewport()->rect().contains(QRect(row.left(), row.top(), 1, row.height())));
+            const QRect row = window.Grid().visualRect(window.Cell(window.Count() - 1, 0));
+            const QRect begin(row.left(), row.top(), 1, row.height());
+            QVERIFY(window.Grid().viewport()->rect().contains(begin));
         }
     }
 
-    static void longCodeLeavesRoomForTheName()
+    static void commandsActOnTheMarkedRow_data()
     {
-        SiteWindow window("[Siti]\r\n" + std::string(300, 'Z') +
-                          "=Sede di Reggio\r\n[General]\r\nCom=COM2\r\n");
+        QTest::addColumn<Gesture>("gesture");
+        for (const Gesture& gesture : kGestures)
+            QTest::newRow(gesture.name) << gesture;
+    }
 
-        QCOMPARE(Grid(window).horizontalScrollBar()->maximum(), 0);
-        QVERIFY(Grid(window).columnWidth(0) >= std::min(WishedWidth(window, 0), Grid(window).columnWidth(1)));
+    static void commandsActOnTheMarkedRow()
+    {
+        QFETCH(const Gesture, gesture);
+        SiteList window(SettingsWith({"A", "B", "C"}));
+        QTest::mouseClick(window.Grid().horizontalHeader()->viewport(), Qt::LeftButton); // marks nothing
+        window.Press(Qt::Key_Down);
+
+        Make(gesture, window);
+
+        const QModelIndexList rows = window.Grid().selectionModel()->selectedRows(1);
+        QCOMPARE(rows.size(), 1);
+        QCOMPARE(rows.constFirst().data().toString(), gesture.marked);
+        QCOMPARE(window.Selected(), gesture.marked);
+        QCOMPARE(window.CurrentRow(), rows.constFirst().row());
+    }
+
+    static void typingFindsANameWhereverTheMouseHasClicked()
+    {
+        SiteList window("[Siti]\r\nZ=Milano\r\nO=Roma\r\nR=Napoli\r\n[General]\r\nCom=COM2\r\n");
+        for (int column = 0; column < 4; ++column) {
+            QTest::mouseClick(window.Grid().viewport(), Qt::LeftButton, {}, window.Place(0, column));
+
+            window.Grid().keyboardSearch({}); // ends the previous search
+            QTest::keyClicks(&window.Grid(), "ro");
+
+            QCOMPARE(window.Selected(), "O");
+        }
     }
 
     static void cutNameIsShownAsAToolTip()
     {
         const std::string name = "Sede <b>lunga</b> " + std::string(400, 'x');
-        SiteWindow window("[Siti]\r\nA=" + name + "\r\nB=Beta\r\n[General]\r\nCom=COM2\r\n");
-        const auto askForTip = [&window](int row) {
-            const QPoint where = Grid(window).visualRect(Grid(window).model()->index(row, 0)).center();
-            QHelpEvent help(QEvent::ToolTip, where, Grid(window).viewport()->mapToGlobal(where));
-            QCoreApplication::sendEvent(Grid(window).viewport(), &help);
-        };
+        SiteList window("[Siti]\r\nA=" + name + "\r\nB=Beta\r\n[General]\r\nCom=COM2\r\n");
+        for (const bool isCut : {true, false}) {
+            const QPoint where = window.Place(isCut ? 0 : 1, 0);
+            QHelpEvent help(QEvent::ToolTip, where, window.Grid().viewport()->mapToGlobal(where));
+            QCoreApplication::sendEvent(window.Grid().viewport(), &help);
 
-        askForTip(0);
-
-        QTRY_VERIFY(QToolTip::isVisible());
-        QVERIFY(QToolTip::text().contains("&lt;b&gt;"));
-        askForTip(1);
-        QTRY_VERIFY(!QToolTip::isVisible());
+            QTRY_COMPARE(QToolTip::isVisible(), isCut);
+            QCOMPARE(QToolTip::text().contains("&lt;b&gt;"), isCut);
+        }
     }
 
-    static void showsThePathOfTheFile()
-    {
-        SiteWindow window(SettingsWith({"A"}));
-        const auto& file = SiteWindow::Part<QLabel>(window.List(), "lblFile");
-
-        QCOMPARE(file.accessibleName(),
-                 QFileInfo(QString::fromStdString(window.Settings().Path())).canonicalFilePath());
-        QVERIFY(file.text().endsWith("Corvrec.ini"));
-        QVERIFY(file.fontMetrics().horizontalAdvance(file.text()) <= file.width());
-        QVERIFY(file.font().pointSizeF() < window.List().font().pointSizeF());
-    }
-
-    static void showsThatTheFileCannotBeWritten()
+    static void fileLineShowsWhatCannotBeSaved()
     {
         ProbedCalls calls;
-        SiteWindow window(SettingsWith({"A"}), std::nullopt, calls);
-        const auto& file = SiteWindow::Part<QLabel>(window.List(), "lblFile");
-        QVERIFY(!file.text().contains("sola lettura"));
+        const std::string longCode(493, 'L'); // with its NUL, 494 of 498 bytes
+        SiteList window(SettingsWith({longCode}), std::nullopt, calls);
+        const QLabel& line = window.FileLine();
+        const auto checkNote = [&line](const QString& note) {
+            QCOMPARE(line.text().section(" – ", 1), note);
+            QVERIFY(line.text().section(" – ", 0, 0).endsWith("Corvrec.ini"));
+            QVERIFY(line.fontMetrics().horizontalAdvance(line.text()) <= line.width());
+        };
+        const QString path = QString::fromStdString(window.Settings().Path());
+        QCOMPARE(line.accessibleName(), QFileInfo(path).canonicalFilePath());
+        QVERIFY(line.font().pointSizeF() < window.List().font().pointSizeF());
+
+        window.Add("ABC", "ABC");
+        checkNote("");
+        window.Add("D", "D");
+        checkNote("elenco pieno: al prossimo avvio mancheranno gli ultimi siti");
+        window.Remove();
+        checkNote("");
 
         // The permissions change while another program is in front.
         calls.DenyWriting(EACCES);
@@ -567,358 +391,185 @@ private slots:
         other.show();
         BringToFront(other);
         BringToFront(window.List());
-
-        QVERIFY(file.text().endsWith(" – sola lettura"));
-        QVERIFY(file.fontMetrics().horizontalAdvance(file.text()) <= file.width());
-    }
-
-    static void showsThatTheListIsFull()
-    {
-        const std::string longCode(493, 'L'); // with its NUL, 494 of 498 bytes
-        SiteWindow window(SettingsWith({longCode}));
-        const auto& file = SiteWindow::Part<QLabel>(window.List(), "lblFile");
-
-        const auto add = [&window](const char* code) {
-            const ModalVisit<frmDettaglio> editor(
-                [code](frmDettaglio& form) { AcceptNewSite(form, code, code); });
-            QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
-        };
-
-        add("ABC");
-        QVERIFY(!file.text().contains("elenco pieno"));
-
-        add("D");
-        QVERIFY(file.text().endsWith(" – elenco pieno: al prossimo avvio mancheranno gli ultimi siti"));
-        QVERIFY(file.fontMetrics().horizontalAdvance(file.text()) <= file.width());
-
-        MessageProbe question(QString("Sì"));
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
-        QVERIFY(!file.text().contains("elenco pieno"));
+        checkNote("sola lettura");
     }
 
     // The list would lose a longer code at the next start.
     static void codeIsNoLongerThanTheListCanRead()
     {
-        SiteWindow window(SettingsWith({}));
-        const ModalVisit<frmDettaglio> editor(
-            [](frmDettaglio& form) { AcceptNewSite(form, "Sede", QString(600, 'C')); });
+        SiteList window(SettingsWith({}));
 
-        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
+        window.Add("Sede", QString(600, 'C'));
 
-        SiteWindow next(window.File().toStdString());
-        QCOMPARE(Codes(next), QStringList({QString(497, 'C')}));
-        QCOMPARE(Codes(window), Codes(next));
+        SiteList next(window.File().toStdString());
+        QCOMPARE(next.Codes(), QStringList({QString(497, 'C')}));
+        QCOMPARE(window.Codes(), next.Codes());
     }
 
     static void contextMenuOffersTheCommands()
     {
-        SiteWindow window(SettingsWith({"A", "B"}));
-        QTest::keyClick(&Grid(window), Qt::Key_Down);
-        const QPoint second = Grid(window).visualRect(CurrentCell(window)).center();
+        SiteList window(SettingsWith({"A", "B"}));
+        window.Press(Qt::Key_Down);
 
-        const auto openMenu = [&window](QContextMenuEvent::Reason reason, QPoint where) {
-            QContextMenuEvent event(reason, where, Grid(window).viewport()->mapToGlobal(where));
-            QWidget* const target = reason == QContextMenuEvent::Mouse ? Grid(window).viewport()
-                                                                       : static_cast<QWidget*>(&Grid(window));
-            QCoreApplication::sendEvent(target, &event);
-            return qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        };
-
-        QMenu* const menu = openMenu(QContextMenuEvent::Mouse, second);
-        QVERIFY(menu != nullptr);
-        QStringList commands;
-        for (const QAction* const action : menu->actions())
-            commands.append(action->text().section('\t', 0, 0));
-        QCOMPARE(commands, QStringList({"&Aggiungi...", "&Duplica...", "&Rimuovi...", "", "&Proprietà..."}));
+        QMenu* const menu = window.OpenMenu(QContextMenuEvent::Mouse, window.Place(1, 1));
+        QCOMPARE(SiteList::Commands(*menu),
+                 QStringList({"&Aggiungi...", "&Duplica...", "&Rimuovi...", "", "&Proprietà..."}));
         QCOMPARE(menu->defaultAction()->text().section('\t', 0, 0), "&Proprietà...");
         menu->close();
 
-        QCOMPARE(openMenu(QContextMenuEvent::Keyboard, {}), menu);
-        QCOMPARE(menu->pos(),
-                 Grid(window).viewport()->mapToGlobal(
-                     Grid(window).visualRect(CurrentCell(window).siblingAtColumn(0)).bottomLeft()));
+        QCOMPARE(window.OpenMenu(QContextMenuEvent::Keyboard, {}), menu);
+        const QPoint belowRow = window.Grid().visualRect(window.Cell(1, 0)).bottomLeft();
+        QCOMPARE(menu->pos(), window.Grid().viewport()->mapToGlobal(belowRow));
         MessageProbe question(QString("Sì"));
         QTest::keyClick(menu, Qt::Key_R);
         QCOMPARE(question.title(), "Si desidera continuare?");
-        QCOMPARE(Codes(window), QStringList({"A"}));
-    }
-
-    static void contextMenuWithoutASiteOnlyAdds()
-    {
-        SiteWindow window(SettingsWith({}));
-        QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
-        QCoreApplication::sendEvent(&Grid(window), &event);
-        const auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-
-        QVERIFY(menu != nullptr);
-        QStringList enabled;
-        for (const QAction* const action : menu->actions()) {
-            if (action->isEnabled() && !action->isSeparator())
-                enabled.append(action->text().section('\t', 0, 0));
-        }
-        QCOMPARE(enabled, QStringList({"&Aggiungi..."}));
-    }
-
-    static void propertiesShowTheSiteWithNameAndCodeLocked()
-    {
-        SiteWindow window(SettingsWith({"A", "B"}));
-        Grid(window).setCurrentIndex(Grid(window).model()->index(1, 0));
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
-            QVERIFY(!form.Nuovo());
-            const auto& name = SiteWindow::Part<QLineEdit>(form, "txtNomeSito");
-            const auto& code = SiteWindow::Part<QLineEdit>(form, "txtCodice");
-            QCOMPARE(name.text(), "Sito B");
-            QCOMPARE(code.text(), "B");
-            QVERIFY(!name.isEnabled());
-            QVERIFY(!code.isEnabled());
-            form.reject();
-        });
-
-        QTest::mouseClick(&Button(window, "cmdProperties"), Qt::LeftButton);
+        QCOMPARE(window.Codes(), QStringList({"A"}));
     }
 
     static void propertiesUpdateStateAndScheduleOnly()
     {
-        SiteWindow window(SettingsWith({"A", "B"}));
-        Grid(window).setCurrentIndex(Grid(window).model()->index(1, 0));
-        const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
-            SiteWindow::Part<QCheckBox>(form, "chkAbilitato").click();
-            SiteWindow::Part<QComboBox>(form, "cboRicorrenza").setCurrentIndex(2);
-            QTest::mouseClick(&SiteWindow::Part<QPushButton>(form, "OK"), Qt::LeftButton);
-        });
-
-        QTest::mouseClick(&Button(window, "cmdProperties"), Qt::LeftButton);
-
-        QCOMPARE(Cell(window, 1, 0), "Sito B");
-        QCOMPARE(Cell(window, 1, 1), "B");
-        QCOMPARE(Cell(window, 1, 2), "No");
-        QCOMPARE(Cell(window, 1, 3), "Giornaliera");
-        QCOMPARE(CurrentRow(window), 1);
-        QCOMPARE(Cell(window, 0, 2), "Sì");
-        QVERIFY(ColumnsFit(window));
-    }
-
-    static void addingAfterPropertiesFindsNameAndCodeEditable()
-    {
-        SiteWindow window(SettingsWith({"A"}));
+        SiteList window(SettingsWith({"A", "B"}));
+        window.Press(Qt::Key_Down);
         {
-            const ModalVisit<frmDettaglio> properties([](frmDettaglio& form) { form.reject(); });
-            QTest::mouseClick(&Button(window, "cmdProperties"), Qt::LeftButton);
+            const ModalVisit<frmDettaglio> editor([](frmDettaglio& form) {
+                const auto& name = SiteWindow::Part<QLineEdit>(form, "txtNomeSito");
+                const auto& code = SiteWindow::Part<QLineEdit>(form, "txtCodice");
+                QVERIFY(!form.Nuovo());
+                QCOMPARE(name.text(), "Sito B");
+                QCOMPARE(code.text(), "B");
+                QVERIFY(!name.isEnabled() && !code.isEnabled());
+                SiteWindow::Part<QCheckBox>(form, "chkAbilitato").click();
+                SiteWindow::Part<QComboBox>(form, "cboRicorrenza").setCurrentIndex(2);
+                QTest::mouseClick(&SiteWindow::Part<QPushButton>(form, "OK"), Qt::LeftButton);
+            });
+            window.Click("cmdProperties");
         }
-        const ModalVisit<frmDettaglio> adding([](frmDettaglio& form) { AcceptNewSite(form, "Beta", "B"); });
+        QCOMPARE(window.Row(0), QStringList({"Sito A", "A", "Sì", "Oraria"}));
+        QCOMPARE(window.Row(1), QStringList({"Sito B", "B", "No", "Giornaliera"}));
+        QCOMPARE(window.CurrentRow(), 1);
+        QVERIFY(window.ColumnsFit());
 
-        QTest::mouseClick(&Button(window, "cmdAggiungi"), Qt::LeftButton);
-
-        QCOMPARE(Codes(window), QStringList({"A", "B"}));
-    }
-
-    static void doubleClickAndEnterOpenProperties()
-    {
-        SiteWindow window(SettingsWith({"A", "B"}));
         QStringList opened;
         const auto visit = [&opened](frmDettaglio& form) {
             opened.append(SiteWindow::Part<QLineEdit>(form, "txtCodice").text());
             form.reject();
         };
-        const QPoint second = Grid(window).visualRect(Grid(window).model()->index(1, 0)).center();
         {
             const ModalVisit<frmDettaglio> editor(visit);
-            QTest::mouseClick(Grid(window).viewport(), Qt::LeftButton, {}, second);
-            QTest::mouseDClick(Grid(window).viewport(), Qt::LeftButton, {}, second);
+            QTest::mouseClick(window.Grid().viewport(), Qt::LeftButton, {}, window.Place(0, 0));
+            QTest::mouseDClick(window.Grid().viewport(), Qt::LeftButton, {}, window.Place(0, 0));
         }
         {
             const ModalVisit<frmDettaglio> editor(visit);
-            QTest::keyClick(&Grid(window), Qt::Key_Return);
+            window.Press(Qt::Key_Return);
         }
+        QCOMPARE(opened, QStringList({"A", "A"}));
 
-        QCOMPARE(opened, QStringList({"B", "B"}));
+        window.Add("Gamma", "C"); // name and code can be edited again
+        QCOMPARE(window.Codes(), QStringList({"A", "B", "C"}));
     }
 
     static void removingAsksFirst()
     {
-        SiteWindow window(SettingsWith({"A", "B"}));
-        MessageProbe question(Qt::Key_Escape);
-
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
-
-        QCOMPARE(question.text(), "Attenzione, sta per essere rimosso un sito.\nSi desidera continuare?");
-        QCOMPARE(question.title(), "Si desidera continuare?");
-        QCOMPARE(question.icon(), QMessageBox::Warning);
-        QCOMPARE(question.buttons(), QStringList({"Sì", "No"}));
-    }
-
-    static void anyAnswerButYesKeepsTheSite()
-    {
-        SiteWindow window(SettingsWith({"A", "B"}));
+        SiteList window(SettingsWith({"A", "B", "C"}));
         const QByteArray before = window.File();
-        {
+        for (const bool isByKey : {true, false}) {
             MessageProbe question(Qt::Key_Escape);
-            QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
+            isByKey ? window.Press(Qt::Key_Delete) : window.Click("cmdRimuovi");
+            QCOMPARE(question.text(), "Attenzione, sta per essere rimosso un sito.\nSi desidera continuare?");
+            QCOMPARE(question.title(), "Si desidera continuare?");
+            QCOMPARE(question.icon(), QMessageBox::Warning);
+            QCOMPARE(question.buttons(), QStringList({"Sì", "No"}));
         }
-        MessageProbe question(QString("No"));
-
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
-
-        QCOMPARE(Codes(window), QStringList({"A", "B"}));
+        {
+            const MessageProbe no(QString("No"));
+            window.Click("cmdRimuovi");
+        }
+        QCOMPARE(window.Codes(), QStringList({"A", "B", "C"}));
         QCOMPARE(window.File(), before);
+
+        window.Remove();
+        QCOMPARE(window.Codes(), QStringList({"B", "C"}));
+        QCOMPARE(window.Selected(), "C"); // the last row
+        const MessageProbe yes(Qt::Key_Return);
+        window.Press(Qt::Key_Delete);
+        QCOMPARE(window.Codes(), QStringList({"B"}));
+        QCOMPARE(window.Selected(), "B");
     }
 
     static void removingTakesSectionAndKeyAndNothingElse()
     {
-        SiteWindow window(
-            "; prima\r\n[Siti]\r\nA=Alfa\r\n; tra i "
-            "siti\r\nB=Beta\r\n\r\n[General]\r\nCom=COM2\r\nAltro=1\r\n"
-            "[A]\r\nRicorrenza=-1\r\n; nota su A\r\nMio=2\r\n[B]\r\nRicorrenza=0\r\n[Estranea]\r\nx=y\r\n");
-        MessageProbe question(QString("Sì"));
+        SiteList window("; prima\r\n[Siti]\r\nA=Alfa\r\n; tra i siti\r\nB=Beta\r\n\r\n"
+                        "[General]\r\nCom=COM2\r\nAltro=1\r\n[A]\r\nRicorrenza=-1\r\n; nota su A\r\nMio=2\r\n"
+                        "[B]\r\nRicorrenza=0\r\n[Estranea]\r\nx=y\r\n");
 
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
+        window.Remove();
 
         QCOMPARE(window.File(),
                  "; prima\r\n[Siti]\r\n; tra i siti\r\nB=Beta\r\n\r\n[General]\r\nCom=COM2\r\nAltro=1\r\n"
                  "; nota su A\r\n[B]\r\nRicorrenza=0\r\n[Estranea]\r\nx=y\r\n");
-        QCOMPARE(Codes(window), QStringList({"B"}));
-    }
-
-    static void removingTheLastSiteDisablesTheCommands()
-    {
-        SiteWindow window(SettingsWith({"A"}));
-        MessageProbe question(QString("Sì"));
-
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
-
-        QCOMPARE(Codes(window), QStringList());
-        QVERIFY(!Button(window, "cmdRimuovi").isEnabled());
-        QVERIFY(!Button(window, "cmdProperties").isEnabled());
-        QCOMPARE(window.File(), "[Siti]\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n");
+        QCOMPARE(window.Codes(), QStringList({"B"}));
     }
 
     // The pending clicks are handled before the buttons are disabled.
     static void clicksPendingWhileTheLastSiteIsRemovedDoNothing()
     {
-        SiteWindow window(SettingsWith({"A"}));
-        QObject::connect(Grid(window).model(), &QAbstractItemModel::rowsRemoved, &window.List(), [&window] {
+        SiteList window(SettingsWith({"A"}));
+        QObject::connect(window.Grid().model(), &QAbstractItemModel::rowsRemoved, &window.List(), [&window] {
             for (const char* const name : {"cmdRimuovi", "cmdProperties"})
-                QMetaObject::invokeMethod(&Button(window, name), &QPushButton::click, Qt::QueuedConnection);
+                QMetaObject::invokeMethod(&window.Button(name), &QPushButton::click, Qt::QueuedConnection);
         });
-        const MessageProbe question(Qt::Key_Return);
 
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
+        window.Remove();
 
-        QCOMPARE(Codes(window), {});
+        QCOMPARE(window.Codes(), {});
         QVERIFY(!window.Editor().isVisible());
-        QCOMPARE(window.File(), "[Siti]\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n");
-    }
-
-    static void removingSelectsTheLastRow()
-    {
-        SiteWindow window(SettingsWith({"A", "B", "C"}));
-        MessageProbe first(QString("Sì"));
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
-        QCOMPARE(Codes(window), QStringList({"B", "C"}));
-        QCOMPARE(CurrentRow(window), 1);
-        MessageProbe second(QString("Sì"));
-
-        QTest::mouseClick(&Button(window, "cmdRimuovi"), Qt::LeftButton);
-
-        // The only row is the current one, so the commands act on it.
-        QCOMPARE(Codes(window), QStringList({"B"}));
-        QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "B");
-    }
-
-    static void deleteKeyRemoves()
-    {
-        SiteWindow window(SettingsWith({"A", "B"}));
-        MessageProbe question(Qt::Key_Return);
-
-        QTest::keyClick(&Grid(window), Qt::Key_Delete);
-
-        QCOMPARE(question.text(), "Attenzione, sta per essere rimosso un sito.\nSi desidera continuare?");
-        QCOMPARE(Codes(window), QStringList({"B"}));
-    }
-
-    static void closeRule_data()
-    {
-        QTest::addColumn<QJsonArray>("rows");
-        QTest::addColumn<bool>("mayClose");
-        QFile file(CORVREC_TEST_DATA "/conversions.json");
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QJsonArray cases =
-            QJsonDocument::fromJson(file.readAll()).object().value("close_rule").toArray();
-        QVERIFY(!cases.isEmpty());
-        for (qsizetype i = 0; i < cases.size(); ++i)
-            QTest::addRow("case %d", static_cast<int>(i))
-                << cases.at(i)["rows"].toArray() << cases.at(i)["may_close"].toBool();
+        QCOMPARE(window.File(), kEmptyFile);
     }
 
     static void closeRule()
     {
-        QFETCH(QJsonArray, rows);
-        QFETCH(bool, mayClose);
-        SiteWindow window(SettingsWith({}));
-        std::vector<SiteRow> sites;
-        for (const QJsonValue row : rows)
-            sites.push_back({.name = "x",
-                             .code = "x",
-                             .enabled = row["enabled"].toDouble(),
-                             .schedule = row["schedule"].toString().toStdString()});
-        qobject_cast<SiteGrid*>(Grid(window).model())->SetRows(sites);
+        for (const QJsonValue each : Vectors("close_rule")) {
+            SiteList window(SettingsWith({}));
+            std::vector<SiteRow> sites;
+            for (const QJsonValue row : each["rows"].toArray())
+                sites.push_back({.name = "x",
+                                 .code = "x",
+                                 .enabled = row["enabled"].toDouble(),
+                                 .schedule = row["schedule"].toString().toStdString()});
+            qobject_cast<SiteGrid*>(window.Grid().model())->SetRows(sites);
 
-        if (mayClose) {
-            QTest::mouseClick(&Button(window, "cmdChiudi"), Qt::LeftButton);
+            if (each["may_close"].toBool()) {
+                window.Click("cmdChiudi");
+                QVERIFY(!window.List().isVisible());
+                continue;
+            }
+            MessageProbe message(Qt::Key_Return);
+            window.Click("cmdChiudi");
+            QCOMPARE(message.text(),
+                     "Impossibile abilitare piu' siti insieme ad un sito con importazione continua.");
+            QCOMPARE(message.title(), "Attenzione");
+            QCOMPARE(message.icon(), QMessageBox::Warning);
+            QCOMPARE(message.buttons(), QStringList({"OK"}));
+            QVERIFY(window.List().isVisible());
+            window.List().close(); // the frame closes without the rule
             QVERIFY(!window.List().isVisible());
-            return;
         }
-        MessageProbe message(Qt::Key_Return);
-        QTest::mouseClick(&Button(window, "cmdChiudi"), Qt::LeftButton);
-        QCOMPARE(message.text(), kContinuousRefused);
-        QCOMPARE(message.title(), "Attenzione");
-        QCOMPARE(message.icon(), QMessageBox::Warning);
-        QCOMPARE(message.buttons(), QStringList({"OK"}));
-        QVERIFY(window.List().isVisible());
     }
 
-    static void frameClosesWithoutTheRule()
+    static void keysOfTheWholeWindow()
     {
-        SiteWindow window(
-            "[Siti]\r\nA=a\r\nB=b\r\n[General]\r\nCom=COM2\r\n[A]\r\nSitoAbilitato=1\r\nRicorrenza=0\r\n"
-            "[B]\r\nSitoAbilitato=1\r\nRicorrenza=0\r\n");
-
-        window.List().close();
-
-        QVERIFY(!window.List().isVisible());
-    }
-
-    static void escapeDoesNothing()
-    {
-        SiteWindow window(SettingsWith({"A"}));
-
-        QTest::keyClick(&Grid(window), Qt::Key_Escape);
-        QTest::keyClick(&window.List(), Qt::Key_Escape);
-
-        QVERIFY(window.List().isVisible());
-    }
-
-    static void mnemonicsPressTheButtons()
-    {
-        SiteWindow window(SettingsWith({"A"}));
-
-        QTest::keyClick(&Grid(window), Qt::Key_C, Qt::AltModifier);
-
-        QVERIFY(!window.List().isVisible()); // at once, before the next key
-    }
-
-    static void tabWalksFromTheGridThroughTheButtons()
-    {
-        SiteWindow window(SettingsWith({"A"}));
-        Grid(window).setFocus();
-        QStringList order;
-        for (int i = 0; i < 5; ++i) {
-            order.append(window.List().focusWidget()->objectName());
-            QTest::keyClick(window.List().focusWidget(), Qt::Key_Tab);
-        }
-
-        QCOMPARE(order,
+        SiteList window(SettingsWith({"A"}));
+        window.Grid().setFocus();
+        QCOMPARE(TabRound(window.List()),
                  QStringList({"dgrdGrigliaSiti", "cmdAggiungi", "cmdRimuovi", "cmdProperties", "cmdChiudi"}));
+
+        window.Press(Qt::Key_Escape);
+        QTest::keyClick(&window.List(), Qt::Key_Escape);
+        QVERIFY(window.List().isVisible());
+
+        QTest::keyClick(&window.Grid(), Qt::Key_C, Qt::AltModifier);
+        QVERIFY(!window.List().isVisible()); // at once, before the next key
     }
 };
 
