@@ -20,6 +20,14 @@ namespace corvrec
 namespace
 {
 
+QWidget& Named(QWidget& window, const QString& name)
+{
+    auto* const control = window.findChild<QWidget*>(name);
+    if (control == nullptr)
+        qFatal("no control %s", qPrintable(name));
+    return *control;
+}
+
 // More steps than this mean that Tab does not return to the start.
 constexpr int kMostStops = 100;
 
@@ -95,6 +103,48 @@ bool HasColour(QWidget& control, const QColor& colour)
             return true;
     }
     return false;
+}
+
+QStringList AllShown(const QWidget& window)
+{
+    QStringList states;
+    for (const QWidget* const control : window.findChildren<QWidget*>()) {
+        const auto* const button = qobject_cast<const QAbstractButton*>(control);
+        if ((button != nullptr && button->isCheckable()) ||
+            qobject_cast<const QLineEdit*>(control) != nullptr ||
+            qobject_cast<const QComboBox*>(control) != nullptr ||
+            qobject_cast<const CheckList*>(control) != nullptr)
+            states.append(control->objectName() + ": " + Shown(*control));
+    }
+    states.sort();
+    return states;
+}
+
+void ExpectShown(QWidget& window, const QStringList& states)
+{
+    QStringList shown;
+    for (const QString& state : states) {
+        const QString name = state.section(": ", 0, 0);
+        shown.append(name + ": " + Shown(Named(window, name)));
+    }
+    QCOMPARE(shown, states);
+}
+
+void Set(QWidget& window, const QStringList& states)
+{
+    for (const QString& state : states) {
+        QWidget& control = Named(window, state.section(": ", 0, 0));
+        const QString shown = state.section(": ", 1);
+        if (auto* const field = qobject_cast<QLineEdit*>(&control))
+            field->setText(shown);
+        else if (auto* const list = qobject_cast<QComboBox*>(&control))
+            list->setCurrentIndex(list->findText(shown));
+        else if (auto* const button = qobject_cast<QAbstractButton*>(&control))
+            button->setChecked(shown == "on");
+        else if (auto* const days = qobject_cast<CheckList*>(&control))
+            for (int row = 0; row < days->count(); ++row)
+                days->SetMarked(row, shown.contains(QString::number(row)));
+    }
 }
 
 bool IsEnabled(const QWidget& control)

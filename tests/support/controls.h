@@ -32,6 +32,15 @@ QString Shown(const QWidget& control);
 // Whether the control, painted now, has a pixel of exactly this colour.
 bool HasColour(QWidget& control, const QColor& colour);
 
+// The states of all controls that hold a value, "name: shown" each, sorted.
+QStringList AllShown(const QWidget& window);
+
+// Compares what controls show with these states.
+void ExpectShown(QWidget& window, const QStringList& states);
+
+// Gives controls these states without keys or mouse. Their rules run.
+void Set(QWidget& window, const QStringList& states);
+
 // The control's own flag, ignoring the page or group around it.
 bool IsEnabled(const QWidget& control);
 

@@ -1,7 +1,5 @@
 #include "tests/support/editor_window.h"
 
-#include "tests/support/controls.h"
-
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTableView>
@@ -61,6 +59,17 @@ void EditorWindow::Click(const char* button)
     auto& control = At<QAbstractButton>(button);
     Turn(control);
     QTest::mouseClick(&control, Qt::LeftButton);
+}
+
+void EditorWindow::Choose(const QStringList& choices)
+{
+    for (const QString& choice : choices) {
+        const QByteArray name = choice.section(": ", 0, 0).toLatin1();
+        if (choice.contains(": "))
+            Pick(name, Choice(name).findText(choice.section(": ", 1)));
+        else
+            Click(name);
+    }
 }
 
 void EditorWindow::Retype(const char* field, const QString& text)

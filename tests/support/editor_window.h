@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/support/controls.h"
 #include "tests/support/site_window.h"
 #include "tests/support/unanswered_boxes.h"
 
@@ -36,12 +37,16 @@ public:
 
     // What the control with this name shows, in the editor or in one of its option dialogs.
     QString Shows(const char* name);
+    void ExpectShown(const QStringList& states) { corvrec::ExpectShown(Editor(), states); }
+    void Set(const QStringList& states) { corvrec::Set(Editor(), states); }
 
     // Brings the control's page to the front, as a user has to.
     void Turn(QWidget& control);
 
     void Pick(const char* list, int row);
     void Click(const char* button);
+    void
+    Choose(const QStringList& choices); // clicks buttons ("optRemoto"), picks entries ("cboHandS: Software")
     void Retype(const char* field, const QString& text);                       // replaces the field's text
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier); // on the focused control
 
