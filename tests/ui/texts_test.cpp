@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocumentFragment>
 #include <QTranslator>
 
 #include <memory>
@@ -100,8 +101,13 @@ private slots:
         QVERIFY(count > 50);
     }
 
+    // A form is drawn with the texts that its tags name, so a wrong tag is noticed.
     void everyTagInAFormHasAText()
     {
+        const QRegularExpression caption("name=\"(?:text|title|windowTitle)\"><string[^>]*>([^<]*)<.*\\s*"
+                                         "(?:<property name=\"(?!tag|text|title).*\\s*)*<property "
+                                         "name=\"tag\"[^>]*><string[^>]*>([^<]*)<");
+        int captions = 0;
         const QRegularExpression tag(
             "name=\"(?:tag\"|suggerimento\") stdset=\"0\">\\s*<string[^>]*>([^<]*)<");
         int count = 0;
@@ -115,9 +121,15 @@ private slots:
                     const QString id = tags.next().captured(1);
                     QVERIFY2(!FindText(TagId(id)).isNull(), qPrintable(forms.filePath() + ": " + id));
                 }
+                for (auto drawn = caption.globalMatch(form); drawn.hasNext(); ++captions) {
+                    const QRegularExpressionMatch each = drawn.next();
+                    QCOMPARE(FindText(TagId(each.captured(2))),
+                             QTextDocumentFragment::fromHtml(each.captured(1)).toPlainText());
+                }
             }
         }
         QVERIFY(count > 50);
+        QVERIFY(captions > 90);
     }
 
     void blanksAtTheEndOfATextStay() { QCOMPARE(Text(text::collisionMatch), QString("corrispondono ")); }
