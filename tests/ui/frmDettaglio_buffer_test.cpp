@@ -1,5 +1,5 @@
 // The editor's buffer button: what the buffer window is given of the site.
-#include "tests/support/controls.h"
+#include "tests/support/cases.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/modal_visit.h"
@@ -23,17 +23,50 @@ namespace corvrec
 namespace
 {
 
+// The stored line of a site, and what the buffer window's port gets of it. A local site never shakes hands.
+struct Line {
+    const char* name;
+    const char* settings;
+    int handshaking;
+};
+
+constexpr std::array<Line, 10> kLines{{
+    {"Dispositivo=STX30|MODEM=0", "9600,N,8,1", 0},
+    {"Dispositivo=STX30|MODEM=0|Baud=4800|Parita=E|BitDati=7|Stop=2", "4800,E,7,2", 0},
+    {"Dispositivo=STX30|MODEM=0|Parita=O", "9600,O,8,1", 0},
+    {"Dispositivo=STX30|MODEM=0|Handshake=XON", "9600,N,8,1", 0},
+    {"Dispositivo=STX30|MODEM=0|Handshake=HDW", "9600,N,8,1", 0},
+    {"Dispositivo=STX30|MODEM=1|Handshake=NONE", "9600,N,8,1", 0},
+    {"Dispositivo=STX30|MODEM=1|Handshake=XON", "9600,N,8,1", 1},
+    {"Dispositivo=STX30|MODEM=1|Handshake=HDW", "9600,N,8,1", 2},
+    {"Dispositivo=STX40|MODEM=0|Baud=115200", "115200,N,8,1", 0},
+    {"Dispositivo=STX11|MODEM=1|Handshake=HDW", "9600,N,8,1", 2},
+}};
+
+// A device, the model as which it is queried, and whether its clock can be set.
+struct Model {
+    const char* name;
+    int number;
+    bool clock;
+};
+
+constexpr std::array<Model, 4> kModels{{{"Dispositivo=STX11", 11, false},
+                                        {"Dispositivo=STX20", 30, true},
+                                        {"Dispositivo=STX30", 30, true},
+                                        {"Dispositivo=STX40", 40, true}}};
+
 // A site on Com3.
-std::string SiteWith(const QString& lines)
+std::string SiteWith(const char* lines)
 {
-    return ("[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM3\r\n[A]\r\n" + lines + "\r\n").toStdString();
+    return "[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM3\r\n[A]\r\n" + Parts(lines).join("\r\n").toStdString() +
+           "\r\n";
 }
 
-// The editor with this site. Its next buffer window uses a fake port.
+// The editor with this site: lines separated by "|". Its next buffer window uses a fake port.
 class Fixture
 {
 public:
-    explicit Fixture(const QString& lines)
+    explicit Fixture(const char* lines)
         : editor_(SiteWith(lines))
         , port_(new FakePort(editor_.Time()))
     {
@@ -77,55 +110,23 @@ class frmDettaglio_buffer_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void portAndLineOfTheSite_data()
-    {
-        QTest::addColumn<QString>("lines");
-        QTest::addColumn<QString>("settings");
-        QTest::addColumn<int>("handshaking");
-        QTest::addColumn<bool>("modem");
-
-        const QString local = "Dispositivo=STX30\r\nMODEM=0\r\n";
-        const QString remote = "Dispositivo=STX30\r\nMODEM=1\r\n";
-        QTest::newRow("local") << local << "9600,N,8,1" << 0 << false;
-        QTest::newRow("local, all set") << local + "Baud=4800\r\nParita=E\r\nBitDati=7\r\nStop=2"
-                                        << "4800,E,7,2" << 0 << false;
-        QTest::newRow("local, odd") << local + "Parita=O"
-                                    << "9600,O,8,1" << 0 << false;
-        QTest::newRow("local never shakes hands: software") << local + "Handshake=XON"
-                                                            << "9600,N,8,1" << 0 << false;
-        QTest::newRow("local never shakes hands: hardware") << local + "Handshake=HDW"
-                                                            << "9600,N,8,1" << 0 << false;
-        QTest::newRow("remote without handshake") << remote + "Handshake=NONE"
-                                                  << "9600,N,8,1" << 0 << true;
-        QTest::newRow("remote, software") << remote + "Handshake=XON"
-                                          << "9600,N,8,1" << 1 << true;
-        QTest::newRow("remote, hardware") << remote + "Handshake=HDW"
-                                          << "9600,N,8,1" << 2 << true;
-        QTest::newRow("high speed") << QString("Dispositivo=STX40\r\nMODEM=0\r\nBaud=115200")
-                                    << "115200,N,8,1" << 0 << false;
-        QTest::newRow("1.1, remote") << QString("Dispositivo=STX11\r\nMODEM=1\r\nHandshake=HDW")
-                                     << "9600,N,8,1" << 2 << true;
-    }
-
+    static void portAndLineOfTheSite_data() { AddCases(kLines); }
     static void portAndLineOfTheSite()
     {
-        QFETCH(const QString, lines);
-        QFETCH(const QString, settings);
-        QFETCH(const int, handshaking);
-        QFETCH(const bool, modem);
-        Fixture site(lines);
+        QFETCH(const Line, given);
+        Fixture site(given.name);
 
         site.Visit([&](frmSX& window) {
             QCOMPARE(site.Port().Line()->commPort, 3);
-            QCOMPARE(QString::fromStdString(site.Port().Line()->settings), settings);
-            QCOMPARE(site.Port().Line()->handshaking, handshaking);
-            QCOMPARE(window.Modem(), modem);
+            QCOMPARE(QString::fromStdString(site.Port().Line()->settings), given.settings);
+            QCOMPARE(site.Port().Line()->handshaking, given.handshaking);
+            QCOMPARE(window.Modem(), QString(given.name).contains("MODEM=1"));
         });
     }
 
     static void lineFollowsTheEditorNotTheFile()
     {
-        Fixture site("Dispositivo=STX30\r\nMODEM=0\r\nBaud=4800\r\nHandshake=HDW");
+        Fixture site("Dispositivo=STX30|MODEM=0|Baud=4800|Handshake=HDW");
         site.Editor().Pick("cboVelocita", 0);
         site.Editor().Click("optRemoto");
 
@@ -138,54 +139,19 @@ private slots:
         });
     }
 
-    static void modelAndClockOfEachDevice_data()
-    {
-        QTest::addColumn<QString>("device");
-        QTest::addColumn<int>("model");
-        QTest::addColumn<bool>("clock");
-        QTest::newRow("1.1") << "STX11" << 11 << false;
-        QTest::newRow("2.0 is queried as a 3.0") << "STX20" << 30 << true;
-        QTest::newRow("3.0") << "STX30" << 30 << true;
-        QTest::newRow("Buffer") << "STX40" << 40 << true;
-    }
-
+    static void modelAndClockOfEachDevice_data() { AddCases(kModels); }
     static void modelAndClockOfEachDevice()
     {
-        QFETCH(const QString, device);
-        QFETCH(const int, model);
-        QFETCH(const bool, clock);
-        Fixture site("Dispositivo=" + device);
-
-        site.Visit([&](frmSX& window) {
-            QCOMPARE(window.ModelloSX(), model);
-            QCOMPARE(SiteWindow::Part<QPushButton>(window, "cmdImpostaDataOra").isEnabled(), clock);
-            QVERIFY(SiteWindow::Part<QPushButton>(window, "cmdStato").isEnabled());
-            QVERIFY(SiteWindow::Part<QPushButton>(window, "cmdChiudi").isEnabled());
-        });
-    }
-
-    static void devicesWithoutABufferHaveNoButton_data()
-    {
-        QTest::addColumn<QString>("device");
-        QTest::newRow("Pabx") << "COM";
-        QTest::newRow("Buffer") << "BUFF";
-    }
-
-    static void devicesWithoutABufferHaveNoButton()
-    {
-        QFETCH(const QString, device);
-        Fixture site("Dispositivo=" + device);
-
-        QVERIFY(!IsEnabled(site.Editor().At<QPushButton>("cmdSX")));
-    }
-
-    static void windowIsModalAndOpensNothing()
-    {
-        Fixture site("Dispositivo=STX30");
+        QFETCH(const Model, given);
+        Fixture site(given.name);
 
         site.Visit([&](frmSX& window) {
             QVERIFY(window.isModal());
             QVERIFY(!site.Port().IsOpen());
+            QCOMPARE(window.ModelloSX(), given.number);
+            QCOMPARE(SiteWindow::Part<QPushButton>(window, "cmdImpostaDataOra").isEnabled(), given.clock);
+            QVERIFY(SiteWindow::Part<QPushButton>(window, "cmdStato").isEnabled());
+            QVERIFY(SiteWindow::Part<QPushButton>(window, "cmdChiudi").isEnabled());
         });
         QCOMPARE(site.Editor().Focus(), "cmdSX");
     }
@@ -193,8 +159,7 @@ private slots:
     // Uses the site's modem settings and the device's own line settings.
     static void remoteSiteIsDialledAndHungUp()
     {
-        Fixture site(
-            "Dispositivo=STX40\r\nMODEM=1\r\nStringaModem=ATX3\r\nStringaReset=AT&F\r\nNumeroTel=ATDP0123");
+        Fixture site("Dispositivo=STX40|MODEM=1|StringaModem=ATX3|StringaReset=AT&F|NumeroTel=ATDP0123");
         FakePort& port = site.Port();
         port.Answer("AT&F\r", "OK");
         port.Answer("ATX3\r", "OK");
@@ -250,7 +215,7 @@ private slots:
 
     static void annullaEndsACall()
     {
-        Fixture site("Dispositivo=STX30\r\nMODEM=1\r\nStringaReset=Z");
+        Fixture site("Dispositivo=STX30|MODEM=1|StringaReset=Z");
 
         site.Visit([&](frmSX& window) {
             const ModalVisit<frmConnessione> visitor([](frmConnessione& dialog) {

@@ -1,4 +1,5 @@
-#include "tests/support/controls.h"
+// Keys, focus, and the rules of fields that are left.
+#include "tests/support/cases.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
@@ -18,6 +19,44 @@ namespace corvrec
 
 namespace
 {
+
+// Which page Tab goes round, after these choices.
+struct Round {
+    const char* name;
+    QStringList choices;
+    int page;
+    const char* order;
+};
+
+// Tab enters a group of option buttons at the checked one.
+const std::array<Round, 4> kRounds{{
+    {"Connessione",
+     {"cboHandS: Software"},
+     0,
+     "cboTipoConn|cboHandS|chkXon|txtXon|chkXoff|txtXoff|cboVelocita|cboBitDati|cboParita|cboBitStop"},
+    {"Connessione of a remote site",
+     {"cboTipoConn: Stratobox Buffer", "optRemoto"},
+     0,
+     "cboTipoConn|cmdSX|optRemoto|btnModem|cboVelocita|cboBitDati|cboParita|cboBitStop"},
+    {"Acquisizione",
+     {"cboRicorrenza: Settimanale"},
+     1,
+     "cboRicorrenza|mskValore|mskOrario|lstGiorni|cmdTAvanzate"},
+    {"File", {}, 2, "txtDati|cmdSfoglia1|txtDati2|cmdSfoglia2|txtStorico|cmdSfoglia3|txtLog|cmdFileAvanzate"},
+}};
+
+// What a field shows after this was typed into it and it was left.
+struct Leaving {
+    const char* name; // of the field
+    const char* typed;
+    const char* shown;
+};
+
+constexpr std::array<Leaving, 5> kLeavings{{{"txtCodice", "  ab cß ", "AB Cß"},
+                                            {"txtNomeSito", "  Roma nord ", "Roma nord"},
+                                            {"txtXon", "", "Q"},
+                                            {"txtXon", "W", "W"},
+                                            {"txtXoff", "", "S"}}};
 
 // The controls of the editor that Tab can focus, on any page.
 QList<QWidget*> FocusableControls(EditorWindow& window)
@@ -58,8 +97,7 @@ private slots:
         QFETCH(int, step);
         EditorWindow window(SettingsWith({}));
         window.Add();
-        window.Pick("cboRicorrenza", 3);
-        window.Pick("cboHandS", 1);
+        window.Choose({"cboRicorrenza: Settimanale", "cboHandS: Software"});
         const QList<QWidget*> controls = FocusableControls(window);
         QVERIFY(controls.size() > 25);
 
@@ -78,363 +116,166 @@ private slots:
         }
     }
 
-    static void otherKeysPassThrough()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-
-        window.Press(Qt::Key_Tab);
-        QCOMPARE(window.Focus(), "txtCodice");
-        window.Press(Qt::Key_Backtab, Qt::ShiftModifier);
-        QCOMPARE(window.Focus(), "txtNomeSito");
-        window.Press(Qt::Key_A);
-
-        QCOMPARE(window.Shows("txtNomeSito"), "a");
-        QCOMPARE(window.Tab(), 0);
-    }
-
-    static void tabFollowsTheReadingOrder_data()
-    {
-        const QStringList head{"txtNomeSito", "txtCodice", "chkAbilitato", "qt_tabwidget_tabbar"};
-        const QStringList foot{"OK", "Annulla"};
-        QTest::addColumn<int>("page");
-        QTest::addColumn<QStringList>("order");
-        QTest::newRow("Connessione") << 0
-                                     << head + QStringList{"cboTipoConn", "cboHandS",   "chkXon",
-                                                           "txtXon",      "chkXoff",    "txtXoff",
-                                                           "cboVelocita", "cboBitDati", "cboParita",
-                                                           "cboBitStop"} +
-                                            foot;
-        QTest::newRow("Acquisizione")
-            << 1
-            << head + QStringList{"cboRicorrenza", "mskValore", "mskOrario", "lstGiorni", "cmdTAvanzate"} +
-                   foot;
-        QTest::newRow("File") << 2
-                              << head +
-                                     QStringList{"txtDati",    "cmdSfoglia1", "txtDati2", "cmdSfoglia2",
-                                                 "txtStorico", "cmdSfoglia3", "txtLog",   "cmdFileAvanzate"} +
-                                     foot;
-    }
-
+    static void tabFollowsTheReadingOrder_data() { AddCases(kRounds); }
     static void tabFollowsTheReadingOrder()
     {
-        QFETCH(int, page);
+        QFETCH(const Round, given);
         EditorWindow window(SettingsWith({}));
         window.Add();
-        window.Pick("cboRicorrenza", 3);
-        window.Pick("cboHandS", 1);
-        window.Editor().SelectTab(page);
+        window.Choose(given.choices);
+        window.Editor().SelectTab(given.page);
         window.Field("txtNomeSito").setFocus();
 
-        QTEST(TabRound(window.Editor()), "order");
-    }
-
-    static void tabFollowsTheReadingOrderOfARemoteSite()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboTipoConn", 5);
-        window.Click("optRemoto");
-        window.Field("txtNomeSito").setFocus();
-
-        // Tab enters a group of option buttons at the checked one.
-        QCOMPARE(TabRound(window.Editor()),
-                 QStringList({"txtNomeSito", "txtCodice", "chkAbilitato", "qt_tabwidget_tabbar",
-                              "cboTipoConn", "cmdSX", "optRemoto", "btnModem", "cboVelocita", "cboBitDati",
-                              "cboParita", "cboBitStop", "OK", "Annulla"}));
-    }
-
-    static void focusStartsOnTheName()
-    {
-        EditorWindow window(SettingsWith({}));
-
-        window.Add();
-
-        QCOMPARE(window.Focus(), "txtNomeSito");
-    }
-
-    static void focusStartsAfterALockedIdentity()
-    {
-        EditorWindow window(SettingsWith({"A"}));
-
-        window.Open();
-
-        QCOMPARE(window.Focus(), "chkAbilitato");
+        QCOMPARE(TabRound(window.Editor()), Parts("txtNomeSito|txtCodice|chkAbilitato|qt_tabwidget_tabbar") +
+                                                Parts(given.order) + Parts("OK|Annulla"));
+        QCOMPARE(LabelsWithoutBuddy(window.Editor()), QStringList());
     }
 
     static void focusStartsOnTheFirstFieldAtEachOpening()
     {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Editor().SelectTab(2);
-        window.Field("txtLog").setFocus();
-        window.Press(Qt::Key_Escape);
-        QVERIFY(!window.Editor().isVisible());
-
-        window.Add();
-
-        QCOMPARE(window.Focus(), "txtNomeSito");
-        QCOMPARE(window.Tab(), 0);
-    }
-
-    static void everyMnemonicLeadsToAField()
-    {
-        EditorWindow window(SettingsWith({}));
-
-        QCOMPARE(LabelsWithoutBuddy(window.Editor()), QStringList());
-    }
-
-    static void everyFieldHasAnAccessibleName()
-    {
-        EditorWindow window(SettingsWith({}));
-
-        QCOMPARE(NamelessFields(window.Editor()), QStringList());
-    }
-
-    static void labelsNameTheirFields_data()
-    {
-        QTest::addColumn<QString>("name");
-        const QList<std::pair<const char*, const char*>> names{
-            {"txtNomeSito", "Nome del sito"}, {"txtCodice", "Codice"},
-            {"cboTipoConn", "Dispositivo:"},  {"cboVelocita", "Velocità:"},
-            {"cboBitDati", "Bit di dati:"},   {"cboParita", "Parità:"},
-            {"cboBitStop", "Bit di stop:"},   {"cboHandS", "Tipo:"},
-            {"txtXon", "Carattere Xon"},      {"txtXoff", "Carattere Xoff"},
-            {"cboRicorrenza", "Ricorrenza:"}, {"mskValore", "Acquisisci ogni"},
-            {"mskOrario", "Ora di inizio"},   {"lstGiorni", "Giorni della settimana"},
-            {"txtDati", "File dati:"},        {"txtDati2", "File di scambio:"},
-            {"txtStorico", "File storico:"},  {"txtLog", "File di log:"},
-        };
-        for (const auto& [field, name] : names)
-            QTest::newRow(field) << QString(name);
-    }
-
-    static void labelsNameTheirFields()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-
-        QTEST(AccessibleName(window.At<QWidget>(QTest::currentDataTag())), "name");
-    }
-
-    static void leavingTheCodeTrimsAndRaisesIt()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Field("txtCodice").setFocus();
-        QTest::keyClicks(&window.Field("txtCodice"), "  ab cß ");
-
-        window.Press(Qt::Key_Tab);
-
-        QCOMPARE(window.Shows("txtCodice"), "AB Cß");
-    }
-
-    static void leavingTheNameTrimsIt()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        QTest::keyClicks(&window.Field("txtNomeSito"), "  Roma nord ");
-
-        window.Press(Qt::Key_Tab);
-
-        QCOMPARE(window.Shows("txtNomeSito"), "Roma nord");
-    }
-
-    static void leavingAnEmptyXonOrXoffRestoresItsLetter()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", 1);
-
-        window.Retype("txtXon", "");
-        QCOMPARE(window.Shows("txtXon"), "");
-        window.Press(Qt::Key_Tab);
-        QCOMPARE(window.Shows("txtXon"), "Q");
-        window.Retype("txtXoff", "");
-        window.Press(Qt::Key_Backtab, Qt::ShiftModifier);
-        QCOMPARE(window.Shows("txtXoff"), "S");
-        window.Retype("txtXon", "W");
-        window.Press(Qt::Key_Tab);
-
-        QCOMPARE(window.Shows("txtXon"), "W");
-    }
-
-    static void leavingTheWindowRestoresTheLetters_data()
-    {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("letter");
-        QTest::addColumn<bool>("byFrame");
-        for (const bool byFrame : {false, true}) {
-            QTest::addRow("txtXon %d", byFrame) << "txtXon"
-                                                << "Q" << byFrame;
-            QTest::addRow("txtXoff %d", byFrame) << "txtXoff"
-                                                 << "S" << byFrame;
+        EditorWindow window(SettingsWith({"A"}));
+        for (int opening = 0; opening < 2; ++opening) {
+            window.Add();
+            QCOMPARE(window.Focus(), "txtNomeSito");
+            QCOMPARE(window.Tab(), 0);
+            window.Editor().SelectTab(2);
+            window.Field("txtLog").setFocus();
+            window.Press(Qt::Key_Escape);
+            QVERIFY(!window.Editor().isVisible());
         }
+
+        window.Open(); // with name and code locked
+
+        QCOMPARE(window.Focus(), "chkAbilitato");
+    }
+
+    static void leavingAFieldRunsItsRule_data() { AddCases(kLeavings); }
+    static void leavingAFieldRunsItsRule()
+    {
+        QFETCH(const Leaving, given);
+        for (const Qt::KeyboardModifier back : {Qt::NoModifier, Qt::ShiftModifier}) {
+            EditorWindow window(SettingsWith({}));
+            window.Add();
+            window.Choose({"cboHandS: Software"});
+            window.Retype(given.name, given.typed);
+            QCOMPARE(window.Shows(given.name), given.typed);
+
+            window.Press(back == Qt::NoModifier ? Qt::Key_Tab : Qt::Key_Backtab, back);
+
+            QCOMPARE(window.Shows(given.name), given.shown);
+        }
+    }
+
+    static void mouseAndMnemonicsLeaveAField()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        QTabBar& tabs = *window.At<QTabWidget>("tabSetup").tabBar();
+
+        window.Retype("txtCodice", " ab ");
+        QTest::mouseClick(&window.Field("txtNomeSito"), Qt::LeftButton);
+        window.ExpectShown({"txtCodice: AB"});
+        window.Retype("txtCodice", " cd ");
+        QTest::mouseClick(&tabs, Qt::LeftButton, {}, tabs.tabRect(1).center());
+        window.ExpectShown({"txtCodice: CD"});
+        QCOMPARE(window.Tab(), 1);
+        QCOMPARE(window.Focus(), "qt_tabwidget_tabbar");
+        window.Retype("txtCodice", " ef ");
+        const ModalVisit<frmTrasfAvanzate> visit([&](frmTrasfAvanzate& dialog) {
+            window.ExpectShown({"txtCodice: EF"});
+            dialog.reject();
+        });
+        window.Press(Qt::Key_V, Qt::AltModifier);
+
+        QCOMPARE(window.Focus(), "cmdTAvanzate");
+    }
+
+    static void menusAndOtherWindowsDoNotLeaveAField()
+    {
+        EditorWindow window(SettingsWith({}));
+        window.Add();
+        window.Choose({"cboHandS: Software"});
+        window.Retype("txtXon", "");
+        QLineEdit& field = window.Field("txtXon");
+
+        QHideEvent minimised;
+        QSpontaneKeyEvent::setSpontaneous(&minimised);
+        qApp->notify(&window.Editor(), &minimised);
+        QCOMPARE(field.text(), "");
+
+        QContextMenuEvent request(QContextMenuEvent::Keyboard, {}, field.mapToGlobal(QPoint()));
+        QCoreApplication::sendEvent(&field, &request);
+        QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget() != nullptr, kPatienceMs);
+        QCOMPARE(field.text(), "");
+        QApplication::activePopupWidget()->close();
+        QCOMPARE(field.text(), "");
+
+        QWidget other;
+        other.show();
+        BringToFront(other);
+        QVERIFY(!field.hasFocus());
+        QCOMPARE(field.text(), "");
     }
 
     // Otherwise the next site would have empty, disabled fields, and could not be saved.
     static void leavingTheWindowRestoresTheLetters()
     {
-        QFETCH(QString, field);
-        QFETCH(QString, letter);
-        QFETCH(bool, byFrame);
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", 1);
-        window.Retype(qPrintable(field), "");
-        if (byFrame)
-            window.Editor().close();
-        else
-            window.Press(Qt::Key_Escape);
-        QVERIFY(!window.Editor().isVisible());
+        for (const bool byFrame : {false, true}) {
+            EditorWindow window(SettingsWith({}));
+            window.Add();
+            window.Choose({"cboHandS: Software"});
+            window.Set({"txtXon: "});
+            window.Retype("txtXoff", "");
+            if (byFrame)
+                window.Editor().close();
+            else
+                window.Press(Qt::Key_Escape);
+            QVERIFY(!window.Editor().isVisible());
 
-        window.Add();
+            window.Add();
 
-        QCOMPARE(window.Shows(qPrintable(field)), letter);
-        QVERIFY(!window.Field(qPrintable(field)).isEnabled());
+            window.ExpectShown({"txtXon: Q", "txtXoff: S"});
+            QVERIFY(!window.Field("txtXoff").isEnabled());
+        }
     }
 
-    static void minimisingIsNotLeaving()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", 1);
-        window.Retype("txtXon", "");
-        QHideEvent event;
-        QSpontaneKeyEvent::setSpontaneous(&event);
-
-        qApp->notify(&window.Editor(), &event);
-
-        QCOMPARE(window.Shows("txtXon"), "");
-    }
-
-    static void clickOnAnotherControlIsLeaving()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Retype("txtCodice", " ab ");
-
-        QTest::mouseClick(&window.Field("txtNomeSito"), Qt::LeftButton);
-
-        QCOMPARE(window.Shows("txtCodice"), "AB");
-    }
-
-    static void anotherProgramInFrontIsNotLeaving()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Retype("txtCodice", " ab ");
-        QWidget other;
-        other.show();
-        BringToFront(other);
-
-        QVERIFY(!window.Field("txtCodice").hasFocus());
-        QCOMPARE(window.Shows("txtCodice"), " ab ");
-    }
-
-    static void contextMenuIsNotLeaving()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", 1);
-        window.Retype("txtXon", "");
-        QLineEdit& field = window.Field("txtXon");
-        QContextMenuEvent request(QContextMenuEvent::Keyboard, {}, field.mapToGlobal(QPoint()));
-
-        QCoreApplication::sendEvent(&field, &request);
-
-        QTRY_VERIFY_WITH_TIMEOUT(QApplication::activePopupWidget() != nullptr, kPatienceMs);
-        QCOMPARE(window.Shows("txtXon"), "");
-        QApplication::activePopupWidget()->close();
-        QCOMPARE(window.Shows("txtXon"), "");
-    }
-
+    // The check only trims the text; leaving the field also converts it to upper case.
     static void enterIsNotLeaving()
     {
         EditorWindow window(SettingsWith({}));
         window.Add();
         window.Retype("txtCodice", " ab ");
-        QString codeBehindTheBox;
-        MessageProbe nameMissing(Qt::Key_Return, [&] { codeBehindTheBox = window.Shows("txtCodice"); });
+        MessageProbe nameMissing(Qt::Key_Return, [&] { window.ExpectShown({"txtCodice: ab"}); });
 
         window.Press(Qt::Key_Return);
 
-        // The check only trims the text; leaving the field also converts it to upper case.
         QCOMPARE(nameMissing.text(), "È necessario inserire il nome del sito");
-        QCOMPARE(codeBehindTheBox, "ab");
     }
 
     static void enterThatFailsACheckIsLeaving_data()
     {
-        QTest::addColumn<QString>("left");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("empty"); // the field whose check fails
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("code, same page") << "txtCodice"
-                                         << "ab"
-                                         << "txtNomeSito"
-                                         << "AB";
-        QTest::newRow("code, other page") << "txtCodice"
-                                          << "ab"
-                                          << "txtDati"
-                                          << "AB";
-        QTest::newRow("Xon") << "txtXon"
-                             << ""
-                             << "txtDati"
-                             << "Q";
+        static constexpr std::array kFields{Leaving{"txtCodice", "ab", "AB"}, Leaving{"txtXon", "", "Q"}};
+        AddCases(kFields);
     }
 
+    // To a field of the same page or of another one.
     static void enterThatFailsACheckIsLeaving()
     {
-        QFETCH(const QString, left);
-        QFETCH(const QString, typed);
-        QFETCH(const QString, empty);
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", 1);
-        window.Retype("txtNomeSito", "Roma");
-        window.Retype(qPrintable(empty), "");
-        window.Retype(qPrintable(left), typed);
-        MessageProbe missing(Qt::Key_Return);
+        QFETCH(const Leaving, given);
+        for (const char* const empty : {"txtNomeSito", "txtDati"}) {
+            EditorWindow window(SettingsWith({}));
+            window.Add();
+            window.Choose({"cboHandS: Software"});
+            window.Set({"txtNomeSito: Roma", QString(empty) + ": "});
+            window.Retype(given.name, given.typed);
+            MessageProbe missing(Qt::Key_Return);
 
-        window.Press(Qt::Key_Return);
+            window.Press(Qt::Key_Return);
 
-        QVERIFY(missing.text().startsWith("È necessario inserire il nome del "));
-        QCOMPARE(window.Focus(), empty);
-        QTEST(window.Shows(qPrintable(left)), "shown");
-    }
-
-    static void clickOnATabIsLeaving()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Retype("txtCodice", " ab ");
-        const QTabBar& tabs = *window.At<QTabWidget>("tabSetup").tabBar();
-
-        QTest::mouseClick(window.At<QTabWidget>("tabSetup").tabBar(), Qt::LeftButton, {},
-                          tabs.tabRect(2).center());
-
-        QCOMPARE(window.Tab(), 2);
-        QCOMPARE(window.Focus(), "qt_tabwidget_tabbar");
-        QCOMPARE(window.Shows("txtCodice"), "AB");
-    }
-
-    static void mnemonicOfAButtonIsLeaving()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Editor().SelectTab(1);
-        window.Retype("txtCodice", " ab ");
-        QString codeBehindTheDialog;
-        const ModalVisit<frmTrasfAvanzate> visit([&](frmTrasfAvanzate& dialog) {
-            codeBehindTheDialog = window.Shows("txtCodice");
-            dialog.reject();
-        });
-
-        window.Press(Qt::Key_V, Qt::AltModifier);
-
-        QCOMPARE(codeBehindTheDialog, "AB");
-        QCOMPARE(window.Focus(), "cmdTAvanzate");
+            QVERIFY(missing.text().startsWith("È necessario inserire il nome del "));
+            QCOMPARE(window.Focus(), empty);
+            QCOMPARE(window.Shows(given.name), given.shown);
+        }
     }
 
     static void boxTickedByItsMnemonicIsSavedByTheNextKey()
@@ -461,49 +302,24 @@ private slots:
         QVERIFY(window.Editor().Cancel());
     }
 
-    static void enterElsewherePressesOk()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboRicorrenza", 3);
-        window.Editor().SelectTab(0);
-        for (const char* const name : {"txtNomeSito", "chkAbilitato", "cboTipoConn", "cboVelocita", "OK"}) {
-            window.At<QWidget>(name).setFocus();
-            MessageProbe weekdayMissing(Qt::Key_Return);
-
-            window.Press(Qt::Key_Return);
-
-            QCOMPARE(weekdayMissing.text(),
-                     "È necessario selezionare almeno un giorno per l'importazione settimanale");
-            window.Editor().SelectTab(0);
-        }
-    }
-
-    static void wheelNeedsTheFocus_data()
-    {
-        QTest::addColumn<int>("page");
-        for (const char* const name :
-             {"cboTipoConn", "cboHandS", "cboVelocita", "cboBitDati", "cboParita", "cboBitStop"})
-            QTest::newRow(name) << 0;
-        QTest::newRow("cboRicorrenza") << 1;
-    }
-
     static void wheelNeedsTheFocus()
     {
-        QFETCH(int, page);
         EditorWindow window(SettingsWith({}));
         window.Add();
-        window.Editor().SelectTab(page);
-        QComboBox& list = window.Choice(QTest::currentDataTag());
-        list.setCurrentIndex(0);
+        for (const char* const name : {"cboTipoConn", "cboHandS", "cboVelocita", "cboBitDati", "cboParita",
+                                       "cboBitStop", "cboRicorrenza"}) {
+            QComboBox& list = window.Choice(name);
+            window.Turn(list);
+            window.Field("txtNomeSito").setFocus();
+            list.setCurrentIndex(0);
 
-        QVERIFY(!TurnWheelOver(list));
-        QCOMPARE(list.currentIndex(), 0);
-        QCOMPARE(window.Focus(), "txtNomeSito");
-        list.setFocus();
-        QVERIFY(TurnWheelOver(list));
-
-        QCOMPARE(list.currentIndex(), 1);
+            QVERIFY2(!TurnWheelOver(list), name);
+            QCOMPARE(list.currentIndex(), 0);
+            QCOMPARE(window.Focus(), "txtNomeSito");
+            list.setFocus();
+            QVERIFY2(TurnWheelOver(list), name);
+            QCOMPARE(list.currentIndex(), 1);
+        }
     }
 };
 

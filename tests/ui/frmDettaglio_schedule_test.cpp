@@ -1,4 +1,5 @@
-#include "tests/support/controls.h"
+// The schedule page: what each kind shows, and the fields for the interval and the start time.
+#include "tests/support/cases.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/patience.h"
 #include "tests/support/registered_test.h"
@@ -6,7 +7,6 @@
 #include "ui/widgets/mask_edit.h"
 #include "ui/widgets/texts.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 namespace corvrec
@@ -15,35 +15,43 @@ namespace corvrec
 namespace
 {
 
-enum Kind { continuous, hourly, daily, weekly };
+constexpr std::array kKinds{"Continua", "Oraria", "Giornaliera", "Settimanale"};
 
-constexpr auto kContinuousHelp = "Corvane recorder acquisisce i dati di questa sede senza mai interrompersi. "
-                                 "Attenzione, perchè in questo caso ci "
-                                 "può essere una sola sede abilitata.";
+constexpr auto kContinuousHelp =
+    "Corvane recorder acquisisce i dati di questa sede senza mai interrompersi. Attenzione, perchè in questo "
+    "caso ci può essere una sola sede abilitata.";
 constexpr auto kHourlyHelp =
     "Corvane recorder acquisisce i dati di questa sede con l'intervallo orario indicato dall'utente nel "
-    "campo \"\"ad "
-    "ogni\"\", iniziando l'acquisizione dall' ora inserita nel campo \"\"a partire dalle\"\".";
-constexpr auto kDailyHelp = "Corvane recorder acquisisce i dati di questa sede con l'intervallo giornaliero "
-                            "indicato dall'utente nel campo "
-                            "\"\"ogni\"\" all' ora inserita nel campo \"\"alle ore\"\".";
-constexpr auto kWeeklyHelp = "L'aquisizione avverrà con l'intervallo settimanale indicato dall'utente nel "
-                             "campo \"\"ogni\"\" all'ora inserita "
-                             "nel campo \"\"alle ore. \"\"Nella lista è possibile scegliere i giorni in cui "
-                             "deve avvenire la lettura marcandoli "
-                             "con un segno di visto.";
+    "campo \"\"ad ogni\"\", iniziando l'acquisizione dall' ora inserita nel campo \"\"a partire dalle\"\".";
+constexpr auto kDailyHelp =
+    "Corvane recorder acquisisce i dati di questa sede con l'intervallo giornaliero indicato dall'utente nel "
+    "campo \"\"ogni\"\" all' ora inserita nel campo \"\"alle ore\"\".";
+constexpr auto kWeeklyHelp =
+    "L'aquisizione avverrà con l'intervallo settimanale indicato dall'utente nel campo \"\"ogni\"\" all'ora "
+    "inserita nel campo \"\"alle ore. \"\"Nella lista è possibile scegliere i giorni in cui deve avvenire la "
+    "lettura marcandoli con un segno di visto.";
 
-// Those of the controls switched by the kind that are visible.
-QStringList ShownControls(EditorWindow& window)
-{
-    QStringList shown;
-    for (const char* const name :
-         {"lblNessuno", "lblOgni", "mskValore", "txtTempo", "mskOrario", "lstGiorni"}) {
-        if (!window.At<QWidget>(name).isHidden())
-            shown.append(name);
-    }
-    return shown;
-}
+// What a kind shows, and the interval that it starts with.
+struct Kind {
+    const char* name;
+    const char* help;
+    const char* shown; // of the controls that the kind switches
+    const char* unit;
+    bool enabled;
+    const char* mask;
+    const char* format;
+    const char* interval;
+};
+
+constexpr std::array<Kind, 4> kRules{{
+    {"Continua", kContinuousHelp, "lblNessuno|mskValore|mskOrario", nullptr, false, "", "", "1"},
+    {"Oraria", kHourlyHelp, "lblOgni|mskValore|txtTempo|mskOrario", "ora/e a partire dalle", true, "##:##",
+     "hh:mm", "__:__"},
+    {"Giornaliera", kDailyHelp, "lblOgni|mskValore|txtTempo|mskOrario", "giorno/i alle ore", true, "", "",
+     "1"},
+    {"Settimanale", kWeeklyHelp, "lblOgni|mskValore|txtTempo|mskOrario|lstGiorni", "settimana/e alle ore",
+     true, "", "", "1"},
+}};
 
 MaskEdit& Interval(EditorWindow& window)
 {
@@ -55,21 +63,15 @@ MaskEdit& Start(EditorWindow& window)
     return window.At<MaskEdit>("mskOrario");
 }
 
-CheckList& Days(EditorWindow& window)
+void Choose(EditorWindow& window, const QString& kind)
 {
-    return window.At<CheckList>("lstGiorni");
+    window.Choose({"cboRicorrenza: " + kind});
 }
 
-void ClickDay(EditorWindow& window, int row)
-{
-    QTest::mouseClick(Days(window).viewport(), Qt::LeftButton, {},
-                      Days(window).visualItemRect(Days(window).item(row)).center());
-}
-
-void AddWith(EditorWindow& window, Kind kind)
+void AddWith(EditorWindow& window, const QString& kind)
 {
     window.Add();
-    window.Pick("cboRicorrenza", kind);
+    Choose(window, kind);
 }
 
 } // namespace
@@ -81,230 +83,108 @@ class frmDettaglio_schedule_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void kindRule_data()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("help");
-        QTest::addColumn<QStringList>("shown");
-        QTest::addColumn<QString>("unit");
-        QTest::addColumn<bool>("enabled");
-        QTest::addColumn<QString>("mask");
-        QTest::addColumn<QString>("format");
-        QTest::addColumn<QString>("interval");
-        const QStringList sentence{"lblOgni", "mskValore", "txtTempo", "mskOrario"};
-        QTest::newRow("Continua") << int(continuous) << kContinuousHelp
-                                  << QStringList({"lblNessuno", "mskValore", "mskOrario"}) << "" << false
-                                  << ""
-                                  << ""
-                                  << "1";
-        QTest::newRow("Oraria") << int(hourly) << kHourlyHelp << sentence << "ora/e a partire dalle" << true
-                                << "##:##"
-                                << "hh:mm"
-                                << "__:__";
-        QTest::newRow("Giornaliera") << int(daily) << kDailyHelp << sentence << "giorno/i alle ore" << true
-                                     << ""
-                                     << ""
-                                     << "1";
-        QTest::newRow("Settimanale") << int(weekly) << kWeeklyHelp << sentence + QStringList{"lstGiorni"}
-                                     << "settimana/e alle ore" << true << ""
-                                     << ""
-                                     << "1";
-    }
-
+    static void kindRule_data() { AddCases(kRules); }
     static void kindRule()
     {
-        QFETCH(int, kind);
-        QFETCH(QString, help);
-        QFETCH(QStringList, shown);
-        QFETCH(QString, unit);
-        QFETCH(bool, enabled);
+        QFETCH(const Kind, given);
         EditorWindow window(SettingsWith({}));
-        for (const Kind before : {continuous, hourly, daily, weekly}) {
+        for (const char* const before : kKinds) {
             AddWith(window, before);
 
-            window.Pick("cboRicorrenza", kind);
+            Choose(window, given.name);
 
-            QCOMPARE(window.Shows("lblHelpParametri"), help);
-            QCOMPARE(ShownControls(window), shown);
-            if (!unit.isEmpty())
-                QCOMPARE(window.Shows("txtTempo"), unit);
-            QCOMPARE(IsEnabled(Interval(window)), enabled);
-            QCOMPARE(IsEnabled(Start(window)), enabled);
-            QTEST(Interval(window).mask(), "mask");
-            QTEST(Interval(window).format(), "format");
-            QTEST(Interval(window).text(), "interval");
+            QStringList shown;
+            for (const char* const name :
+                 {"lblNessuno", "lblOgni", "mskValore", "txtTempo", "mskOrario", "lstGiorni"}) {
+                if (!window.At<QWidget>(name).isHidden())
+                    shown.append(name);
+            }
+            QCOMPARE(shown, Parts(given.shown));
+            QCOMPARE(window.Shows("lblHelpParametri"), given.help);
+            if (given.unit != nullptr)
+                QCOMPARE(window.Shows("txtTempo"), given.unit);
+            QCOMPARE(IsEnabled(Interval(window)), given.enabled);
+            QCOMPARE(IsEnabled(Start(window)), given.enabled);
+            QCOMPARE(Interval(window).mask(), given.mask);
+            QCOMPARE(Interval(window).format(), given.format);
+            QCOMPARE(Interval(window).text(), given.interval);
             QCOMPARE(Start(window).mask(), "##:##");
             QCOMPARE(Start(window).format(), "hh:mm");
             QCOMPARE(Start(window).text(), "18:03");
         }
     }
 
-    static void maskIsSetBeforeTheText()
+    static void everyChangeOfKindDiscardsTheIntervalOnly()
     {
         EditorWindow window(SettingsWith({}));
-        AddWith(window, weekly);
-        window.Retype("mskValore", "settimane");
-
-        window.Pick("cboRicorrenza", hourly);
-
-        QCOMPARE(Interval(window).text(), "__:__");
-    }
-
-    static void everyChangeOfKindDiscardsTheInterval()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, daily);
-        window.Retype("mskValore", "3");
-        QCOMPARE(Interval(window).text(), "3");
-
-        window.Pick("cboRicorrenza", hourly);
-        QCOMPARE(Interval(window).text(), "__:__");
-        window.Pick("cboRicorrenza", daily);
-        QCOMPARE(Interval(window).text(), "1");
-        window.Retype("mskValore", "3");
-        window.Pick("cboRicorrenza", weekly);
-
-        QCOMPARE(Interval(window).text(), "1");
-    }
-
-    static void pickingTheSameKindKeepsTheInterval()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, daily);
-        window.Retype("mskValore", "3");
-
-        window.Pick("cboRicorrenza", daily);
-
-        QCOMPARE(Interval(window).text(), "3");
-    }
-
-    static void startTimeOutlivesTheKind()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
+        AddWith(window, "Oraria");
         window.Retype("mskOrario", "0715");
+        window.Retype("mskValore", "01x30");
+        window.Set({"lstGiorni: 0 6"});
+        window.ExpectShown({"mskValore: 01:30"});
 
-        for (const Kind kind : {continuous, daily, weekly, hourly}) {
-            window.Pick("cboRicorrenza", kind);
-            QCOMPARE(Start(window).text(), "07:15");
-        }
-    }
-
-    static void weekdayMarksOutliveTheKind()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, weekly);
-        ClickDay(window, 0);
-        ClickDay(window, 6);
-
-        window.Pick("cboRicorrenza", continuous);
-        QCOMPARE(window.Shows("lstGiorni"), "0 6");
-        window.Pick("cboRicorrenza", weekly);
-
-        QCOMPARE(window.Shows("lstGiorni"), "0 6");
-    }
-
-    static void weekdaysAreMarkedByMouseAndSpace()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, weekly);
-
-        ClickDay(window, 2);
-        QTest::keyClick(&Days(window), Qt::Key_Down);
-        QTest::keyClick(&Days(window), Qt::Key_Space);
-        QCOMPARE(window.Shows("lstGiorni"), "2 3");
-        ClickDay(window, 2);
-
-        QCOMPARE(window.Shows("lstGiorni"), "3");
+        Choose(window, "Settimanale");
+        window.ExpectShown({"mskValore: 1", "mskOrario: 07:15", "lstGiorni: 0 6"});
+        window.Retype("mskValore", "settimane");
+        Choose(window, "Settimanale"); // the same
+        window.ExpectShown({"mskValore: settimane"});
+        Choose(window, "Oraria");
+        window.ExpectShown({"mskValore: __:__", "mskOrario: 07:15", "lstGiorni: 0 6"});
+        Choose(window, "Giornaliera");
+        window.Retype("mskValore", "3");
+        Choose(window, "Settimanale");
+        window.ExpectShown({"mskValore: 1"});
+        Choose(window, "Continua");
+        window.ExpectShown({"mskOrario: 07:15", "lstGiorni: 0 6"});
     }
 
     static void fieldsStayInPlaceWhateverTheKind()
     {
         EditorWindow window(SettingsWith({}));
         const auto places = [&window] {
+            QCoreApplication::sendPostedEvents(); // completes the layout
             QList<QRect> found;
             for (QWidget* const each : std::initializer_list<QWidget*>{&window.Choice("cboRicorrenza"),
                                                                        &Interval(window), &Start(window)})
                 found.append({each->mapTo(&window.Editor(), QPoint()), each->size()});
             return found;
         };
-        AddWith(window, continuous);
-        QCoreApplication::sendPostedEvents(); // completes the layout
+        AddWith(window, "Continua");
         const QList<QRect> before = places();
 
-        for (const Kind kind : {hourly, daily, weekly, continuous}) {
-            window.Pick("cboRicorrenza", kind);
-            QCoreApplication::sendPostedEvents();
+        for (const char* const kind : kKinds) {
+            Choose(window, kind);
             QCOMPARE(places(), before);
         }
     }
 
-    static void arrowKeysRunTheRuleAtEachStep()
+    static void focusSelectsTheStartTime()
     {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
+        for (const char* const kind : {"Oraria", "Giornaliera", "Settimanale"}) {
+            EditorWindow window(SettingsWith({}));
+            AddWith(window, kind);
+            window.Choice("cboRicorrenza").setFocus();
 
-        QTest::keyClick(&window.Choice("cboRicorrenza"), Qt::Key_Down);
-        QCOMPARE(window.Shows("txtTempo"), "giorno/i alle ore");
-        QTest::keyClick(&window.Choice("cboRicorrenza"), Qt::Key_Down);
+            window.Press(Qt::Key_Tab); // the interval selects the start time too, and not itself
+            QCOMPARE(window.Focus(), "mskValore");
+            QCOMPARE(Start(window).selectedText(), "18:03");
+            QVERIFY(!Interval(window).hasSelectedText());
+            Start(window).setSelection(1, 1);
+            window.Press(Qt::Key_Tab);
+            QCOMPARE(window.Focus(), "mskOrario");
+            QCOMPARE(Start(window).selectedText(), "18:03");
 
-        QCOMPARE(window.Shows("txtTempo"), "settimana/e alle ore");
-    }
-
-    static void startTimeSelectsItselfOnFocus()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
-        Interval(window).setFocus();
-        Start(window).setSelection(1, 1);
-
-        window.Press(Qt::Key_Tab);
-
-        QCOMPARE(window.Focus(), "mskOrario");
-        QCOMPARE(Start(window).selectionStart(), 0);
-        QCOMPARE(Start(window).selectedText(), "18:03");
-    }
-
-    static void typingReplacesTheSelectedStartTime()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
-        Interval(window).setFocus();
-        window.Press(Qt::Key_Tab);
-
-        QTest::keyClicks(&Start(window), "9");
-        QCOMPARE(Start(window).text(), "9_:__");
-        QTest::keyClicks(&Start(window), "930");
-
-        QCOMPARE(Start(window).text(), "99:30");
-    }
-
-    static void intervalSelectsTheStartTimeOnFocus_data()
-    {
-        QTest::addColumn<int>("kind");
-        QTest::newRow("Oraria") << int(hourly);
-        QTest::newRow("Giornaliera") << int(daily);
-        QTest::newRow("Settimanale") << int(weekly);
-    }
-
-    static void intervalSelectsTheStartTimeOnFocus()
-    {
-        QFETCH(int, kind);
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, static_cast<Kind>(kind));
-        window.Choice("cboRicorrenza").setFocus();
-
-        window.Press(Qt::Key_Tab);
-
-        QCOMPARE(window.Focus(), "mskValore");
-        QCOMPARE(Start(window).selectedText(), "18:03");
-        QVERIFY(!Interval(window).hasSelectedText());
+            QTest::keyClicks(&Start(window), "9");
+            window.ExpectShown({"mskOrario: 9_:__"});
+            QTest::keyClicks(&Start(window), "930");
+            window.ExpectShown({"mskOrario: 99:30"});
+        }
     }
 
     static void intervalByMnemonicSelectsTheStartTime()
     {
         EditorWindow window(SettingsWith({}));
-        AddWith(window, daily);
+        AddWith(window, "Giornaliera");
         window.Choice("cboRicorrenza").setFocus();
 
         window.Press(Qt::Key_O, Qt::AltModifier);
@@ -314,27 +194,21 @@ private slots:
         QVERIFY(!Interval(window).hasSelectedText());
     }
 
-    static void clickIntoTheStartTimeSelectsIt()
+    static void firstClickSelectsTheStartTimeAndTheSecondPlacesTheCaret()
     {
         EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
-        Interval(window).setFocus();
+        AddWith(window, "Oraria");
+        Start(window).setFocus();
+        const QPoint minutes = CaretPlace(Start(window), 3);
 
-        QTest::mouseClick(&Start(window), Qt::LeftButton, {}, CaretPlace(Start(window), 3));
+        QTest::mouseClick(&Interval(window), Qt::LeftButton);
+        QCOMPARE(window.Focus(), "mskValore");
+        QVERIFY(!Interval(window).hasSelectedText());
         QCOMPARE(Start(window).selectedText(), "18:03");
-        QTest::keyClicks(&Start(window), "0915");
-
-        QCOMPARE(Start(window).text(), "09:15");
-    }
-
-    static void secondClickIntoTheStartTimePlacesTheCaret()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
-        Interval(window).setFocus();
-        QTest::mouseClick(&Start(window), Qt::LeftButton, {}, CaretPlace(Start(window), 3));
-
-        QTest::mouseClick(&Start(window), Qt::LeftButton, {}, CaretPlace(Start(window), 3));
+        Start(window).deselect();
+        QTest::mouseClick(&Start(window), Qt::LeftButton, {}, minutes);
+        QCOMPARE(Start(window).selectedText(), "18:03");
+        QTest::mouseClick(&Start(window), Qt::LeftButton, {}, minutes);
 
         QVERIFY(!Start(window).hasSelectedText());
         QCOMPARE(Start(window).cursorPosition(), 3);
@@ -343,7 +217,7 @@ private slots:
     static void draggedMouseSelectsAPartOfTheStartTime()
     {
         EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
+        AddWith(window, "Oraria");
         Interval(window).setFocus();
 
         Drag(Start(window), CaretPlace(Start(window), 3),
@@ -352,23 +226,10 @@ private slots:
         QCOMPARE(Start(window).selectedText(), "03");
     }
 
-    static void clickIntoTheIntervalSelectsTheStartTime()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, daily);
-        Start(window).setFocus();
-
-        QTest::mouseClick(&Interval(window), Qt::LeftButton);
-
-        QCOMPARE(window.Focus(), "mskValore");
-        QVERIFY(!Interval(window).hasSelectedText());
-        QCOMPARE(Start(window).selectedText(), "18:03");
-    }
-
     static void returningFromAnotherProgramSelectsNothing()
     {
         EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
+        AddWith(window, "Oraria");
         Start(window).setFocus();
         Start(window).setSelection(3, 2);
         QWidget other;
@@ -379,20 +240,6 @@ private slots:
 
         QVERIFY(Start(window).hasFocus());
         QCOMPARE(Start(window).selectedText(), "03");
-    }
-
-    static void intervalIsTypedIntoItsMask()
-    {
-        EditorWindow window(SettingsWith({}));
-        AddWith(window, hourly);
-        Interval(window).setFocus();
-
-        QTest::keyClicks(&Interval(window), "01x30");
-        QCOMPARE(Interval(window).text(), "01:30");
-        window.Pick("cboRicorrenza", weekly);
-        window.Retype("mskValore", "12");
-
-        QCOMPARE(Interval(window).text(), "12");
     }
 };
 

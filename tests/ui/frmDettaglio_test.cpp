@@ -1,26 +1,19 @@
-#include "tests/support/controls.h"
+// The editor's lists, a new site's values, and the rules of the connection page.
+#include "tests/support/cases.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/registered_test.h"
-#include "tests/support/vectors.h"
 #include "ui/widgets/check_list.h"
 #include "ui/widgets/mask_edit.h"
 #include "ui/widgets/texts.h"
 
-#include <QGroupBox>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QTabWidget>
 #include <QTest>
-
-#include <map>
 
 namespace corvrec
 {
 
 namespace
 {
-
-enum Device { pabx, buffer, stratobox11, stratobox20, stratobox30, stratoboxBuffer };
 
 const QStringList kLowSpeeds{"19200", "9600", "4800", "2400", "1200", "600", "300"};
 const QStringList kAllSpeeds = QStringList{"115200", "57600", "38400"} + kLowSpeeds;
@@ -39,10 +32,58 @@ QStringList EnabledControls(EditorWindow& window)
 }
 
 const QStringList kHandshakeOnly{"fraHandS", "txtTipoHands", "cboHandS"};
-const QStringList kFlowCharacters{"lblXon", "lblXoff", "chkXon", "chkXoff", "txtXon", "txtXoff"};
+const QStringList kWithCharacters =
+    kHandshakeOnly + QStringList{"lblXon", "lblXoff", "chkXon", "chkXoff", "txtXon", "txtXoff"};
 const QStringList kStatusOnly{"cmdSX"};
 const QStringList kBothWays{"cmdSX", "fraColleg", "optLocale", "optRemoto"};
 const QStringList kByModem = kBothWays + QStringList{"btnModem"};
+
+// What a device enables for a local and for a remote site, and whether the remote one stays so.
+struct Device {
+    const char* name;
+    QStringList local;
+    QStringList remote;
+    bool staysRemote;
+    QStringList speeds;
+};
+
+const std::array<Device, 6> kDevicesInOrder{{
+    {"Pabx", kHandshakeOnly, kHandshakeOnly, false, kLowSpeeds},
+    {"Buffer", kHandshakeOnly, kHandshakeOnly, false, kLowSpeeds},
+    {"Stratobox 1.1", kStatusOnly, kStatusOnly, true, kLowSpeeds},
+    {"Stratobox 2.0", kBothWays, kByModem, true, kLowSpeeds},
+    {"Stratobox 3.0", kBothWays, kByModem, true, kLowSpeeds},
+    {"Stratobox Buffer", kBothWays, kByModem, true, kAllSpeeds},
+}};
+
+// A user's choices, one after the other, and what is shown in the end.
+struct Choices {
+    const char* name;
+    const char* choices;
+    QStringList enabled;
+    const char* shown;
+};
+
+const std::array<Choices, 9> kChoices{{
+    {"local again", "cboTipoConn: Stratobox Buffer|optRemoto|optLocale", kBothWays, "optLocale: on"},
+    {"remote after the oldest Stratobox",
+     "cboTipoConn: Stratobox 3.0|optRemoto|cboTipoConn: Stratobox 1.1|cboTipoConn: Stratobox 3.0", kByModem,
+     "optRemoto: on"},
+    {"software handshake", "cboHandS: Software", kWithCharacters, ""},
+    {"hardware handshake", "cboHandS: Software|cboHandS: Hardware", kHandshakeOnly, ""},
+    {"no handshake", "cboHandS: Software|cboHandS: Nessuno", kHandshakeOnly, ""},
+    {"software handshake of a buffer device", "cboHandS: Software|cboTipoConn: Stratobox 3.0|optRemoto",
+     kByModem, "cboHandS: Software"},
+    {"software handshake after a buffer device",
+     "cboHandS: Software|cboTipoConn: Stratobox 1.1|cboTipoConn: Buffer", kWithCharacters, ""},
+    {"high speed is lost with its device",
+     "cboTipoConn: Stratobox Buffer|cboVelocita: 115200|cboTipoConn: Pabx|cboTipoConn: Stratobox Buffer",
+     kBothWays, "cboVelocita: "},
+    {"low speed stays", "cboVelocita: 2400|cboTipoConn: Stratobox Buffer|cboTipoConn: Stratobox 2.0",
+     kBothWays, "cboVelocita: 2400"},
+}};
+
+const QString kDevice = "cboTipoConn: ";
 
 QStringList Entries(const QComboBox& list)
 {
@@ -52,6 +93,8 @@ QStringList Entries(const QComboBox& list)
     return entries;
 }
 
+constexpr std::array kFileNames{"txtDati", "txtDati2", "txtStorico", "txtLog"};
+
 } // namespace
 
 class frmDettaglio_test : public QObject
@@ -60,61 +103,6 @@ class frmDettaglio_test : public QObject
 
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
-    static void captionsComeFromTheStringTable_data()
-    {
-        QTest::addColumn<QString>("caption");
-        const std::map<const char*, const char*> captions{
-            {"lblNomeSito", "&Nome del sito"},
-            {"lblCodice", "&Codice"},
-            {"chkAbilitato", "Sito &abilitato"},
-            {"OK", "OK"},
-            {"Annulla", "Annulla"},
-            {"Label3", "Dispositi&vo:"},
-            {"fraColleg", "Tipo di collegamento"},
-            {"optLocale", "Collegamento &locale"},
-            {"optRemoto", "Collegamento &remoto"},
-            {"btnModem", "&Modem..."},
-            {"fraHandS", "Handshake"},
-            {"txtTipoHands", "&Tipo:"},
-            {"chkXon", "Xo&n"},
-            {"lblXon", "C&TRL -"},
-            {"chkXoff", "Xo&ff:"},
-            {"lblXoff", "C&TRL -"},
-            {"cmdSX", "Stato &Buffer..."},
-            {"Frame1", "Parametri di connessione"},
-            {"lblVelocita", "V&elocità:"},
-            {"lblBitDati", "Bit di &dati:"},
-            {"lblParita", "&Parità:"},
-            {"lblBitStop", "Bit di &stop:"},
-            {"lblRicorrenza", "&Ricorrenza:"},
-            {"fraParametri", "Parametri"},
-            {"lblNessuno", "Nessuno"},
-            {"lblOgni", "Acquisisci &ogni"},
-            {"cmdTAvanzate", "A&vanzate..."},
-            {"lblDati", "File &dati:"},
-            {"lblDati2", "File di sca&mbio:"},
-            {"lblStorico", "File &storico:"},
-            {"lblLog", "File di &log:"},
-            {"cmdSfoglia1", "Sfoglia..."},
-            {"cmdSfoglia2", "Sfoglia..."},
-            {"cmdSfoglia3", "Sfoglia..."},
-            {"cmdFileAvanzate", "A&vanzate..."},
-        };
-        for (const auto& [name, caption] : captions)
-            QTest::newRow(name) << QString(caption);
-    }
-
-    static void captionsComeFromTheStringTable()
-    {
-        QFETCH(QString, caption);
-        EditorWindow window(SettingsWith({}));
-
-        const auto& control = window.At<QWidget>(QTest::currentDataTag());
-
-        const bool isGroup = qobject_cast<const QGroupBox*>(&control) != nullptr;
-        QCOMPARE(control.property(isGroup ? "title" : "text").toString(), caption);
-    }
 
     static void titleAndTabsComeFromTheStringTable()
     {
@@ -135,10 +123,11 @@ private slots:
         QStringList shownDays;
         for (int row = 0; row < days.count(); ++row)
             shownDays.append(days.item(row)->text());
+        QStringList devices;
+        for (const Device& each : kDevicesInOrder)
+            devices.append(each.name);
 
-        QCOMPARE(Entries(window.Choice("cboTipoConn")),
-                 QStringList({"Pabx", "Buffer", "Stratobox 1.1", "Stratobox 2.0", "Stratobox 3.0",
-                              "Stratobox Buffer"}));
+        QCOMPARE(Entries(window.Choice("cboTipoConn")), devices);
         QCOMPARE(Entries(window.Choice("cboHandS")), QStringList({"Nessuno", "Software", "Hardware"}));
         QCOMPARE(Entries(window.Choice("cboParita")), QStringList({"Nessuna", "Pari", "Dispari"}));
         QCOMPARE(Entries(window.Choice("cboBitDati")), QStringList({"7", "8"}));
@@ -150,74 +139,43 @@ private slots:
                  QStringList({"Lunedì", "Martedì", "Mercoledì", "Giovedì", "Venerdì", "Sabato", "Domenica"}));
     }
 
-    static void firstStatesOfControlsWithoutADefault()
-    {
-        EditorWindow window(SettingsWith({}));
-        const std::map<const char*, QString> states{
-            {"chkXon", "on"},
-            {"txtXon", "Q"},
-            {"chkXoff", "on"},
-            {"txtXoff", "S"},
-            {"chkData", "off"},
-            {"chkOra", "off"},
-            {"chkNull", "off"},
-            {"chkCrLf", "off"},
-            {"chkFile", "off"},
-            {"txtFile", "600"},
-            {"chkSpazio", "off"},
-            {"txtSpazio", "20"},
-            {"optToni", "on"},
-            {"txtTelefono", ""},
-            {"txtTentImpor", ""},
-            {"txtStringaReset", "&F"},
-            {"lstGiorni", ""},
-            {"mskValore", "1"},
-            {"txtStringaInit", "X3S0=0&M5&K0&C1&D2&R1"},
-        };
-
-        for (const auto& [name, state] : states)
-            QCOMPARE(QString(name) + ": " + window.Shows(name), QString(name) + ": " + state);
-    }
-
     static void newSiteStartsWithTheDefaults()
     {
         EditorWindow window(SettingsWith({}));
-        const std::map<const char*, QString> states{
-            {"cboTipoConn", "Pabx"}, {"optLocale", "on"},       {"optRemoto", "off"},
-            {"cboVelocita", "9600"}, {"cboBitDati", "8"},       {"cboParita", "Nessuna"},
-            {"cboBitStop", "1"},     {"cboHandS", "Hardware"},  {"mskOrario", "18:03"},
-            {"txtNomeSito", ""},     {"txtCodice", ""},         {"chkAbilitato", "off"},
-            {"mskValore", "1"},      {"txtLog", "Corvrec.log"}, {"cboRicorrenza", "Continua"},
-        };
+        const QString folder = QString::fromStdString(window.Settings().Directory().string()) + "/";
 
         window.Add();
 
-        for (const auto& [name, state] : states)
-            QCOMPARE(QString(name) + ": " + window.Shows(name), QString(name) + ": " + state);
+        window.ExpectShown({"txtNomeSito: ", "txtCodice: ", "chkAbilitato: off", "cboTipoConn: Pabx",
+                            "optLocale: on", "optRemoto: off", "cboHandS: Hardware", "chkXon: on",
+                            "txtXon: Q", "chkXoff: on", "txtXoff: S", "cboVelocita: 9600", "cboBitDati: 8",
+                            "cboParita: Nessuna", "cboBitStop: 1"});
+        window.ExpectShown({"cboRicorrenza: Continua", "mskValore: 1", "mskOrario: 18:03",
+                            "lstGiorni: ", "chkData: off", "chkOra: off", "chkNull: off", "chkCrLf: off"});
+        window.ExpectShown({"txtDati: " + folder + "Corvrec.txt", "txtDati2: " + folder + "CRemoto.txt",
+                            "txtStorico: " + folder + "Storico.txt", "txtLog: Corvrec.log", "chkFile: off",
+                            "txtFile: 600", "chkSpazio: off", "txtSpazio: 20"});
+        window.ExpectShown({"cboModem: Generico", "txtTelefono: ", "txtTentImpor: ",
+                            "txtStringaInit: X3S0=0&M5&K0&C1&D2&R1", "txtStringaReset: &F", "optToni: on"});
         QCOMPARE(EnabledControls(window), kHandshakeOnly);
-    }
-
-    static void newSiteNamesFilesInTheProgramsFolder()
-    {
-        EditorWindow window(SettingsWith({}));
-        const QString directory = QString::fromStdString(window.Settings().Directory().string()) + "/";
-
-        window.Add();
-
-        QCOMPARE(window.Shows("txtDati"), directory + "Corvrec.txt");
-        QCOMPARE(window.Shows("txtDati2"), directory + "CRemoto.txt");
-        QCOMPARE(window.Shows("txtStorico"), directory + "Storico.txt");
-        QCOMPARE(window.Shows("txtLog"), "Corvrec.log");
-    }
-
-    static void defaultsSelectTheWholeFileNames()
-    {
-        EditorWindow window(SettingsWith({}));
-
-        window.Add();
-
-        for (const char* const name : {"txtDati", "txtDati2", "txtStorico", "txtLog"})
+        for (const char* const name : kFileNames)
             QCOMPARE(window.Field(name).selectedText(), window.Field(name).text());
+    }
+
+    // The next site keeps them, unless it says otherwise.
+    static void defaultsLeaveControlsThatTheyDoNotName()
+    {
+        EditorWindow window(SettingsWith({}), "Alfa=A1\r\nBeta=B2\r\n");
+        const QStringList changed{
+            "chkXon: off",        "txtXon: W",      "chkXoff: off",   "txtXoff: V",      "chkData: on",
+            "chkOra: on",         "chkNull: on",    "chkCrLf: on",    "chkFile: on",     "txtFile: 5",
+            "chkSpazio: on",      "txtSpazio: 6",   "lstGiorni: 3",   "cboModem: Beta",  "txtStringaInit: 7",
+            "txtStringaReset: 8", "optImpulsi: on", "txtTelefono: 9", "txtTentImpor: 10"};
+        window.Set(changed);
+
+        window.Add();
+
+        window.ExpectShown(changed);
     }
 
     static void defaultsPutTheTimeOfDayOverAnyStartTime()
@@ -233,165 +191,64 @@ private slots:
         }
     }
 
-    static void defaultsResetARemoteSiteWithPabx()
-    {
-        EditorWindow window(
-            "[Siti]\r\nA=Alfa\r\n[General]\r\nCom=COM2\r\n[A]\r\nDispositivo=COM\r\nMODEM=1\r\n");
-        window.Open();
-        QCOMPARE(EnabledControls(window), QStringList({"btnModem"}));
-
-        window.Editor().InitFormDettagli();
-
-        QCOMPARE(window.Shows("optLocale"), "on");
-        QCOMPARE(EnabledControls(window), kHandshakeOnly);
-    }
-
-    static void defaultsLeaveControlsThatTheyDoNotName()
-    {
-        EditorWindow window(SettingsWith({}), "Alfa=A1\r\nBeta=B2\r\n");
-        const QStringList fields{"txtXon",      "txtXoff",      "txtFile",        "txtSpazio",
-                                 "txtTelefono", "txtTentImpor", "txtStringaInit", "txtStringaReset"};
-        const QStringList boxes{"chkXon",  "chkXoff", "chkData", "chkOra",
-                                "chkNull", "chkCrLf", "chkFile", "chkSpazio"};
-        for (const QString& field : fields)
-            window.Field(qPrintable(field)).setText("5" + field);
-        for (const QString& box : boxes)
-            window.Box(qPrintable(box)).toggle();
-        window.Choice("cboModem").setCurrentIndex(1);
-        window.At<QRadioButton>("optImpulsi").setChecked(true);
-        window.At<CheckList>("lstGiorni").SetMarked(3, true);
-
-        window.Add();
-
-        for (const QString& field : fields)
-            QCOMPARE(window.Shows(qPrintable(field)), "5" + field);
-        for (const QString& box : boxes)
-            QCOMPARE(box + " " + window.Shows(qPrintable(box)),
-                     box + (box.startsWith("chkXo") ? " off" : " on"));
-        QCOMPARE(window.Shows("cboModem"), "Beta");
-        QCOMPARE(window.Shows("optImpulsi"), "on");
-        QCOMPARE(window.Shows("lstGiorni"), "3");
-    }
-
-    static void deviceRule_data()
-    {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QStringList>("enabled");
-        QTest::addColumn<QStringList>("speeds");
-        QTest::newRow("Pabx") << int(pabx) << kHandshakeOnly << kLowSpeeds;
-        QTest::newRow("Buffer") << int(buffer) << kHandshakeOnly << kLowSpeeds;
-        QTest::newRow("Stratobox 1.1") << int(stratobox11) << kStatusOnly << kLowSpeeds;
-        QTest::newRow("Stratobox 2.0") << int(stratobox20) << kBothWays << kLowSpeeds;
-        QTest::newRow("Stratobox 3.0") << int(stratobox30) << kBothWays << kLowSpeeds;
-        QTest::newRow("Stratobox Buffer") << int(stratoboxBuffer) << kBothWays << kAllSpeeds;
-    }
-
+    static void deviceRule_data() { AddCases(kDevicesInOrder); }
     static void deviceRule()
     {
-        QFETCH(int, row);
-        QFETCH(QStringList, enabled);
-        QFETCH(QStringList, speeds);
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboTipoConn", row == pabx ? buffer : pabx);
+        QFETCH(const Device, given);
+        for (const bool remote : {false, true}) {
+            EditorWindow window(SettingsWith({}));
+            window.Add();
+            const bool isFirst = QString(given.name) == "Stratobox 2.0";
+            window.Choose({kDevice + (isFirst ? "Stratobox 3.0" : "Stratobox 2.0"),
+                           remote ? "optRemoto" : "optLocale"});
 
-        window.Pick("cboTipoConn", row);
+            window.Choose({kDevice + given.name});
 
-        QCOMPARE(EnabledControls(window), enabled);
-        QCOMPARE(Entries(window.Choice("cboVelocita")), speeds);
-        QCOMPARE(window.Shows("cboVelocita"), "9600");
-        QCOMPARE(window.Shows("optLocale"), "on");
+            QCOMPARE(EnabledControls(window), remote ? given.remote : given.local);
+            QCOMPARE(Entries(window.Choice("cboVelocita")), given.speeds);
+            const bool isRemote = remote && given.staysRemote;
+            window.ExpectShown({"cboVelocita: 9600", QString("optRemoto: ") + (isRemote ? "on" : "off"),
+                                QString("optLocale: ") + (isRemote ? "off" : "on")});
+        }
     }
 
-    static void deviceRuleOfARemoteSite_data()
+    static void choices_data() { AddCases(kChoices); }
+    static void choices()
     {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<bool>("staysRemote");
-        QTest::addColumn<QStringList>("enabled");
-        QTest::newRow("Pabx") << int(pabx) << false << kHandshakeOnly;
-        QTest::newRow("Buffer") << int(buffer) << false << kHandshakeOnly;
-        QTest::newRow("Stratobox 1.1") << int(stratobox11) << true << kStatusOnly;
-        QTest::newRow("Stratobox 2.0") << int(stratobox20) << true << kByModem;
-        QTest::newRow("Stratobox 3.0") << int(stratobox30) << true << kByModem;
-        QTest::newRow("Stratobox Buffer") << int(stratoboxBuffer) << true << kByModem;
-    }
-
-    static void deviceRuleOfARemoteSite()
-    {
-        QFETCH(int, row);
-        QFETCH(bool, staysRemote);
-        QFETCH(QStringList, enabled);
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboTipoConn", row == stratobox20 ? stratobox30 : stratobox20);
-        window.Click("optRemoto");
-
-        window.Pick("cboTipoConn", row);
-
-        QCOMPARE(EnabledControls(window), enabled);
-        QCOMPARE(window.Shows("optRemoto"), staysRemote ? "on" : "off");
-        QCOMPARE(window.Shows("optLocale"), staysRemote ? "off" : "on");
-    }
-
-    static void leavingForPabxForcesLocal()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboTipoConn", stratobox20);
-        window.Click("optRemoto");
-        QVERIFY(IsEnabled(window.At<QPushButton>("btnModem")));
-
-        window.Pick("cboTipoConn", pabx);
-
-        QCOMPARE(window.Shows("optLocale"), "on");
-        QVERIFY(!IsEnabled(window.At<QPushButton>("btnModem")));
-        QVERIFY(window.Choice("cboHandS").isEnabled());
-    }
-
-    static void oldestStratoboxKeepsTheOptionAndTheSpeeds()
-    {
+        QFETCH(const Choices, given);
         EditorWindow window(SettingsWith({}));
         window.Add();
 
-        window.Pick("cboTipoConn", stratobox11);
+        window.Choose(Parts(given.choices));
 
-        QCOMPARE(Entries(window.Choice("cboVelocita")), kLowSpeeds);
-        QCOMPARE(window.Shows("cboVelocita"), "9600");
-        QCOMPARE(window.Shows("optLocale"), "on");
+        QCOMPARE(EnabledControls(window), given.enabled);
+        window.ExpectShown(Parts(given.shown));
     }
 
-    static void remoteSiteComesBackFromTheOldestStratobox()
+    // The oldest Stratobox keeps the list that it finds.
+    static void speedList_data() { AddVectors("speed_list"); }
+    static void speedList()
     {
+        QFETCH(const QJsonObject, given);
         EditorWindow window(SettingsWith({}));
         window.Add();
-        window.Pick("cboTipoConn", stratobox30);
-        window.Click("optRemoto");
-        window.Pick("cboTipoConn", stratobox11);
+        window.Choose({kDevice + "Stratobox Buffer"});
+        window.Set({"cboVelocita: " + given["remembered"].toString()});
+        window.Choose({kDevice + "Stratobox 1.1"});
+        window.ExpectShown({"cboVelocita: " + given["remembered"].toString()});
+        QCOMPARE(Entries(window.Choice("cboVelocita")), kAllSpeeds);
 
-        window.Pick("cboTipoConn", stratobox30);
+        window.Choose({kDevice + (given["high"].toBool() ? "Stratobox Buffer" : "Stratobox 3.0")});
 
-        QCOMPARE(window.Shows("optRemoto"), "on");
-        QCOMPARE(EnabledControls(window), kByModem);
-    }
-
-    static void localAndRemoteSwitchTheModemButton()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboTipoConn", stratoboxBuffer);
-
-        window.Click("optRemoto");
-        QCOMPARE(EnabledControls(window), kByModem);
-        window.Click("optLocale");
-        QCOMPARE(EnabledControls(window), kBothWays);
+        QCOMPARE(Entries(window.Choice("cboVelocita")), given["items"].toVariant().toStringList());
+        QCOMPARE(window.Choice("cboVelocita").currentIndex(), given["selected"].toInt());
     }
 
     static void unknownDeviceRowChangesNothing()
     {
         EditorWindow window(SettingsWith({}));
         window.Add();
-        window.Pick("cboTipoConn", stratoboxBuffer);
-        window.Click("optRemoto");
+        window.Choose({kDevice + "Stratobox Buffer", "optRemoto"});
 
         window.Choice("cboTipoConn").setCurrentIndex(-1);
 
@@ -399,144 +256,19 @@ private slots:
         QCOMPARE(Entries(window.Choice("cboVelocita")), kAllSpeeds);
     }
 
-    static void handshakeRule_data()
+    static void rulesRunOnLoading()
     {
-        QTest::addColumn<int>("row");
-        QTest::addColumn<QStringList>("enabled");
-        QTest::newRow("Nessuno") << 0 << kHandshakeOnly;
-        QTest::newRow("Software") << 1 << kHandshakeOnly + kFlowCharacters;
-        QTest::newRow("Hardware") << 2 << kHandshakeOnly;
-    }
+        EditorWindow window("[Siti]\r\nA=a\r\nB=b\r\n[General]\r\nCom=COM2\r\n[A]\r\nDispositivo=COM\r\n"
+                            "MODEM=0\r\nHandshake=XON\r\n[B]\r\nDispositivo=COM\r\nMODEM=1\r\n");
+        window.Open(0);
+        QCOMPARE(EnabledControls(window), kWithCharacters);
+        window.Open(1); // a remote site with a device that has no modem
+        QCOMPARE(EnabledControls(window), QStringList({"btnModem"}));
 
-    static void handshakeRule()
-    {
-        QFETCH(int, row);
-        QFETCH(QStringList, enabled);
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", row == 1 ? 2 : 1);
-
-        window.Pick("cboHandS", row);
-
-        QCOMPARE(EnabledControls(window), enabled);
-    }
-
-    static void bufferDeviceNeverEditsTheHandshake()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", 1);
-
-        window.Pick("cboTipoConn", stratobox30);
-        QCOMPARE(EnabledControls(window), kBothWays);
-        window.Click("optRemoto");
-
-        QCOMPARE(EnabledControls(window), kByModem);
-        QCOMPARE(window.Shows("cboHandS"), "Software");
-    }
-
-    static void softwareHandshakeReturnsWithPabx()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", 1);
-        window.Pick("cboTipoConn", stratobox11);
-
-        window.Pick("cboTipoConn", buffer);
-
-        QCOMPARE(EnabledControls(window), kHandshakeOnly + kFlowCharacters);
-    }
-
-    static void speedList_data()
-    {
-        QTest::addColumn<QString>("remembered");
-        QTest::addColumn<bool>("high");
-        QTest::addColumn<QStringList>("items");
-        QTest::addColumn<int>("selected");
-        for (const QJsonValue vector : Vectors("speed_list")) {
-            QStringList items;
-            for (const QJsonValue item : vector["items"].toArray())
-                items.append(item.toString());
-            const QString remembered = vector["remembered"].toString();
-            const bool high = vector["high"].toBool();
-            QTest::addRow("'%s', %s", qPrintable(remembered), high ? "high" : "low")
-                << remembered << high << items << vector["selected"].toInt();
-        }
-    }
-
-    static void speedList()
-    {
-        QFETCH(QString, remembered);
-        QFETCH(bool, high);
-        QFETCH(QStringList, items);
-        QFETCH(int, selected);
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Editor().ComboVelocita(true);
-        window.Choice("cboVelocita").setCurrentIndex(window.Choice("cboVelocita").findText(remembered));
-        QCOMPARE(window.Shows("cboVelocita"), remembered);
-
-        window.Editor().ComboVelocita(high);
-
-        QCOMPARE(Entries(window.Choice("cboVelocita")), items);
-        QCOMPARE(window.Choice("cboVelocita").currentIndex(), selected);
-    }
-
-    static void highSpeedIsLostWithItsDevice()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboTipoConn", stratoboxBuffer);
-        window.Pick("cboVelocita", 0);
-        QCOMPARE(window.Shows("cboVelocita"), "115200");
-
-        window.Pick("cboTipoConn", pabx);
-        QCOMPARE(window.Shows("cboVelocita"), "");
-        QCOMPARE(window.Choice("cboVelocita").currentIndex(), -1);
-        window.Pick("cboTipoConn", stratoboxBuffer);
-
-        QCOMPARE(window.Choice("cboVelocita").currentIndex(), -1);
-    }
-
-    static void lowSpeedSurvivesTheDevice()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboVelocita", 3);
-
-        window.Pick("cboTipoConn", stratoboxBuffer);
-        QCOMPARE(window.Shows("cboVelocita"), "2400");
-        window.Pick("cboTipoConn", stratobox20);
-
-        QCOMPARE(window.Shows("cboVelocita"), "2400");
-    }
-
-    static void oldestStratoboxKeepsTheHighSpeeds()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboTipoConn", stratoboxBuffer);
-        window.Pick("cboVelocita", 1);
-
-        window.Pick("cboTipoConn", stratobox11);
-
-        QCOMPARE(Entries(window.Choice("cboVelocita")), kAllSpeeds);
-        QCOMPARE(window.Shows("cboVelocita"), "57600");
-    }
-
-    static void identityIsEnabledFromOutsideOnly()
-    {
-        EditorWindow window(SettingsWith({"A"}));
-
-        window.Open();
-        QVERIFY(!IsEnabled(window.Field("txtNomeSito")));
-        QVERIFY(!IsEnabled(window.Field("txtCodice")));
         window.Editor().InitFormDettagli();
-        QVERIFY(!IsEnabled(window.Field("txtNomeSito")));
-        window.Editor().EnableIdentity(true);
 
-        QVERIFY(IsEnabled(window.Field("txtNomeSito")));
-        QVERIFY(IsEnabled(window.Field("txtCodice")));
+        window.ExpectShown({"optLocale: on"});
+        QCOMPARE(EnabledControls(window), kHandshakeOnly);
     }
 
     static void identityOfAnExistingSiteIsReadable()
@@ -555,44 +287,13 @@ private slots:
         EditorWindow window(SettingsWith({}));
         window.Add();
 
-        window.At<QTabWidget>("tabSetup").setCurrentIndex(2);
+        window.Editor().SelectTab(2);
 
         const QColor mark = QApplication::palette().color(QPalette::Active, QPalette::Highlight);
-        const QString focused = window.Focus();
-        for (const char* const name : {"txtDati", "txtDati2", "txtStorico", "txtLog"}) {
-            QVERIFY(window.Field(name).hasSelectedText());
-            QVERIFY(focused != name);
-            QVERIFY2(!HasColour(window.Field(name), mark), name);
-        }
+        for (const char* const name : kFileNames)
+            QVERIFY2(window.Focus() != name && !HasColour(window.Field(name), mark), name);
         window.Field("txtDati2").setFocus();
         QVERIFY(HasColour(window.Field("txtDati2"), mark));
-    }
-
-    static void cancelAndNuovoAreFlags()
-    {
-        EditorWindow window(SettingsWith({}));
-
-        for (const bool flag : {true, false}) {
-            window.Editor().SetNuovo(flag);
-            window.Editor().SetCancel(!flag);
-
-            QCOMPARE(window.Editor().Nuovo(), flag);
-            QCOMPARE(window.Editor().Cancel(), !flag);
-        }
-    }
-
-    static void contentsStayBetweenUses()
-    {
-        EditorWindow window(SettingsWith({}));
-        window.Add();
-        window.Pick("cboHandS", 1);
-        window.Retype("txtXon", "W");
-        window.Click("Annulla");
-
-        window.Add();
-
-        QCOMPARE(window.Shows("txtXon"), "W");
-        QCOMPARE(window.Shows("cboHandS"), "Hardware");
     }
 };
 
