@@ -1,13 +1,10 @@
 // The first state of a new site, and the names and codes that it may have.
-#include "tests/support/controls.h"
+#include "tests/support/cases.h"
 #include "tests/support/editor_window.h"
-#include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/registered_test.h"
+#include "tests/support/sample_site.h"
 #include "tests/support/text_entry.h"
-#include "ui/editor/frmFileAvanzate.h"
-#include "ui/editor/frmModem.h"
-#include "ui/editor/frmTrasfAvanzate.h"
 #include "ui/widgets/texts.h"
 
 #include <QContextMenuEvent>
@@ -16,7 +13,6 @@
 #include <QTableView>
 #include <QTest>
 
-#include <array>
 #include <functional>
 
 namespace corvrec
@@ -25,44 +21,30 @@ namespace corvrec
 namespace
 {
 
-// # stands for a double quote.
-constexpr std::array kOddNames{
-    "Sede di Forlì", "#Alfa#",    "'Alfa'",  "##Alfa##",     "#",  "''",          "Città Ω", "\tAlfa\t",
-    "Al\tfa",        "-CaVacca-", "=Alfa",   ";Alfa",        "[A", "#Alfa# ",     "0",       "Ẁ",
-    "“Alfa”",        "A\u00A0B",  "\u00A0A", "A\U0001F600B", "ß",  "Alfa\u0081B",
-};
-
-// A site that differs from a new one in every value.
-constexpr auto kFullSite =
-    "[Siti]\r\nPIENO=Pieno\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n[PIENO]\r\nSitoAbilitato=0\r\n"
-    "STimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\nMTimeWrite=60\r\nFlagCRLF=0\r\nDispositivo=STX40\r\n"
-    "MODEM=1\r\nHandshake=XON\r\nXon= 2\r\nXoff= 1\r\nBaud=57600\r\nBitDati=7\r\nParita=E\r\nStop=2\r\n"
-    "Ricorrenza= 62\r\nOgni= 1209600\r\nOra=08:30 21/11/2026\r\nAggData=1\r\nAggOra=1\r\nEliminaNull=0\r\n"
-    "CorreggiCR=1\r\nDati=C:\\Pieno\\D.txt\r\nDati2=C:\\Pieno\\S.txt\r\nStorico=C:\\Pieno\\H.txt\r\n"
-    "Modello=Beta\r\nStringaModem=ATB2\r\nStringaReset=ATZ\r\nNumeroTel=ATDP0123\r\nImportazione=7\r\n"
-    "FileTimeout=45\r\nSpazioTimeout=46\r\nTimeoutFineImp=15\r\nCharToDel=00\r\n";
 constexpr auto kCatalogue = "Alfa=A1\r\nBeta=B1\r\n";
 
-constexpr std::array kControls{
-    "txtNomeSito", "txtCodice", "chkAbilitato",  "cboTipoConn", "optLocale",       "cboVelocita",
-    "cboBitDati",  "cboParita", "cboBitStop",    "cboHandS",    "chkXon",          "txtXon",
-    "chkXoff",     "txtXoff",   "cboRicorrenza", "mskValore",   "mskOrario",       "lstGiorni",
-    "chkData",     "chkOra",    "chkNull",       "chkCrLf",     "chkFile",         "txtFile",
-    "chkSpazio",   "txtSpazio", "cboModem",      "txtTelefono", "txtTentImpor",    "txtStringaInit",
-    "optToni",     "txtDati",   "txtDati2",      "txtStorico",  "txtStringaReset", "txtLog",
-};
-
-QString Quoted(QString text)
+// A site that differs from a new one in every value.
+std::string FullSite()
 {
-    return text.replace('#', '"');
-}
-
-QStringList AllShown(EditorWindow& window)
-{
-    QStringList values;
-    for (const char* const control : kControls)
-        values.append(QString(control) + ": " + window.Shows(control));
-    return values;
+    return "[Siti]\r\nPIENO=Pieno\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n[PIENO]\r\n" +
+           SavedSite({{"SitoAbilitato", "0"},
+                      {"Dispositivo", "STX40"},
+                      {"Xon", " 2"},
+                      {"Xoff", " 1"},
+                      {"Baud", "57600"},
+                      {"BitDati", "7"},
+                      {"Stop", "2"},
+                      {"Ricorrenza", " 62"},
+                      {"Ogni", " 1209600"},
+                      {"AggOra", "1"},
+                      {"Ora", "08:30 21/11/2026"},
+                      {"EliminaNull", "0"},
+                      {"CorreggiCR", "1"},
+                      {"Modello", "Beta"},
+                      {"StringaReset", "ATZ"},
+                      {"FileTimeout", "45"},
+                      {"SpazioTimeout", "46"},
+                      {"NumeroTel", "ATDP0123"}});
 }
 
 QStringList Rows(SiteWindow& window)
@@ -78,23 +60,18 @@ QStringList Rows(SiteWindow& window)
     return rows;
 }
 
-void ClickAdd(SiteWindow& window)
-{
-    QTest::mouseClick(&SiteWindow::Part<QPushButton>(window.List(), "cmdAggiungi"), Qt::LeftButton);
-}
-
 // What the editor shows when "Aggiungi..." opens it. Afterwards act runs in the editor, which is left with
 // Escape.
 QStringList ShownInANewSite(EditorWindow& window, const std::function<void()>& act = {})
 {
     QStringList shown;
     const ModalVisit<frmDettaglio> visit([&](frmDettaglio& editor) {
-        shown = AllShown(window);
+        shown = AllShown(editor);
         if (act)
             act();
         editor.reject();
     });
-    ClickAdd(window);
+    QTest::mouseClick(&SiteWindow::Part<QPushButton>(window.List(), "cmdAggiungi"), Qt::LeftButton);
     return shown;
 }
 
@@ -108,17 +85,21 @@ void PressInMenu(SiteWindow& window, Qt::Key letter)
     QTest::keyClick(QApplication::activePopupWidget(), letter);
 }
 
-// If the editor stays open with a message, it is closed so that the test fails instead of hanging.
-void AcceptWith(frmDettaglio& editor, const QString& name, const QString& code)
-{
-    Enter(SiteWindow::Part<QLineEdit>(editor, "txtNomeSito"), name, Entry::paste);
-    Enter(SiteWindow::Part<QLineEdit>(editor, "txtCodice"), code, Entry::paste);
-    for (const char* const file : {"txtDati", "txtDati2", "txtStorico"})
-        SiteWindow::Part<QLineEdit>(editor, file).setText(QString("C:\\nuovo\\") + file);
-    QTest::mouseClick(&SiteWindow::Part<QPushButton>(editor, "OK"), Qt::LeftButton);
-    if (editor.isVisible())
-        editor.reject();
-}
+// A text entered as a code, and the code that the field shows after it was left.
+struct Code {
+    const char* name;
+    const char* entered;
+    const char* code;
+};
+
+constexpr std::array<Code, 8> kCodes{{{"equals sign", "A=B", "AB"},
+                                      {"brackets", "[A]B]", "AB"},
+                                      {"semicolons in front", ";;A;B", "A;B"},
+                                      {"semicolon after blanks", "  ;A", "A"},
+                                      {"semicolon after a dropped character", "[;A", "A"},
+                                      {"control characters", "\tA\u001F\u0081B\t", "AB"},
+                                      {"nothing is left", "=[];", ""},
+                                      {"all others", "a.-_'#;€ù", "A.-_'#;€Ù"}}};
 
 } // namespace
 
@@ -129,146 +110,69 @@ class new_site_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
+    // Neither changes discarded with Escape nor the values of a site opened meanwhile reappear.
     static void startsFromTheProgramsFirstState()
     {
-        EditorWindow window(kFullSite, kCatalogue);
-        const QStringList first = ShownInANewSite(window);
+        EditorWindow window(FullSite(), kCatalogue);
+        const QStringList first = ShownInANewSite(window, [&window] {
+            window.Set({"cboHandS: Software", "txtXon: A", "chkXoff: off", "chkData: on", "chkSpazio: on",
+                        "txtSpazio: 99", "txtTelefono: 055", "optImpulsi: on", "cboModem: Beta"});
+        });
+
+        QCOMPARE(ShownInANewSite(window), first);
         window.Editor().EnableIdentity(false);
         window.Open();
-        QCOMPARE(window.Shows("lstGiorni"), "0 1 2 3 4");
-        QCOMPARE(window.Shows("txtTelefono"), "0123");
+        window.ExpectShown({"lstGiorni: 0 1 2 3 4", "txtTelefono: 0123"});
         window.Click("Annulla");
         window.Editor().EnableIdentity(true); // as the list does after using the editor
 
         QCOMPARE(ShownInANewSite(window), first);
-        QVERIFY(first.contains("cboModem: Alfa"));
-        QVERIFY(first.contains("txtXon: Q"));
-        QVERIFY(first.contains("txtFile: 600"));
-    }
-
-    // Changes discarded with Annulla do not reappear in the next new site.
-    static void startsFromItAgainAfterTheUsersChanges()
-    {
-        EditorWindow window(SettingsWith({"A"}), kCatalogue);
-        const QStringList first = ShownInANewSite(window, [&window] {
-            window.Pick("cboHandS", 1);
-            window.Retype("txtXon", "A");
-            window.Box("chkXoff").click();
-            SiteWindow::Part<QCheckBox>(window.Editor(), "chkData").click();
-            SiteWindow::Part<QCheckBox>(window.Editor(), "chkSpazio").click();
-            window.Field("txtSpazio").setText("99");
-            window.Field("txtTelefono").setText("055");
-            window.At<QAbstractButton>("optImpulsi").click();
-            window.Choice("cboModem").setCurrentIndex(1);
-        });
-
-        QCOMPARE(ShownInANewSite(window), first);
+        window.ExpectShown({"cboModem: Alfa", "txtXon: Q", "txtFile: 600"});
     }
 
     static void duplicateHasTheValuesOfTheMarkedSite()
     {
-        EditorWindow window(kFullSite, kCatalogue);
+        EditorWindow window(FullSite(), kCatalogue);
+        const QByteArray before = window.File();
         window.Open();
-        QStringList expected = AllShown(window);
-        expected[0] = "txtNomeSito: ";
-        expected[1] = "txtCodice: ";
+        QStringList expected = AllShown(window.Editor());
+        expected.replaceInStrings("txtNomeSito: Pieno", "txtNomeSito: ");
+        expected.replaceInStrings("txtCodice: PIENO", "txtCodice: ");
         window.Click("Annulla");
         window.Editor().EnableIdentity(true);
-        QStringList shown;
-        {
-            const ModalVisit<frmDettaglio> visit([&](frmDettaglio& editor) {
-                shown = AllShown(window);
-                shown.append(window.Focus());
-                shown.append(editor.Nuovo() ? "new" : "existing");
-                editor.reject();
-            });
-            PressInMenu(window, Qt::Key_D);
-        }
-
-        QCOMPARE(shown, expected + QStringList({"txtNomeSito", "new"}));
-    }
-
-    static void duplicateIsAddedAfterTheOriginal()
-    {
-        SiteWindow window(kFullSite, kCatalogue);
-        const QByteArray before = window.File();
-        const ModalVisit<frmDettaglio> visit(
-            [](frmDettaglio& editor) { AcceptWith(editor, "Copia", "COPIA"); });
+        const ModalVisit<frmDettaglio> visit([&](frmDettaglio& editor) {
+            QCOMPARE(AllShown(editor), expected);
+            QCOMPARE(window.Focus(), "txtNomeSito");
+            QVERIFY(editor.Nuovo());
+            window.Set({"txtNomeSito: Copia", "txtCodice: COPIA", R"(txtDati: C:\1)", R"(txtDati2: C:\2)",
+                        R"(txtStorico: C:\3)"});
+            window.Click("OK");
+        });
 
         PressInMenu(window, Qt::Key_D);
 
         QByteArray copy = before.mid(before.indexOf("[PIENO]"));
-        copy.replace("PIENO", "COPIA").replace("C:\\Pieno\\D.txt", "C:\\nuovo\\txtDati");
-        copy.replace("C:\\Pieno\\S.txt", "C:\\nuovo\\txtDati2")
-            .replace("C:\\Pieno\\H.txt", "C:\\nuovo\\txtStorico");
-        QByteArray expected = before + copy;
-        expected.replace("PIENO=Pieno\r\n", "PIENO=Pieno\r\nCOPIA=Copia\r\n");
-        QCOMPARE(window.File(), expected);
+        copy.replace("PIENO", "COPIA").replace(R"(C:\Dati\Ufficio.txt)", R"(C:\1)");
+        copy.replace(R"(C:\Dati\Scambio.txt)", R"(C:\2)").replace(R"(C:\Dati\Storico.txt)", R"(C:\3)");
+        QCOMPARE(window.File(),
+                 QByteArray(before).replace("PIENO=Pieno\r\n", "PIENO=Pieno\r\nCOPIA=Copia\r\n") + copy);
         QCOMPARE(Rows(window),
                  QStringList({"Pieno | PIENO | No | Settimanale", "Copia | COPIA | No | Settimanale"}));
         QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "COPIA");
     }
 
-    static void reservedCodesAreTaken_data()
-    {
-        QTest::addColumn<QString>("code");
-        for (const char* const code : {"General", "general", "GENERAL", "Siti", "SITI", " siti "})
-            QTest::newRow(code) << code;
-    }
-
-    // Editing or removing a site with such a code would delete the program's own settings.
-    static void reservedCodesAreTaken()
-    {
-        QFETCH(QString, code);
-        EditorWindow window(SettingsWith({"A"}));
-        const QByteArray before = window.File();
-        window.Add();
-        window.Retype("txtNomeSito", "Roma");
-        window.Retype("txtCodice", code);
-        MessageProbe box(Qt::Key_Return);
-
-        window.Press(Qt::Key_Return);
-
-        QCOMPARE(box.text(), "Esiste già un sito con lo stesso nome o codice");
-        QVERIFY(window.Editor().isVisible());
-        QCOMPARE(window.File(), before);
-    }
-
-    static void codeTakesNoCharacterThatNamesCannotHold_data()
-    {
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<QString>("code");
-        QTest::newRow("equals sign") << "A=B"
-                                     << "AB";
-        QTest::newRow("brackets") << "[A]B]"
-                                  << "AB";
-        QTest::newRow("semicolons in front") << ";;A;B"
-                                             << "A;B";
-        QTest::newRow("semicolon after blanks") << "  ;A"
-                                                << "A";
-        QTest::newRow("semicolon after a dropped character") << "[;A"
-                                                             << "A";
-        QTest::newRow("control characters") << "\tA\u001F\u0081B\t"
-                                            << "AB";
-        QTest::newRow("nothing is left") << "=[];"
-                                         << "";
-        QTest::newRow("all others") << "a.-_'#;€ù"
-                                    << "A.-_'#;€Ù";
-    }
-
+    static void codeTakesNoCharacterThatNamesCannotHold_data() { AddCases(kCodes); }
     static void codeTakesNoCharacterThatNamesCannotHold()
     {
-        QFETCH(QString, entered);
-        QFETCH(QString, code);
+        QFETCH(const Code, given);
         EditorWindow window(SettingsWith({}));
         window.Add();
         for (const Entry way : kEntries) {
-            if (way == Entry::keys && Typeable(entered) != entered)
+            if (way == Entry::keys && Typeable(given.entered) != given.entered)
                 continue;
-            window.Field("txtCodice").setFocus();
-            Enter(window.Field("txtCodice"), entered, way);
+            Enter(window.Field("txtCodice"), given.entered, way);
             window.Press(Qt::Key_Tab);
-            QCOMPARE(window.Shows("txtCodice"), code);
+            QCOMPARE(window.Shows("txtCodice"), given.code);
         }
     }
 
@@ -291,8 +195,7 @@ private slots:
         EditorWindow window(
             "[Siti]\r\nA[1;=Alfa\r\n[General]\r\nCom=COM2\r\n[A[1;]\r\nDispositivo=STX30\r\n");
         window.Open();
-        QCOMPARE(window.Shows("txtCodice"), "A[1;");
-        QCOMPARE(window.Shows("cboTipoConn"), "Stratobox 3.0");
+        window.ExpectShown({"txtCodice: A[1;", "cboTipoConn: Stratobox 3.0"});
 
         window.Click("OK");
 
@@ -308,36 +211,6 @@ private slots:
 
         QCOMPARE(window.Field("txtNomeSito").cursorPosition(), 0);
         QCOMPARE(window.Field("txtCodice").cursorPosition(), 0);
-    }
-
-    static void listShowsNamesAsTheNextStartDoes_data()
-    {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("code");
-        int number = 0;
-        for (const char* const name : kOddNames)
-            QTest::addRow("%s", name) << Quoted(name) << QString("N%1").arg(++number);
-        QTest::addRow("long name") << QString(600, u'x') << "LUNGO";
-        QTest::addRow("code outside the code page") << "Alfa"
-                                                    << "Č1";
-        QTest::addRow("quoted code") << "Beta" << Quoted("#A#");
-    }
-
-    static void listShowsNamesAsTheNextStartDoes()
-    {
-        QFETCH(QString, name);
-        QFETCH(QString, code);
-        SiteWindow window(SettingsWith({"UNO"}));
-        {
-            const ModalVisit<frmDettaglio> visit(
-                [&](frmDettaglio& editor) { AcceptWith(editor, name, code); });
-            ClickAdd(window);
-        }
-        QCOMPARE(Rows(window).size(), 2);
-
-        SiteWindow next(window.Settings().Bytes());
-
-        QCOMPARE(Rows(window), Rows(next));
     }
 
     // With nested quotes, OK stores the name that the field shows, and the next start removes its quotes.

@@ -1,4 +1,5 @@
 // A disk that refuses every write: the windows report nothing and continue as if it had succeeded.
+#include "tests/support/cases.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
@@ -8,16 +9,11 @@
 #include "tests/support/unanswered_boxes.h"
 #include "ui/widgets/texts.h"
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
 
-#include <algorithm>
 #include <cerrno>
-#include <cstddef>
 #include <limits>
 
 namespace corvrec
@@ -25,70 +21,6 @@ namespace corvrec
 
 namespace
 {
-
-// The program over a disk that accepts no bytes from Refuse to Mend.
-class RefusedWindow
-{
-public:
-    RefusedWindow()
-        : window_(SettingsWith({"A", "B"}), std::nullopt, calls_)
-    {
-    }
-
-    void Refuse(int error)
-    {
-        calls_.ForgetMade();
-        calls_.FailAll("pwrite", error);
-        calls_.FailAll("fallocate", error);
-    }
-    // Fails from that call on, counted from now.
-    void RefuseFrom(std::size_t call)
-    {
-        calls_.ForgetMade();
-        calls_.FailFrom(call, ENOSPC);
-    }
-    // The first call after the one that truncated the file.
-    [[nodiscard]] std::size_t CallAfterTheDeletion() const
-    {
-        const auto deletion = std::ranges::find(calls_.Made(), "ftruncate");
-        QTEST_ASSERT(deletion != calls_.Made().end());
-        return static_cast<std::size_t>(deletion - calls_.Made().begin()) + 1;
-    }
-    void Mend() { calls_.Mend(); }
-
-    // Write attempts since Refuse.
-    [[nodiscard]] std::ptrdiff_t Attempts() const
-    {
-        return std::ranges::count_if(
-            calls_.Made(), [](const std::string& name) { return name == "pwrite" || name == "fallocate"; });
-    }
-
-    void Click(const char* button)
-    {
-        QTest::mouseClick(&SiteWindow::Part<QPushButton>(window_.List(), button), Qt::LeftButton);
-    }
-
-    // The list as a user reads it: each row's cells separated by "|".
-    QStringList Rows()
-    {
-        const auto& cells = *SiteWindow::Part<QTableView>(window_.List(), "dgrdGrigliaSiti").model();
-        QStringList rows;
-        for (int row = 0; row < cells.rowCount(); ++row) {
-            QStringList texts;
-            for (int column = 0; column < cells.columnCount(); ++column)
-                texts.append(cells.index(row, column).data().toString());
-            rows.append(texts.join('|'));
-        }
-        return rows;
-    }
-
-    SiteWindow& Sites() { return window_; }
-
-private:
-    UnansweredBoxes unansweredBoxes_;
-    ProbedCalls calls_;
-    SiteWindow window_;
-};
 
 void PressOk(frmDettaglio& editor)
 {
@@ -99,19 +31,71 @@ void PressOk(frmDettaglio& editor)
 
 void DisableAndMakeContinuous(frmDettaglio& editor)
 {
-    SiteWindow::Part<QCheckBox>(editor, "chkAbilitato").click();
-    SiteWindow::Part<QComboBox>(editor, "cboRicorrenza").setCurrentIndex(0);
+    Set(editor, {"chkAbilitato: off", "cboRicorrenza: Continua"});
     PressOk(editor);
 }
 
 void FillIn(frmDettaglio& editor)
 {
-    for (const auto& [field, text] : {std::pair("txtNomeSito", "Gamma"), {"txtCodice", "C"}})
-        QTest::keyClicks(&SiteWindow::Part<QLineEdit>(editor, field), text);
-    for (const char* const file : {"txtDati", "txtDati2", "txtStorico"})
-        SiteWindow::Part<QLineEdit>(editor, file).setText(file);
+    Set(editor, {"txtNomeSito: Gamma", "txtCodice: C", "txtDati: 1", "txtDati2: 2", "txtStorico: 3"});
     PressOk(editor);
 }
+
+// The program over a disk whose calls can fail.
+struct Program {
+    // Presses the button and acts in the editor that it opens.
+    void Edit(const char* button, void (*act)(frmDettaglio&))
+    {
+        const ModalVisit<frmDettaglio> editor(act);
+        Click(button);
+    }
+
+    void Click(const char* button)
+    {
+        QTest::mouseClick(&SiteWindow::Part<QPushButton>(window.List(), button), Qt::LeftButton);
+    }
+
+    void Change() { Edit("cmdProperties", DisableAndMakeContinuous); }
+    void Add() { Edit("cmdAggiungi", FillIn); }
+    void Remove()
+    {
+        const MessageProbe question(QString("Sì"));
+        Click("cmdRimuovi");
+    }
+
+    // The list as a user reads it: each row's cells separated by "|".
+    QStringList Rows()
+    {
+        const auto& cells = *SiteWindow::Part<QTableView>(window.List(), "dgrdGrigliaSiti").model();
+        QStringList rows;
+        for (int row = 0; row < cells.rowCount(); ++row) {
+            QStringList texts;
+            for (int column = 0; column < cells.columnCount(); ++column)
+                texts.append(cells.index(row, column).data().toString());
+            rows.append(texts.join('|'));
+        }
+        return rows;
+    }
+
+    QByteArray Line(const char* key) { return QByteArray::fromStdString(window.Settings().Line("A", key)); }
+
+    UnansweredBoxes unansweredBoxes;
+    ProbedCalls calls;
+    SiteWindow window{SettingsWith({"A", "B"}), std::nullopt, calls};
+};
+
+// What a user does, and what the list shows afterwards.
+struct Action {
+    const char* name;
+    void (Program::*act)();
+    QStringList rows;
+};
+
+const std::array<Action, 3> kActions{{
+    {"changed site", &Program::Change, {"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}},
+    {"new site", &Program::Add, {"Sito A|A|Sì|Oraria", "Sito B|B|Sì|Oraria", "Gamma|C|Sì|Continua"}},
+    {"removed site", &Program::Remove, {"Sito B|B|Sì|Oraria"}},
+}};
 
 } // namespace
 
@@ -119,112 +103,72 @@ class refused_writes_test : public QObject
 {
     Q_OBJECT
 
-    static void Errors()
-    {
-        QTest::addColumn<int>("error");
-        QTest::newRow("disk full") << ENOSPC;
-        QTest::newRow("quota reached") << EDQUOT;
-        QTest::newRow("disk error") << EIO;
-        QTest::newRow("file too large") << EFBIG;
-    }
-
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void changedSiteIsListedAsIfSaved_data() { Errors(); }
-    static void changedSiteIsListedAsIfSaved()
+    static void listShowsSitesAsIfSaved_data() { AddCases(kActions); }
+    static void listShowsSitesAsIfSaved()
     {
-        QFETCH(int, error);
-        RefusedWindow window;
-        const QByteArray before = window.Sites().File();
-        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-        window.Refuse(error);
+        QFETCH(const Action, given);
+        for (const int error : {ENOSPC, EDQUOT, EIO, EFBIG}) {
+            Program program;
+            const QByteArray before = program.window.File();
+            program.calls.ForgetMade();
+            program.calls.FailAll("pwrite", error);
+            program.calls.FailAll("fallocate", error);
 
-        window.Click("cmdProperties");
+            (program.*given.act)();
 
-        QVERIFY(window.Attempts() > 0);
-        QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
-        QCOMPARE(window.Sites().File(), before);
-    }
-
-    static void newSiteIsListedAsIfSaved_data() { Errors(); }
-    static void newSiteIsListedAsIfSaved()
-    {
-        QFETCH(int, error);
-        RefusedWindow window;
-        const QByteArray before = window.Sites().File();
-        const ModalVisit<frmDettaglio> editor(FillIn);
-        window.Refuse(error);
-
-        window.Click("cmdAggiungi");
-
-        QVERIFY(window.Attempts() > 0);
-        QCOMPARE(window.Rows(),
-                 QStringList({"Sito A|A|Sì|Oraria", "Sito B|B|Sì|Oraria", "Gamma|C|Sì|Continua"}));
-        QCOMPARE(window.Sites().File(), before);
-    }
-
-    static void removedSiteIsNoLongerListed_data() { Errors(); }
-    static void removedSiteIsNoLongerListed()
-    {
-        QFETCH(int, error);
-        RefusedWindow window;
-        const QByteArray before = window.Sites().File();
-        const MessageProbe question(QString("Sì"));
-        window.Refuse(error);
-
-        window.Click("cmdRimuovi");
-
-        QVERIFY(window.Attempts() > 0);
-        QCOMPARE(window.Rows(), QStringList({"Sito B|B|Sì|Oraria"}));
-        QCOMPARE(window.Sites().File(), before);
+            QVERIFY(std::ranges::count(program.calls.Made(), "pwrite") +
+                        std::ranges::count(program.calls.Made(), "fallocate") >
+                    0);
+            QCOMPARE(program.Rows(), given.rows);
+            QCOMPARE(program.window.File(), before);
+        }
     }
 
     // The old section is deleted before the new one is written, so a disk that fails in between loses the
-    // site. Everything else stays.
+    // site. Everything else stays. Saving again writes it whole.
     static void diskThatFailsAfterTheDeletionLosesOneSite()
     {
-        RefusedWindow rehearsal;
-        {
-            const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-            rehearsal.RefuseFrom(std::numeric_limits<std::size_t>::max());
-            rehearsal.Click("cmdProperties");
-        }
-        RefusedWindow window;
+        Program rehearsal;
+        rehearsal.calls.ForgetMade();
+        rehearsal.calls.FailFrom(std::numeric_limits<std::size_t>::max(), ENOSPC);
+        rehearsal.Change();
+        const auto& made = rehearsal.calls.Made();
+        const auto deletion = std::ranges::find(made, "ftruncate");
+        QVERIFY(deletion != made.end());
+        Program program;
         SettingsFile without(SettingsWith({"A", "B"}));
         without->DeleteSection("A");
-        {
-            const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-            window.RefuseFrom(rehearsal.CallAfterTheDeletion());
-            window.Click("cmdProperties");
-        }
-        QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
-        QCOMPARE(window.Sites().File(), QByteArray::fromStdString(without.Bytes()));
-        window.Mend();
-        const ModalVisit<frmDettaglio> editor(PressOk);
+        program.calls.ForgetMade();
+        program.calls.FailFrom(static_cast<std::size_t>(deletion - made.begin()) + 1, ENOSPC);
 
-        window.Click("cmdProperties"); // with a new site's values, except for those that the window keeps
+        program.Change();
 
-        QCOMPARE(window.Sites().Settings().Line("A", "Dispositivo"), "Dispositivo=COM");
-        QCOMPARE(window.Sites().Settings().Line("A", "CharToDel"), "CharToDel=00");
+        QCOMPARE(program.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
+        QCOMPARE(program.window.File(), QByteArray::fromStdString(without.Bytes()));
+        program.calls.Mend();
+        program.Edit("cmdProperties",
+                     PressOk); // with a new site's values, except for those that the window keeps
+        QCOMPARE(program.Line("Dispositivo"), "Dispositivo=COM");
+        QCOMPARE(program.Line("CharToDel"), "CharToDel=00");
     }
 
     static void savingAgainCompletesTheSite()
     {
-        RefusedWindow window;
-        {
-            const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
-            window.Refuse(ENOSPC);
-            window.Click("cmdProperties");
-        }
-        window.Mend();
-        const ModalVisit<frmDettaglio> editor(DisableAndMakeContinuous);
+        Program program;
+        program.calls.ForgetMade();
+        program.calls.FailAll("pwrite", ENOSPC);
+        program.calls.FailAll("fallocate", ENOSPC);
+        program.Change();
+        program.calls.Mend();
 
-        window.Click("cmdProperties");
+        program.Change();
 
-        QCOMPARE(window.Sites().Settings().Line("A", "SitoAbilitato"), "SitoAbilitato=0");
-        QCOMPARE(window.Sites().Settings().Line("A", "Ricorrenza"), "Ricorrenza=0");
-        QCOMPARE(window.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
+        QCOMPARE(program.Line("SitoAbilitato"), "SitoAbilitato=0");
+        QCOMPARE(program.Line("Ricorrenza"), "Ricorrenza=0");
+        QCOMPARE(program.Rows(), kActions.front().rows);
     }
 };
 
