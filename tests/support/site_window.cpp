@@ -3,6 +3,7 @@
 #include "tests/support/activation.h"
 #include "ui/editor/environment.h"
 
+#include <QTableView>
 #include <QTest>
 
 #include <fstream>
@@ -37,6 +38,19 @@ frmDettaglio& SiteWindow::Editor()
     if (editor == nullptr)
         throw std::logic_error("the editor is not loaded");
     return *editor;
+}
+
+QStringList SiteWindow::Rows()
+{
+    const auto& model = *Part<QTableView>(*list_, "dgrdGrigliaSiti").model();
+    QStringList rows;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < model.columnCount(); ++column)
+            cells.append(model.index(row, column).data().toString());
+        rows.append(cells.join(" | "));
+    }
+    return rows;
 }
 
 QByteArray SiteWindow::File() const

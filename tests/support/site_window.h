@@ -10,6 +10,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -38,6 +39,7 @@ public:
     frmSiti& List() { return *list_; }
     frmDettaglio& Editor();
 
+    QStringList Rows(); // of the list, each with its cells: "Sito A | A | Sì | Oraria"
     QByteArray File() const;
     SettingsFile& Settings() { return settings_; }
     FakeClock& Time() { return clock_; }

@@ -47,19 +47,6 @@ std::string FullSite()
                       {"NumeroTel", "ATDP0123"}});
 }
 
-QStringList Rows(SiteWindow& window)
-{
-    const auto& model = *SiteWindow::Part<QTableView>(window.List(), "dgrdGrigliaSiti").model();
-    QStringList rows;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < model.columnCount(); ++column)
-            cells.append(model.index(row, column).data().toString());
-        rows.append(cells.join(" | "));
-    }
-    return rows;
-}
-
 // What the editor shows when "Aggiungi..." opens it. Afterwards act runs in the editor, which is left with
 // Escape.
 QStringList ShownInANewSite(EditorWindow& window, const std::function<void()>& act = {})
@@ -156,7 +143,7 @@ private slots:
         copy.replace(R"(C:\Dati\Scambio.txt)", R"(C:\2)").replace(R"(C:\Dati\Storico.txt)", R"(C:\3)");
         QCOMPARE(window.File(),
                  QByteArray(before).replace("PIENO=Pieno\r\n", "PIENO=Pieno\r\nCOPIA=Copia\r\n") + copy);
-        QCOMPARE(Rows(window),
+        QCOMPARE(window.Rows(),
                  QStringList({"Pieno | PIENO | No | Settimanale", "Copia | COPIA | No | Settimanale"}));
         QCOMPARE(QString::fromStdString(window.List().SelectedSite()), "COPIA");
     }
@@ -217,7 +204,7 @@ private slots:
     static void listShowsAnEditedNameAsTheNextStartDoes()
     {
         SiteWindow window("[Siti]\r\nA=''Alfa''\r\n[General]\r\nCom=COM2\r\n[A]\r\nSitoAbilitato=1\r\n");
-        QCOMPARE(Rows(window), QStringList({"'Alfa' | A | Sì | "}));
+        QCOMPARE(window.Rows(), QStringList({"'Alfa' | A | Sì | "}));
         const ModalVisit<frmDettaglio> visit([](frmDettaglio& editor) {
             QTest::mouseClick(&SiteWindow::Part<QPushButton>(editor, "OK"), Qt::LeftButton);
         });
@@ -225,7 +212,7 @@ private slots:
         QTest::mouseClick(&SiteWindow::Part<QPushButton>(window.List(), "cmdProperties"), Qt::LeftButton);
 
         SiteWindow next(window.Settings().Bytes());
-        QCOMPARE(Rows(window), Rows(next));
+        QCOMPARE(window.Rows(), next.Rows());
     }
 };
 

@@ -10,7 +10,6 @@
 #include "ui/widgets/texts.h"
 
 #include <QPushButton>
-#include <QTableView>
 #include <QTest>
 
 #include <cerrno>
@@ -63,20 +62,6 @@ struct Program {
         Click("cmdRimuovi");
     }
 
-    // The list as a user reads it: each row's cells separated by "|".
-    QStringList Rows()
-    {
-        const auto& cells = *SiteWindow::Part<QTableView>(window.List(), "dgrdGrigliaSiti").model();
-        QStringList rows;
-        for (int row = 0; row < cells.rowCount(); ++row) {
-            QStringList texts;
-            for (int column = 0; column < cells.columnCount(); ++column)
-                texts.append(cells.index(row, column).data().toString());
-            rows.append(texts.join('|'));
-        }
-        return rows;
-    }
-
     QByteArray Line(const char* key) { return QByteArray::fromStdString(window.Settings().Line("A", key)); }
 
     UnansweredBoxes unansweredBoxes;
@@ -92,9 +77,11 @@ struct Action {
 };
 
 const std::array<Action, 3> kActions{{
-    {"changed site", &Program::Change, {"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}},
-    {"new site", &Program::Add, {"Sito A|A|Sì|Oraria", "Sito B|B|Sì|Oraria", "Gamma|C|Sì|Continua"}},
-    {"removed site", &Program::Remove, {"Sito B|B|Sì|Oraria"}},
+    {"changed site", &Program::Change, {"Sito A | A | No | Continua", "Sito B | B | Sì | Oraria"}},
+    {"new site",
+     &Program::Add,
+     {"Sito A | A | Sì | Oraria", "Sito B | B | Sì | Oraria", "Gamma | C | Sì | Continua"}},
+    {"removed site", &Program::Remove, {"Sito B | B | Sì | Oraria"}},
 }};
 
 } // namespace
@@ -122,7 +109,7 @@ private slots:
             QVERIFY(std::ranges::count(program.calls.Made(), "pwrite") +
                         std::ranges::count(program.calls.Made(), "fallocate") >
                     0);
-            QCOMPARE(program.Rows(), given.rows);
+            QCOMPARE(program.window.Rows(), given.rows);
             QCOMPARE(program.window.File(), before);
         }
     }
@@ -146,7 +133,8 @@ private slots:
 
         program.Change();
 
-        QCOMPARE(program.Rows(), QStringList({"Sito A|A|No|Continua", "Sito B|B|Sì|Oraria"}));
+        QCOMPARE(program.window.Rows(),
+                 QStringList({"Sito A | A | No | Continua", "Sito B | B | Sì | Oraria"}));
         QCOMPARE(program.window.File(), QByteArray::fromStdString(without.Bytes()));
         program.calls.Mend();
         program.Edit("cmdProperties",
@@ -168,7 +156,7 @@ private slots:
 
         QCOMPARE(program.Line("SitoAbilitato"), "SitoAbilitato=0");
         QCOMPARE(program.Line("Ricorrenza"), "Ricorrenza=0");
-        QCOMPARE(program.Rows(), kActions.front().rows);
+        QCOMPARE(program.window.Rows(), kActions.front().rows);
     }
 };
 
