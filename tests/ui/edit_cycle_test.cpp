@@ -9,7 +9,6 @@
 #include "ui/editor/frmTrasfAvanzate.h"
 #include "ui/widgets/check_list.h"
 #include "ui/widgets/mask_edit.h"
-#include "ui/widgets/texts.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -154,8 +153,6 @@ class edit_cycle_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void editedSiteIsWrittenAgain()
     {
         SiteWindow window(kBefore, kCatalogue);

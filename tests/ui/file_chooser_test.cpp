@@ -5,7 +5,6 @@
 #include "tests/support/patience.h"
 #include "tests/support/registered_test.h"
 #include "ui/editor/file_chooser.h"
-#include "ui/widgets/texts.h"
 
 #include <QAction>
 #include <QDir>
@@ -89,8 +88,6 @@ class file_chooser_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void folderOfAName_data()
     {
         AddVectors("browse_folder");

@@ -7,7 +7,6 @@
 #include "tests/support/registered_test.h"
 #include "ui/buffer/frmConnessione.h"
 #include "ui/buffer/frmSX.h"
-#include "ui/widgets/texts.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -108,8 +107,6 @@ class frmDettaglio_buffer_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void portAndLineOfTheSite_data() { AddCases(kLines); }
     static void portAndLineOfTheSite()
     {

@@ -6,7 +6,6 @@
 #include "tests/support/patience.h"
 #include "tests/support/registered_test.h"
 #include "ui/editor/frmTrasfAvanzate.h"
-#include "ui/widgets/texts.h"
 
 #include <QContextMenuEvent>
 #include <QPushButton>
@@ -77,8 +76,6 @@ class frmDettaglio_keys_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void controlTabTurnsThePageFromEverywhere_data()
     {
         QTest::addColumn<Qt::Key>("key");

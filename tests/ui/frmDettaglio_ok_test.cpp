@@ -5,7 +5,6 @@
 #include "tests/support/registered_test.h"
 #include "ui/editor/site_list_view.h"
 #include "ui/widgets/mask_edit.h"
-#include "ui/widgets/texts.h"
 
 #include <QTest>
 
@@ -160,8 +159,6 @@ class frmDettaglio_ok_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void trimsNameAndCodeFirst()
     {
         EditorWindow window(SettingsWith({}));

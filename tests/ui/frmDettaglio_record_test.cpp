@@ -4,7 +4,6 @@
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/registered_test.h"
-#include "ui/widgets/texts.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -178,8 +177,6 @@ class frmDettaglio_record_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void valuesAreShown_data()
     {
         AddCases(kBothWays);

@@ -5,7 +5,6 @@
 #include "tests/support/registered_test.h"
 #include "ui/widgets/check_list.h"
 #include "ui/widgets/mask_edit.h"
-#include "ui/widgets/texts.h"
 
 #include <QTest>
 
@@ -81,8 +80,6 @@ class frmDettaglio_schedule_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void kindRule_data() { AddCases(kRules); }
     static void kindRule()
     {

@@ -4,7 +4,6 @@
 #include "tests/support/registered_test.h"
 #include "ui/widgets/check_list.h"
 #include "ui/widgets/mask_edit.h"
-#include "ui/widgets/texts.h"
 
 #include <QTabWidget>
 #include <QTest>
@@ -102,8 +101,6 @@ class frmDettaglio_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void titleAndTabsComeFromTheStringTable()
     {
         EditorWindow window(SettingsWith({}));

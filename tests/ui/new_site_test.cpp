@@ -5,7 +5,6 @@
 #include "tests/support/registered_test.h"
 #include "tests/support/sample_site.h"
 #include "tests/support/text_entry.h"
-#include "ui/widgets/texts.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
@@ -95,8 +94,6 @@ class new_site_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     // Neither changes discarded with Escape nor the values of a site opened meanwhile reappear.
     static void startsFromTheProgramsFirstState()
     {

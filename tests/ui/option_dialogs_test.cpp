@@ -7,7 +7,6 @@
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/registered_test.h"
-#include "ui/widgets/texts.h"
 
 #include <QClipboard>
 #include <QPushButton>
@@ -216,8 +215,6 @@ class option_dialogs_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void tabFollowsTheReadingOrder_data() { AddCases(kDialogs); }
     static void tabFollowsTheReadingOrder()
     {

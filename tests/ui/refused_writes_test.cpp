@@ -7,7 +7,6 @@
 #include "tests/support/registered_test.h"
 #include "tests/support/site_window.h"
 #include "tests/support/unanswered_boxes.h"
-#include "ui/widgets/texts.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -91,8 +90,6 @@ class refused_writes_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void listShowsSitesAsIfSaved_data() { AddCases(kActions); }
     static void listShowsSitesAsIfSaved()
     {
