@@ -2,10 +2,10 @@
 
 #include "core/file/profile_file.h"
 #include "tests/support/probed_calls.h"
+#include "tests/support/reference_profile.h"
 #include "tests/support/sample.h"
 
 #include <cstddef>
-#include <map>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -34,29 +34,21 @@ enum class FileForm {
     utf16, // the odd form in UTF-16
 };
 
-// A settings file with this many sites, each as SaveSite would write SampleSite, among foreign sections and
-// comments. SiteCode gives the sites' codes.
-std::string SampleFile(int sites, FileForm form);
-
-std::string SiteCode(int site);
-
 // A user's change of one site, made with the calls that the windows make.
 struct SiteChange {
     std::string_view name;
     void (*run)(ProfileFile& file, std::string_view code);
 };
 
-// A new site, four ways to change one, and its removal.
-std::vector<SiteChange> SiteChanges();
-
-// A change of one site of one file. A code that the file does not contain is a new site's.
+// A change of one site of a settings file with this many sites, each as SaveSite would write SampleSite,
+// among foreign sections and comments. A code that the file does not contain is a new site's.
 struct Scenario {
     int sites = 0;
     FileForm form = FileForm::crLf;
     SiteChange change;
     std::string code;
 
-    [[nodiscard]] std::string Before() const { return SampleFile(sites, form); }
+    [[nodiscard]] std::string Before() const;
     [[nodiscard]] std::string Name() const;
 };
 
@@ -66,11 +58,13 @@ void PrintTo(const Scenario& scenario, std::ostream* out);
 // Every change of each of these sites in such a file; adding a new site only once.
 std::vector<Scenario> ScenariosOver(int sites, FileForm form, const std::vector<int>& changed);
 
+std::string BytesOf(const std::string& path);
+
+// The bytes without the filler that may follow the content.
+std::string WithoutFiller(std::string_view bytes);
+
 // One writing operation of a change, and its result.
 struct Step {
-    std::string section;
-    std::string key;   // empty: the section is deleted
-    std::string value; // "-": the key is deleted
     std::size_t firstCall = 0;
     std::size_t endCall = 0; // one past its last call
     bool isDone = false;
@@ -78,14 +72,16 @@ struct Step {
     std::string after;
 };
 
-// A settings file over probed calls that records its steps.
+// A settings file over probed calls that records its steps. Expects each step that reports success to change
+// the file as the reference model does, and every other one to leave it as it was.
 class SteppedFile final : public ProfileFile
 {
 public:
-    SteppedFile(ProfileFile& file, const ProbedCalls& calls, std::string path)
+    SteppedFile(ProfileFile& file, const ProbedCalls& calls, const std::string& path)
         : file_(file)
         , calls_(calls)
-        , path_(std::move(path))
+        , path_(path)
+        , expected_(BytesOf(path))
     {
     }
 
@@ -101,18 +97,16 @@ public:
     void Flush() override { file_.Flush(); }
 
 private:
-    // Runs the operation, completes the step and stores it.
+    // operation: the same for the file and for the model.
     template <typename Operation>
-    bool Take(Step step, Operation operation);
+    bool Take(Operation operation);
 
     ProfileFile& file_;
     const ProbedCalls& calls_;
     std::string path_;
+    ReferenceProfile expected_;
     std::vector<Step> steps_;
 };
-
-// Applies the step to SiteView::own.
-void Apply(const Step& step, std::string_view code, std::map<std::string, std::string>& own);
 
 // The change without faults.
 struct Rehearsal {
@@ -121,13 +115,9 @@ struct Rehearsal {
     std::vector<std::string> made; // the calls, as in ProbedCalls::Made
     std::vector<ProbedCalls::Piece> pieces;
     std::vector<Step> steps;
-    // SiteView::own before each step and after the last one.
-    std::vector<std::map<std::string, std::string>> own;
 
-    // The step that makes this call. For calls after the last step (flushing): the number of steps.
-    [[nodiscard]] std::size_t StepAt(std::size_t call) const;
+    // The step that makes this call; the last step for calls after it (flushing).
+    [[nodiscard]] const Step& StepAt(std::size_t call) const;
 };
-
-std::string BytesOf(const std::string& path);
 
 } // namespace corvrec

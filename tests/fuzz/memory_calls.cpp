@@ -50,6 +50,14 @@ void MemoryCalls::Replace(std::string_view bytes)
     Rewrite(bytes);
 }
 
+void MemoryCalls::ReplaceWithSameTimes(std::string_view bytes)
+{
+    const auto [modified, changed] = std::pair(modified_, changed_);
+    Replace(bytes);
+    modified_ = modified;
+    changed_ = changed;
+}
+
 void MemoryCalls::RewriteAndSetBack(std::string_view bytes)
 {
     const std::int64_t before = modified_;

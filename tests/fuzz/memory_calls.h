@@ -29,7 +29,8 @@ public:
 
     // Changes by another program.
     void Rewrite(std::string_view bytes);
-    void Replace(std::string_view bytes);           // by another file of the same name
+    void Replace(std::string_view bytes); // by another file of the same name
+    void ReplaceWithSameTimes(std::string_view bytes);
     void RewriteAndSetBack(std::string_view bytes); // and sets the modification time back
     void Remove() { kind_ = Kind::missing; }
     void SetKind(Kind kind);

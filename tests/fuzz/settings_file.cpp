@@ -7,14 +7,13 @@
 #include "tests/fuzz/check.h"
 #include "tests/fuzz/fields.h"
 #include "tests/fuzz/memory_calls.h"
-#include "tests/fuzz/reference_profile.h"
+#include "tests/support/reference_profile.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace corvrec::fuzz
@@ -72,8 +71,7 @@ private:
             const std::string_view fallback = fields.Text();
             const std::size_t size = fields.Number(kUsualSize);
             Check(File().Read(first, key, fallback, size) ==
-                      (IsReadable() ? ReadReference(calls_.Bytes(), first, key, fallback, size)
-                                    : FallbackReference(fallback, size)),
+                      Model().Read(first, key, size).value_or(Fallback(fallback, size)),
                   "a value reads as in the model");
             break;
         }
@@ -81,8 +79,7 @@ private:
             const std::string_view fallback = fields.Text();
             const std::size_t size = fields.Number(kUsualSize);
             Check(File().Keys(first, fallback, size) ==
-                      (IsReadable() ? KeysReference(calls_.Bytes(), first, fallback, size)
-                                    : FallbackReference(fallback, size)),
+                      Model().Keys(first, size).value_or(Fallback(fallback, size)),
                   "keys are listed as in the model");
             break;
         }
@@ -102,26 +99,22 @@ private:
         case 'w': {
             const std::string_view key = fields.Text();
             const std::string_view value = fields.Text();
-            CheckChange(WriteReference(Content(), first, key, value),
-                        [&] { return File().Write(first, key, value); });
+            CheckChange([&](auto& file) { return file.Write(first, key, value); });
             return true;
         }
         case 'W': { // a long value
             const std::string_view key = fields.Text();
             const std::string value = Repeated(fields);
-            CheckChange(WriteReference(Content(), first, key, value),
-                        [&] { return File().Write(first, key, value); });
+            CheckChange([&](auto& file) { return file.Write(first, key, value); });
             return true;
         }
         case 'd': {
             const std::string_view key = fields.Text();
-            CheckChange(DeleteKeyReference(Content(), first, key),
-                        [&] { return File().DeleteKey(first, key); });
+            CheckChange([&](auto& file) { return file.DeleteKey(first, key); });
             return true;
         }
         case 'D':
-            CheckChange(DeleteSectionReference(Content(), first),
-                        [&] { return File().DeleteSection(first); });
+            CheckChange([&](auto& file) { return file.DeleteSection(first); });
             return true;
         default:
             return false;
@@ -147,6 +140,9 @@ private:
             break;
         case 'n':
             calls_.Replace(first);
+            break;
+        case 'N':
+            calls_.ReplaceWithSameTimes(first);
             break;
         case 'b':
             calls_.RewriteAndSetBack(first);
@@ -191,17 +187,35 @@ private:
         return calls_.FileKind() == MemoryCalls::Kind::missing ? std::string_view() : calls_.Bytes();
     }
 
-    template <typename Make>
-    void CheckChange(const std::optional<std::string>& after, Make make)
+    [[nodiscard]] ReferenceProfile Model() const
+    {
+        return ReferenceProfile(IsReadable() ? calls_.Bytes() : std::string_view());
+    }
+
+    // The fallback as the profile functions return it.
+    static std::string Fallback(std::string_view fallback, std::size_t size)
+    {
+        fallback = fallback.substr(0, fallback.find('\0'));
+        while (fallback.ends_with(' '))
+            fallback.remove_suffix(1);
+        return std::string(fallback.substr(0, size == 0 ? 0 : size - 1));
+    }
+
+    // change: makes the same change in the file and in the model.
+    template <typename Change>
+    void CheckChange(Change change)
     {
         const std::string before(Content());
+        ReferenceProfile model(before);
+        const bool isPossible = change(model);
+        const std::string after = model.Bytes();
         const std::size_t changes = calls_.Changes();
         const bool wasThere = calls_.FileKind() == MemoryCalls::Kind::regular;
-        const bool fits = after && (after->size() <= before.size() || after->size() <= largestSize_);
-        const bool isDone = make();
+        const bool fits = isPossible && (after.size() <= before.size() || after.size() <= largestSize_);
+        const bool isDone = change(File());
         Check(isDone == (IsWritable() && fits), "a change succeeds as in the model");
-        Check(Content() == (isDone ? *after : before), "the file holds what the model holds");
-        Check(!isDone || !wasThere || *after != before || calls_.Changes() == changes,
+        Check(Content() == (isDone ? after : before), "the file holds what the model holds");
+        Check(!isDone || !wasThere || after != before || calls_.Changes() == changes,
               "an equal value is not written");
     }
 

@@ -39,9 +39,13 @@ QStringList ListedSites(ProfileFile& file)
 QStringList ListedSites(const ReferenceProfile& file)
 {
     QStringList listed;
-    for (const std::string& code : file.Keys("Siti", kListSize)) {
+    const std::string codes = file.Keys("Siti", kListSize).value_or("");
+    std::size_t begin = 0;
+    for (std::size_t end = codes.find('\0'); end != std::string::npos; end = codes.find('\0', begin)) {
+        const std::string code = codes.substr(begin, end - begin); // a code without its NUL is cut: no site
         const std::string name = file.Read("Siti", code, kListSize).value_or("-CaVacca-");
         listed.append(Entry(PageText(code), name == "-CaVacca-" ? "0" : PageText(name)));
+        begin = end + 1;
     }
     return listed;
 }

@@ -9,43 +9,60 @@
 namespace corvrec
 {
 
-// A second, deliberately simple model of the profile functions: a list of lines, searched from the first. For
-// single-byte files with CR LF at each line end; all texts are bytes.
+// A second, deliberately simple model of the profile functions: a list of lines, searched from the first. It
+// shares no code with src/core/file except for the code page. Parameters and results are bytes.
 class ReferenceProfile
 {
 public:
-    explicit ReferenceProfile(std::string_view bytes);
-
-    // Cut to size - 1 bytes; nullopt when the key is missing.
-    std::optional<std::string> Read(std::string_view section, std::string_view key, std::size_t size) const;
-
-    // The names that fit completely, each with its NUL, into size - 2 bytes.
-    std::vector<std::string> Keys(std::string_view section, std::size_t size) const;
-
-    void Write(std::string_view section, std::string_view key, std::string_view value);
-    void DeleteKey(std::string_view section, std::string_view key);
-    void DeleteSection(std::string_view section);
-
-    std::string Bytes() const;
-
-private:
     enum class Kind { blank, header, comment, key, bare };
 
+    // Texts consist of characters: for a byte by the code page, for a UTF-16 unit its own number.
     struct Line {
-        std::string text; // without its end
         Kind kind = Kind::blank;
-        std::string name; // of a header or a key, trimmed
-        std::string folded;
+        std::u16string text;    // without its end
+        std::u16string end;     // CR, LF, both, or none
+        std::u16string section; // the name in the header above, or in this one
+        std::u16string name;    // of a key
+        std::u16string value;   // of a key: everything after the '='
     };
 
+    explicit ReferenceProfile(std::string_view bytes = {});
+
+    // What fits into a buffer of that size; nullopt when there is no such key, or none at all.
+    [[nodiscard]] std::optional<std::string> Read(std::string_view section, std::string_view key,
+                                                  std::size_t size) const;
+    [[nodiscard]] std::optional<std::string> Keys(std::string_view section, std::size_t size) const;
+
+    // False when the file cannot be written: UTF-16 of odd length.
+    bool Write(std::string_view section, std::string_view key, std::string_view value);
+    bool DeleteKey(std::string_view section, std::string_view key);
+    bool DeleteSection(std::string_view section);
+
+    [[nodiscard]] std::string Bytes() const;
+    [[nodiscard]] const std::vector<Line>& Lines() const { return lines_; }
+
+private:
     using Index = std::size_t;
 
-    static Line LineOf(std::string text);
-    Index Header(std::string_view section) const; // index of the line, or the number of lines
-    Index Behind(Index header) const;
-    Index Key(Index header, std::string_view key) const; // as Header
+    void Parse(std::u16string_view text);
+    // The indices of the section's header, of the header after it, and of a key; the number of lines when
+    // there is none.
+    [[nodiscard]] Index Header(std::string_view section) const;
+    [[nodiscard]] Index End(Index header) const;
+    [[nodiscard]] Index Key(Index header, std::string_view key) const;
+    // All lines, with one of them replaced.
+    [[nodiscard]] std::u16string With(Index line, std::u16string_view replacement) const;
 
+    bool isWide_;
+    std::string rest_; // of UTF-16: half a character at the end
     std::vector<Line> lines_;
 };
+
+// Whether saving or removing the site with this code may change the line: the header, keys and bare lines of
+// its section, its key in "Siti", and "Log" in "General".
+bool IsOfSite(const ReferenceProfile::Line& line, std::string_view code);
+
+// The text in code page 1252, "?" for what the page does not have.
+std::string Narrowed(std::u16string_view text);
 
 } // namespace corvrec
