@@ -115,4 +115,28 @@ std::string Utf8FromCp1252(std::string_view bytes)
     return utf8;
 }
 
+std::string Cp1252FromUtf16(std::string_view wide)
+{
+    std::string bytes;
+    bytes.reserve(wide.size() / 2);
+    for (std::size_t i = 0; i + 1 < wide.size(); i += 2) {
+        const auto low = static_cast<unsigned char>(wide[i]); // char may be signed
+        const auto high = static_cast<unsigned char>(wide[i + 1]);
+        bytes += Cp1252FromCharacter(low | static_cast<char32_t>(high) << 8);
+    }
+    return bytes;
+}
+
+std::string Utf16FromCp1252(std::string_view bytes)
+{
+    std::string wide;
+    wide.reserve(2 * bytes.size());
+    for (const char byte : bytes) {
+        const char32_t unit = CharacterFromCp1252(byte); // every character of the page is below U+10000
+        wide += static_cast<char>(unit & 0xFF);
+        wide += static_cast<char>(unit >> 8);
+    }
+    return wide;
+}
+
 } // namespace corvrec

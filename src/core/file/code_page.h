@@ -14,6 +14,10 @@ namespace corvrec
 std::string Cp1252FromUtf8(std::string_view utf8);
 std::string Utf8FromCp1252(std::string_view bytes);
 
+// UTF-16 little endian, without a byte order mark. Half a character at the end is ignored.
+std::string Cp1252FromUtf16(std::string_view wide);
+std::string Utf16FromCp1252(std::string_view bytes);
+
 // A single Unicode character and its byte, by the same rules.
 char Cp1252FromCharacter(char32_t character);
 char32_t CharacterFromCp1252(char byte);

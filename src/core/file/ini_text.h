@@ -9,6 +9,12 @@
 namespace corvrec
 {
 
+namespace ini
+{
+class Index;
+struct Text;
+} // namespace ini
+
 // A change to a file: `removed` bytes at `offset` are replaced by `inserted`. Counted in bytes of the file as
 // it was before the change.
 struct Edit {
@@ -59,11 +65,8 @@ public:
     [[nodiscard]] std::string Filler(std::size_t length) const;
 
 private:
-    struct View;
-    class Index;
-
-    [[nodiscard]] View Text() const;
-    Index& Places();
+    [[nodiscard]] ini::Text Text() const;
+    ini::Index& Places();
     [[nodiscard]] bool IsContinuable() const;
     [[nodiscard]] Edit EditAt(std::size_t begin, std::size_t end, std::string_view inserted) const;
     [[nodiscard]] Edit NewSection(std::string_view section, std::string_view line) const;
@@ -71,8 +74,8 @@ private:
 
     std::string bytes_;
     bool isUtf16_;
-    std::string narrowed_;         // UTF-16 only: a byte per unit after the mark, '?' where the page has none
-    std::unique_ptr<Index> index_; // null before the first question
+    std::string narrowed_; // UTF-16 only: a byte per unit after the mark, '?' where the page has none
+    std::unique_ptr<ini::Index> index_; // null before the first question
 };
 
 } // namespace corvrec

@@ -1,6 +1,7 @@
 #include "core/site/conversions.h"
 
 #include "core/file/code_page.h"
+#include "core/file/letter_case.h"
 
 #include <algorithm>
 #include <array>
@@ -40,11 +41,6 @@ constexpr int kAlertOff = -1;
 bool IsDigit(char c)
 {
     return c >= '0' && c <= '9';
-}
-
-char AsciiUpper(char c)
-{
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
 bool TakeAnyOf(std::string_view& text, std::string_view characters)
@@ -350,8 +346,7 @@ std::optional<std::string> StoredFlowCharacter(const FlowCharacter& character)
 
 std::string WithAtPrefix(std::string_view command)
 {
-    const bool prefixed =
-        command.size() >= 2 && AsciiUpper(command[0]) == 'A' && AsciiUpper(command[1]) == 'T';
+    const bool prefixed = EqualIgnoringCase(command.substr(0, 2), "AT");
     return (prefixed ? "" : "AT") + std::string(command);
 }
 

@@ -1,5 +1,6 @@
 #include "core/site/site_keys.h"
 
+#include "core/file/letter_case.h"
 #include "core/file/section.h"
 #include "core/site/code_tables.h"
 #include "core/site/conversions.h"
@@ -34,13 +35,6 @@ struct Key {
     bool inGeneral = false;  // in "General", shared by all sites, instead of the site's own section
     bool startsArea = false; // only the result of the last area is reported
 };
-
-// Comparing ASCII is enough, since the codes are ASCII.
-bool EqualIgnoringCase(std::string_view left, std::string_view right)
-{
-    const auto upper = [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; };
-    return std::ranges::equal(left, right, {}, upper, upper);
-}
 
 constexpr Key Fixed(std::string_view name, std::string_view value)
 {
