@@ -1,3 +1,4 @@
+#include "core/file/code_page.h"
 #include "core/file/section.h"
 #include "tests/support/recording_profile_file.h"
 #include "tests/support/settings_file.h"
@@ -15,26 +16,15 @@ namespace
 using namespace std::string_literals;
 using testing::ElementsAre;
 
-TEST(Section, AMissingKeyHasNoValue)
-{
-    SettingsFile file("[UFF]\r\nBaud=9600\r\n");
-
-    EXPECT_EQ(Section(*file, "UFF").Read("Stop"), std::nullopt);
-    EXPECT_EQ(Section(*file, "ALTRO").Read("Baud"), std::nullopt);
-}
-
-TEST(Section, EverythingIsMissingInAMissingFile)
-{
-    SettingsFile file;
-
-    EXPECT_EQ(Section(*file, "UFF").Read("Baud"), std::nullopt);
-}
-
-TEST(Section, AnEmptyValueIsNotMissing)
+TEST(Section, AMissingKeyHasNoValueAndAnEmptyOneHas)
 {
     SettingsFile file("[UFF]\r\nBaud=\r\n");
+    SettingsFile missing;
 
     EXPECT_EQ(Section(*file, "UFF").Read("Baud"), "");
+    EXPECT_EQ(Section(*file, "UFF").Read("Stop"), std::nullopt);
+    EXPECT_EQ(Section(*file, "ALTRO").Read("Baud"), std::nullopt);
+    EXPECT_EQ(Section(*missing, "UFF").Read("Baud"), std::nullopt);
 }
 
 TEST(Section, TheSentinelItselfCountsAsMissingInItsOwnSpellingOnly)
@@ -47,48 +37,34 @@ TEST(Section, TheSentinelItselfCountsAsMissingInItsOwnSpellingOnly)
     EXPECT_EQ(section.Read("C"), "-CaVacca-1");
 }
 
-TEST(Section, ValuesAreCutAt99Characters)
+TEST(Section, ValuesAreCutAt99CharactersOrAtAChosenSize)
 {
-    SettingsFile file("[UFF]\r\nDati=" + std::string(120, '\xE0') + "\r\n");
+    SettingsFile file("[UFF]\r\nDati=" + std::string(600, '\xE0') + "\r\n");
 
-    const auto value = Section(*file, "UFF").Read("Dati");
-
-    std::string expected;
-    for (int i = 0; i < 99; ++i)
-        expected += "à";
-    EXPECT_EQ(value, expected);
+    EXPECT_EQ(Section(*file, "UFF").Read("Dati"), Utf8FromCp1252(std::string(99, '\xE0')));
+    EXPECT_EQ(Section(*file, "UFF", 500).Read("Dati"), Utf8FromCp1252(std::string(499, '\xE0')));
 }
 
-TEST(Section, TheSizeOfAReadCanBeChosen)
-{
-    SettingsFile file("[UFF]\r\nDati=" + std::string(600, 'x') + "\r\n");
-
-    EXPECT_EQ(Section(*file, "UFF", 500).Read("Dati"), std::string(499, 'x'));
-}
-
-TEST(Section, ReadsTheCodePage)
-{
-    SettingsFile file("[Citt\xE0]\r\nPerch\xE9=\x80 5\r\n");
-
-    EXPECT_EQ(Section(*file, "Città").Read("Perché"), "€ 5");
-}
-
-TEST(Section, WritesTheCodePage)
+TEST(Section, ReadsAndWritesTheCodePage)
 {
     SettingsFile file;
+    Section section(*file, "Città");
 
-    EXPECT_TRUE(Section(*file, "Città").Write("Perché", "€ Ж"));
+    EXPECT_TRUE(section.Write("Perché", "€ Ж"));
 
     EXPECT_EQ(file.Bytes(), "[Citt\xE0]\r\nPerch\xE9=\x80 ?\r\n");
+    EXPECT_EQ(section.Read("Perché"), "€ ?");
 }
 
 TEST(Section, LineBreaksAndNulsNeverReachTheFile)
 {
     SettingsFile file;
+    Section section(*file, "U\r\nF\0F"s);
 
-    EXPECT_TRUE(Section(*file, "U\r\nF\0F"s).Write("D\ra\nti\0"s, "a\r\n[b]\r\nc=1\0d"s));
+    EXPECT_TRUE(section.Write("D\ra\nti\0"s, "a\r\n[b]\r\nc=1\0d"s));
 
     EXPECT_EQ(file.Bytes(), "[UFF]\r\nDati=a[b]c=1d\r\n");
+    EXPECT_EQ(section.Read("Da\rti"), "a[b]c=1d");
 }
 
 TEST(Section, OtherControlCharactersPass)
@@ -100,32 +76,15 @@ TEST(Section, OtherControlCharactersPass)
     EXPECT_EQ(file.Bytes(), "[UFF]\r\nXon=\ta\x1A\x0B\x7F\r\n");
 }
 
-TEST(Section, ReadsWhatItWroteUnderANameWithLineBreaks)
+TEST(Section, DeletesAKeyAndTheWholeSection)
 {
-    SettingsFile file;
-    Section section(*file, "U\nFF");
+    SettingsFile file("[A]\r\nBaud=1\r\n[Citt\xE0]\r\nBaud=2\r\nPerch\xE9=3\r\n[C]\r\nBaud=4\r\n");
+    Section section(*file, "Città");
 
-    EXPECT_TRUE(section.Write("Da\rti", "x"));
-
-    EXPECT_EQ(section.Read("Da\rti"), "x");
-}
-
-TEST(Section, DeletesAKey)
-{
-    SettingsFile file("[Siti]\r\nA=Alfa\r\nCitt\xE0=Beta\r\n");
-
-    EXPECT_TRUE(Section(*file, "Siti").DeleteKey("Città"));
-
-    EXPECT_EQ(file.Bytes(), "[Siti]\r\nA=Alfa\r\n");
-}
-
-TEST(Section, DeletesTheWholeSection)
-{
-    SettingsFile file("[A]\r\nBaud=1\r\n[Citt\xE0]\r\nBaud=2\r\n[C]\r\nBaud=3\r\n");
-
-    EXPECT_TRUE(Section(*file, "Città").Delete());
-
-    EXPECT_EQ(file.Bytes(), "[A]\r\nBaud=1\r\n[C]\r\nBaud=3\r\n");
+    EXPECT_TRUE(section.DeleteKey("Perché"));
+    EXPECT_EQ(file.Bytes(), "[A]\r\nBaud=1\r\n[Citt\xE0]\r\nBaud=2\r\n[C]\r\nBaud=4\r\n");
+    EXPECT_TRUE(section.Delete());
+    EXPECT_EQ(file.Bytes(), "[A]\r\nBaud=1\r\n[C]\r\nBaud=4\r\n");
 }
 
 TEST(Section, ReportsFailures)

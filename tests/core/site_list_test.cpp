@@ -5,7 +5,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace corvrec
@@ -68,45 +70,35 @@ TEST(ListSites, IsEmptyWithoutAFileASectionOrAKey)
 
 TEST(ListSites, ASiteWithoutSectionIsShownWithoutValues)
 {
-    SettingsFile file("[Siti]\r\nA=\r\n");
+    SettingsFile file("[Siti]\r\nA=\r\nB=-CaVacca-\r\nC=" + std::string(200, 'x') + "\r\n");
 
     const std::vector<ListedSite> sites = ListSites(*file);
 
-    ASSERT_EQ(sites.size(), 1U);
+    ASSERT_EQ(sites.size(), 3U);
     EXPECT_EQ(sites[0].name, "");
     EXPECT_EQ(sites[0].enabled, 0);
     EXPECT_EQ(sites[0].schedule, std::nullopt);
-}
-
-TEST(ListSites, ANameThatReadsAsMissingIsShownAs0)
-{
-    SettingsFile file("[Siti]\r\nA=-CaVacca-\r\n");
-
-    EXPECT_EQ(ListSites(*file).at(0).name, "0");
+    EXPECT_EQ(sites[1].name, "0"); // reads as missing
+    EXPECT_EQ(sites[2].name, std::string(200, 'x'));
 }
 
 TEST(ListSites, TheEnabledFlagIsTheNumberItself)
 {
-    EXPECT_EQ(SiteWith("SitoAbilitato=1").enabled, 1);
-    EXPECT_EQ(SiteWith("SitoAbilitato=-1").enabled, -1);
-    EXPECT_EQ(SiteWith("SitoAbilitato=0.5").enabled, 0.5);
-    EXPECT_EQ(SiteWith("SitoAbilitato=si").enabled, 0);
-    EXPECT_EQ(SiteWith("SitoAbilitato=").enabled, 0);
+    for (const auto& [stored, enabled] : {std::pair("1", 1.0), {"-1", -1}, {"0.5", 0.5}, {"si", 0}, {"", 0}})
+        EXPECT_EQ(SiteWith(std::string("SitoAbilitato=") + stored).enabled, enabled) << stored;
 }
 
-TEST(ListSites, ANegativeNumberWithoutMeaningHasNoKind)
+TEST(ListSites, TheKindIsThatOfTheRoundedNumberAndNoneForOtherNegativeOnes)
 {
-    EXPECT_EQ(SiteWith("Ricorrenza=-3").schedule, std::nullopt);
-    EXPECT_EQ(SiteWith("Ricorrenza=-2.6").schedule, std::nullopt);
-    EXPECT_EQ(SiteWith("Ricorrenza=-65536").schedule, std::nullopt); // saturated, not wrapped to 0
-}
-
-TEST(ListSites, TheKindIsThatOfTheRoundedNumber)
-{
-    EXPECT_EQ(SiteWith("Ricorrenza=-2.5").schedule, ScheduleKind::daily);
-    EXPECT_EQ(SiteWith("Ricorrenza=0.5").schedule, ScheduleKind::continuous);
-    EXPECT_EQ(SiteWith("Ricorrenza=mai").schedule, ScheduleKind::continuous);
-    EXPECT_EQ(SiteWith("Ricorrenza=65536").schedule, ScheduleKind::weekly);
+    using Kind = std::optional<ScheduleKind>;
+    for (const auto& [stored, kind] : {std::pair("-3", Kind()),
+                                       {"-2.6", {}},
+                                       {"-65536", {}}, // saturated, not wrapped to 0
+                                       {"-2.5", ScheduleKind::daily},
+                                       {"0.5", ScheduleKind::continuous},
+                                       {"mai", ScheduleKind::continuous},
+                                       {"65536", ScheduleKind::weekly}})
+        EXPECT_EQ(SiteWith(std::string("Ricorrenza=") + stored).schedule, kind) << stored;
 }
 
 TEST(ListSites, TheKeyListIsCutAt498Bytes)
@@ -123,19 +115,7 @@ TEST(ListSites, TheKeyListIsCutAt498Bytes)
     EXPECT_EQ(sites.back().code, "S198");
 }
 
-TEST(ListSites, ANameThatJustLosesItsNulIsNoSite)
-{
-    // 99 times 5 bytes are 495; a last name of 3 letters makes 499 with its NUL.
-    std::string bytes = "[Siti]\r\n";
-    for (int i = 0; i < 99; ++i)
-        bytes += "S" + std::to_string(100 + i) + "=Sito\r\n";
-    SettingsFile lost(bytes + "FIN=Ultimo\r\n");
-    SettingsFile kept(bytes + "FI=Ultimo\r\n");
-
-    EXPECT_EQ(ListSites(*lost).size(), 99U);
-    EXPECT_EQ(ListSites(*kept).back().code, "FI");
-}
-
+// 99 times 5 bytes are 495; a last name of 3 letters makes 499 with its NUL, which is then lost.
 TEST(ListHolds, CodesThatAreAllListedAtTheNextStart)
 {
     std::string bytes = "[Siti]\r\n";
@@ -144,11 +124,18 @@ TEST(ListHolds, CodesThatAreAllListedAtTheNextStart)
         rows.push_back(Row("S" + std::to_string(100 + i)));
         bytes += rows.back().code + "=Sito\r\n";
     }
-    for (const std::string_view last : {"F", "FI", "FIN", "FINE", "\u00C0\u00C0", "\u00C0\u00C0\u00C0"}) {
+    for (const auto& [last, isListed] : {std::pair("F", true),
+                                         {"FI", true},
+                                         {"FIN", false},
+                                         {"FINE", false},
+                                         {"\u00C0\u00C0", true},
+                                         {"\u00C0\u00C0\u00C0", false}}) {
         SettingsFile file(bytes + Cp1252FromUtf8(last) + "=Ultimo\r\n");
         rows.push_back(Row(last));
 
-        EXPECT_EQ(ListHolds(rows), ListSites(*file).size() == 100) << last;
+        EXPECT_EQ(ListSites(*file).back().code == last, isListed) << last;
+        EXPECT_EQ(ListSites(*file).size(), isListed ? 100U : 99U) << last;
+        EXPECT_EQ(ListHolds(rows), isListed) << last;
 
         rows.pop_back();
     }
@@ -166,38 +153,18 @@ TEST(ListSites, EveryReadHasABufferOf500)
                             "[B]SitoAbilitato 500", "[Siti]B 500", "[B]Ricorrenza 500"));
 }
 
-TEST(ListSites, ANameOf200CharactersIsShownWhole)
-{
-    SettingsFile file("[Siti]\r\nA=" + std::string(200, 'x') + "\r\n");
-
-    EXPECT_EQ(ListSites(*file).at(0).name, std::string(200, 'x'));
-}
-
-TEST(ReadComPort, GivesTheTextUnchanged)
+TEST(ReadComPort, GivesTheTextUnchangedWithABufferOf500)
 {
     SettingsFile file("[General]\r\nCom=COM12 \r\n");
-
-    EXPECT_EQ(ReadComPort(*file), "COM12");
-}
-
-TEST(ReadComPort, AnEmptyValueIsNotMissing)
-{
     SettingsFile empty("[General]\r\nCom=\r\n");
     SettingsFile elsewhere("[Siti]\r\nCom=COM1\r\n");
-    SettingsFile missing;
+    RecordingProfileFile missing;
 
+    EXPECT_EQ(ReadComPort(*file), "COM12");
     EXPECT_EQ(ReadComPort(*empty), "");
     EXPECT_EQ(ReadComPort(*elsewhere), std::nullopt);
-    EXPECT_EQ(ReadComPort(*missing), std::nullopt);
-}
-
-TEST(ReadComPort, HasABufferOf500)
-{
-    RecordingProfileFile file;
-
-    EXPECT_EQ(ReadComPort(file), std::nullopt);
-
-    EXPECT_THAT(file.reads, ElementsAre("[General]Com 500"));
+    EXPECT_EQ(ReadComPort(missing), std::nullopt);
+    EXPECT_THAT(missing.reads, ElementsAre("[General]Com 500"));
 }
 
 TEST(RemoveSite, TakesTheSectionAndTheKeyAndNothingElse)
@@ -240,38 +207,19 @@ private:
     };
 };
 
-TEST_F(Collision, OneEqualFileOfTheSameKindIsEnough)
+TEST_F(Collision, IsTheFirstOtherSiteWithAnEqualFileOfTheSameKind)
 {
     EXPECT_EQ(Find({.data = "b1", .exchange = "x", .history = "x"}), 1);
     EXPECT_EQ(Find({.data = "x", .exchange = "b2", .history = "x"}), 1);
     EXPECT_EQ(Find({.data = "x", .exchange = "x", .history = "cà"}), 2);
-}
-
-TEST_F(Collision, FilesOfDifferentKindsMayBeEqual)
-{
-    EXPECT_EQ(Find({.data = "a2", .exchange = "a3", .history = "a1"}), std::nullopt);
-}
-
-TEST_F(Collision, LetterCaseCounts)
-{
-    EXPECT_EQ(Find({.data = "A1", .exchange = "x", .history = "x"}), std::nullopt);
-}
-
-TEST_F(Collision, TheFirstOtherSiteIsFound)
-{
+    EXPECT_EQ(Find({.data = "x", .exchange = "x", .history = ""}), 1); // a missing name is an empty one
+    EXPECT_EQ(Find({.data = "a2", .exchange = "a3", .history = "a1"}), std::nullopt); // other kinds
+    EXPECT_EQ(Find({.data = "A1", .exchange = "x", .history = "x"}), std::nullopt);   // letter case
     EXPECT_EQ(Find({.data = "a1", .exchange = "x", .history = "x"}), 0);
     EXPECT_EQ(Find({.data = "a1", .exchange = "x", .history = "x"}, "A"), 2);
-}
-
-TEST_F(Collision, TheCodeOfTheSiteItselfIsComparedExactly)
-{
+    // The code of the site itself is compared exactly.
     EXPECT_EQ(Find({.data = "b1", .exchange = "x", .history = "x"}, "B"), std::nullopt);
     EXPECT_EQ(Find({.data = "b1", .exchange = "x", .history = "x"}, "b"), 1);
-}
-
-TEST_F(Collision, AMissingFileNameIsAnEmptyOne)
-{
-    EXPECT_EQ(Find({.data = "x", .exchange = "x", .history = ""}), 1);
 }
 
 TEST(FindCollision, WithoutSitesThereIsNone)
