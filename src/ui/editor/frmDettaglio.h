@@ -1,15 +1,14 @@
 #pragma once
 
 #include "core/site/site_record.h"
-#include "core/text_ids.h"
 #include "ui/editor/environment.h"
+#include "ui/editor/omission.h"
 
 #include <QDialog>
 
 #include <memory>
+#include <optional>
 #include <string_view>
-
-class QLineEdit;
 
 namespace Ui
 {
@@ -23,7 +22,6 @@ class SiteListView;
 class frmFileAvanzate;
 class frmModem;
 class frmTrasfAvanzate;
-struct SiteFiles;
 struct SiteRow;
 
 // The site editor. Created once and hidden between uses. One use is: InitFormDettagli, SetNuovo,
@@ -90,47 +88,19 @@ protected:
 
 private:
     void ConnectControls();
-    void NameControls();
-    void FillLists();
-    void ReserveSentence();
-
-    void cboTipoConn_Click();
-    void optLocale_Click();
-    void optRemoto_Click();
-    void cboHandS_Click();
-    void cboRicorrenza_Click();
-    void EnableHandshake(bool enabled);
-    void EnableFlowCharacters(bool enabled);
-    void EnableConnectionKind(bool enabled);
-
-    void Field_LostFocus(QObject* field);
-    void FillFlowCharacters();
-    void mskOrario_GotFocus();
-    void mskValore_GotFocus();
     void NextTab(int step);
 
     void OK_Click();
     void Annulla_Click();
-    void btnModem_Click();
-    void cmdTAvanzate_Click();
-    void cmdFileAvanzate_Click();
-    void cmdSX_Click();
-    void Browse(QLineEdit& field);
 
     bool FieldsComplete();
-    bool ScheduleComplete();
-    bool TextsComplete();
+    std::optional<Omission> Missing() const;
     bool SharingFilesAccepted();
-    SiteFiles Files() const;
     std::string_view Save();
-    void FocusFieldOf(std::string_view key);
 
     SiteRecord FirstValues() const;
     void ShowRecord(const SiteRecord& site);
     void ShowPages(const SiteRecord& site);
-    void ShowConnection(const SiteRecord& site);
-    void ShowSchedule(const SiteRecord& site);
-    void ShowFiles(const SiteRecord& site);
     SiteRecord TakeRecord() const;
 
     Environment environment_;
@@ -141,8 +111,6 @@ private:
     std::unique_ptr<frmModem> modem_;
     bool cancel_ = false;
     bool nuovo_ = false;
-    // "Ora" of the last loaded site ended in "p". Written back when any site is saved.
-    bool marked_ = false;
 };
 
 } // namespace corvrec

@@ -16,8 +16,12 @@ frmTrasfAvanzate::frmTrasfAvanzate(QWidget* parent)
     ui_->setupUi(this);
     connect(ui_->OK, &QPushButton::clicked, this, &frmTrasfAvanzate::OK_Click);
     connect(ui_->Annulla, &QPushButton::clicked, this, &frmTrasfAvanzate::Annulla_Click);
-    for (QCheckBox* const box : {ui_->chkData, ui_->chkOra, ui_->chkNull, ui_->chkCrLf})
-        box->installEventFilter(this);
+    transformations_ = {{{&SiteRecord::addDate, ui_->chkData, text::addDateHelp},
+                         {&SiteRecord::addTime, ui_->chkOra, text::addTimeHelp},
+                         {&SiteRecord::dropNulls, ui_->chkNull, text::dropNullsHelp},
+                         {&SiteRecord::fixCrLf, ui_->chkCrLf, text::fixCrLfHelp}}};
+    for (const Transformation& transformation : transformations_)
+        transformation.box->installEventFilter(this);
     LocaliseDialog(*this);
     ClickAtOnce(*this);
 
@@ -31,32 +35,24 @@ frmTrasfAvanzate::~frmTrasfAvanzate() = default;
 
 void frmTrasfAvanzate::ShowRecord(const SiteRecord& site)
 {
-    ui_->chkData->setChecked(site.addDate.value_or(ui_->chkData->isChecked()));
-    ui_->chkOra->setChecked(site.addTime.value_or(ui_->chkOra->isChecked()));
-    ui_->chkNull->setChecked(site.dropNulls.value_or(ui_->chkNull->isChecked()));
-    ui_->chkCrLf->setChecked(site.fixCrLf.value_or(ui_->chkCrLf->isChecked()));
+    for (const auto& [value, box, help] : transformations_)
+        box->setChecked((site.*value).value_or(box->isChecked()));
 }
 
 void frmTrasfAvanzate::FillRecord(SiteRecord& site) const
 {
-    site.addDate = ui_->chkData->isChecked();
-    site.addTime = ui_->chkOra->isChecked();
-    site.dropNulls = ui_->chkNull->isChecked();
-    site.fixCrLf = ui_->chkCrLf->isChecked();
+    for (const auto& [value, box, help] : transformations_)
+        site.*value = box->isChecked();
 }
 
 // The box with the focus explains itself in the text below the boxes.
 bool frmTrasfAvanzate::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::FocusIn) {
-        if (watched == ui_->chkData)
-            ui_->lblHelpTrasformazioni->setText(Text(text::addDateHelp));
-        else if (watched == ui_->chkOra)
-            ui_->lblHelpTrasformazioni->setText(Text(text::addTimeHelp));
-        else if (watched == ui_->chkNull)
-            ui_->lblHelpTrasformazioni->setText(Text(text::dropNullsHelp));
-        else if (watched == ui_->chkCrLf)
-            ui_->lblHelpTrasformazioni->setText(Text(text::fixCrLfHelp));
+        for (const auto& [value, box, help] : transformations_) {
+            if (watched == box)
+                ui_->lblHelpTrasformazioni->setText(Text(help));
+        }
     }
     return OptionDialog::eventFilter(watched, event);
 }

@@ -2,7 +2,10 @@
 
 #include "ui/editor/option_dialog.h"
 
+#include <array>
 #include <memory>
+
+class QCheckBox;
 
 namespace Ui
 {
@@ -28,9 +31,17 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // A check box, its value, and the text that explains it.
+    struct Transformation {
+        std::optional<bool> SiteRecord::*value;
+        QCheckBox* box;
+        TextId help;
+    };
+
     void OK_Click();
 
     std::unique_ptr<Ui::frmTrasfAvanzate> ui_;
+    std::array<Transformation, 4> transformations_{};
 };
 
 } // namespace corvrec

@@ -15,6 +15,13 @@ void OptionDialog::RegisterUndo()
     FillRecord(undo_);
 }
 
+void OptionDialog::Open(QWidget& button)
+{
+    button.setFocus();
+    RegisterUndo();
+    exec();
+}
+
 void OptionDialog::Annulla_Click()
 {
     RestoreUndo();

@@ -21,6 +21,10 @@ public:
     // Remembers the values that Annulla restores. To be called before each showing.
     virtual void RegisterUndo();
 
+    // What the button of the editor that shows the dialog does. It also takes the focus, since a mnemonic
+    // clicks it without: the field being left then runs its rule.
+    void Open(QWidget& button);
+
     // A value that the record lacks stays as it is.
     virtual void ShowRecord(const SiteRecord& site) = 0;
     virtual void FillRecord(SiteRecord& site) const = 0;
