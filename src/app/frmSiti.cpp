@@ -17,7 +17,6 @@
 #include <QTextDocument>
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 namespace corvrec
@@ -25,9 +24,6 @@ namespace corvrec
 
 namespace
 {
-
-// In the order of ScheduleKind.
-constexpr std::array kScheduleTexts{text::continuous, text::hourly, text::daily, text::weekly};
 
 // Limits for the window's height when it first opens, in lines of text.
 constexpr int kFewestLines = 22;
@@ -48,13 +44,6 @@ QString ShownPath(const std::filesystem::path& file)
 {
     const QFileInfo info(QString::fromStdU16String(file.u16string()));
     return QDir::toNativeSeparators(info.exists() ? info.canonicalFilePath() : info.filePath());
-}
-
-SiteRow RowOf(const ListedSite& site)
-{
-    const QString schedule =
-        site.schedule ? Text(kScheduleTexts.at(static_cast<std::size_t>(*site.schedule))) : QString();
-    return {.name = site.name, .code = site.code, .enabled = site.enabled, .schedule = ToStd(schedule)};
 }
 
 // Qt removes "[*]" from a title; when doubled it is shown.
@@ -91,9 +80,7 @@ frmSiti::~frmSiti() = default;
 
 bool frmSiti::Load()
 {
-    std::vector<SiteRow> rows;
-    std::ranges::transform(ListSites(environment_.settings), std::back_inserter(rows), RowOf);
-    sites_.SetRows(std::move(rows));
+    sites_.SetRows(ListSites(environment_.settings));
     ui_->dgrdGrigliaSiti->setModel(&sites_);
     ui_->dgrdGrigliaSiti->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     ui_->dgrdGrigliaSiti->FitColumns();
@@ -153,9 +140,8 @@ std::int32_t frmSiti::lAbilitate() const
 
 bool frmSiti::bCercaContAbilitata() const
 {
-    const std::string continuous = ToStd(Text(text::continuous));
-    return std::ranges::any_of(sites_.Rows(), [&continuous](const SiteRow& row) {
-        return row.schedule == continuous && row.enabled != 0;
+    return std::ranges::any_of(sites_.Rows(), [](const SiteRow& row) {
+        return row.schedule == ScheduleKind::continuous && row.enabled != 0;
     });
 }
 

@@ -50,7 +50,7 @@ public:
     // Number of enabled sites.
     std::int32_t lAbilitate() const;
 
-    // Whether an enabled site is acquired continuously. Compared by displayed text.
+    // Whether an enabled site is acquired continuously.
     bool bCercaContAbilitata() const;
 
     QSize sizeHint() const override;

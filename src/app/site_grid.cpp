@@ -24,7 +24,7 @@ QString CellText(const SiteRow& row, SiteColumn column)
     case SiteColumn::enabled:
         return Text(row.enabled != 0 ? text::yes : text::no);
     case SiteColumn::schedule:
-        return ToQt(row.schedule);
+        return row.schedule ? Text(kScheduleTexts.at(static_cast<std::size_t>(*row.schedule))) : QString();
     }
     return {};
 }

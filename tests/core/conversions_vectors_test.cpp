@@ -199,8 +199,10 @@ TEST(ConversionVectors, FileCollision)
             bytes += "[" + TextOf(site, "code") + "]\r\n";
             for (const char* const key : {"Dati", "Dati2", "Storico"})
                 bytes += std::string(key) + "=" + TextOf(site, key) + "\r\n";
-            rows.push_back(
-                {.name = TextOf(site, "name"), .code = TextOf(site, "code"), .enabled = 0, .schedule = ""});
+            rows.push_back({.name = TextOf(site, "name"),
+                            .code = TextOf(site, "code"),
+                            .enabled = 0,
+                            .schedule = std::nullopt});
         }
         SettingsFile file(bytes);
         const SiteFiles files{.data = TextOf(one, "data"),

@@ -27,7 +27,7 @@ SiteRow Row(std::string_view code)
 }
 
 // The only site of a file whose section has this line.
-ListedSite SiteWith(const std::string& line)
+SiteRow SiteWith(const std::string& line)
 {
     SettingsFile file("[Siti]\r\nA=Alfa\r\n[A]\r\n" + line + "\r\n");
     return ListSites(*file).at(0);
@@ -40,7 +40,7 @@ TEST(ListSites, GivesTheSitesInFileOrder)
         "[AA]\r\nSitoAbilitato=1\r\nRicorrenza=-1\r\n[ZZ]\r\nSitoAbilitato=0\r\nRicorrenza= 62\r\n"
         "[CITT\xC0]\r\nRicorrenza=0\r\n");
 
-    const std::vector<ListedSite> sites = ListSites(*file);
+    const std::vector<SiteRow> sites = ListSites(*file);
 
     ASSERT_EQ(sites.size(), 3U);
     EXPECT_EQ(sites[0].code, "ZZ");
@@ -72,7 +72,7 @@ TEST(ListSites, ASiteWithoutSectionIsShownWithoutValues)
 {
     SettingsFile file("[Siti]\r\nA=\r\nB=-CaVacca-\r\nC=" + std::string(200, 'x') + "\r\n");
 
-    const std::vector<ListedSite> sites = ListSites(*file);
+    const std::vector<SiteRow> sites = ListSites(*file);
 
     ASSERT_EQ(sites.size(), 3U);
     EXPECT_EQ(sites[0].name, "");
@@ -109,7 +109,7 @@ TEST(ListSites, TheKeyListIsCutAt498Bytes)
         bytes += "S" + std::to_string(100 + i) + "=Sito\r\n";
     SettingsFile file(bytes);
 
-    const std::vector<ListedSite> sites = ListSites(*file);
+    const std::vector<SiteRow> sites = ListSites(*file);
 
     ASSERT_EQ(sites.size(), 99U);
     EXPECT_EQ(sites.back().code, "S198");
@@ -201,9 +201,9 @@ private:
     SettingsFile file_{"[A]\r\nDati=a1\r\nDati2=a2\r\nStorico=a3\r\n[B]\r\nDati=b1\r\nDati2=b2\r\n"
                        "[C]\r\nDati=a1\r\nDati2=c2\r\nStorico=c\xE0\r\n"};
     std::vector<SiteRow> rows_{
-        {.name = "Alfa", .code = "A", .enabled = 1, .schedule = ""},
-        {.name = "Beta", .code = "B", .enabled = 1, .schedule = ""},
-        {.name = "Gamma", .code = "C", .enabled = 1, .schedule = ""},
+        {.name = "Alfa", .code = "A", .enabled = 1, .schedule = std::nullopt},
+        {.name = "Beta", .code = "B", .enabled = 1, .schedule = std::nullopt},
+        {.name = "Gamma", .code = "C", .enabled = 1, .schedule = std::nullopt},
     };
 };
 
@@ -232,7 +232,7 @@ TEST(FindCollision, WithoutSitesThereIsNone)
 TEST(FindCollision, ReadsThreeFilesWithABufferOf100)
 {
     RecordingProfileFile file;
-    const std::vector<SiteRow> rows{{.name = "Alfa", .code = "A", .enabled = 1, .schedule = ""}};
+    const std::vector<SiteRow> rows{{.name = "Alfa", .code = "A", .enabled = 1, .schedule = std::nullopt}};
 
     EXPECT_EQ(FindCollision(file, rows, {.data = "x", .exchange = "x", .history = "x"}, "B"), std::nullopt);
 

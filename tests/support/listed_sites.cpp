@@ -31,7 +31,7 @@ QStringList ListedSites(const frmSiti& list)
 QStringList ListedSites(ProfileFile& file)
 {
     QStringList listed;
-    for (const ListedSite& site : ListSites(file))
+    for (const SiteRow& site : ListSites(file))
         listed.append(Entry(QString::fromStdString(site.code), QString::fromStdString(site.name)));
     return listed;
 }

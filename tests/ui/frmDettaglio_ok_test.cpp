@@ -142,7 +142,7 @@ bool IsUnique(const QJsonArray& rows, const QString& name, const QString& code, 
         sites.push_back({.name = row[0].toString().toStdString(),
                          .code = row[1].toString().toStdString(),
                          .enabled = 1,
-                         .schedule = ""});
+                         .schedule = std::nullopt});
     const FixedList list(sites);
     SettingsFile settings;
     FakeClock clock;

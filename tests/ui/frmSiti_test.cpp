@@ -536,7 +536,9 @@ private slots:
                 sites.push_back({.name = "x",
                                  .code = "x",
                                  .enabled = row["enabled"].toDouble(),
-                                 .schedule = row["schedule"].toString().toStdString()});
+                                 .schedule = row["schedule"].toString() == "Continua"
+                                                 ? ScheduleKind::continuous
+                                                 : ScheduleKind::hourly});
             qobject_cast<SiteGrid*>(window.Grid().model())->SetRows(sites);
 
             if (each["may_close"].toBool()) {

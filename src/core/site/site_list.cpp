@@ -39,10 +39,10 @@ std::optional<ScheduleKind> ListedKind(std::string_view ricorrenza)
     }
 }
 
-ListedSite ReadListedSite(ProfileFile& file, const Section& sites, std::string code)
+SiteRow ReadRow(ProfileFile& file, const Section& sites, std::string code)
 {
     const Section section(file, code, kListSize);
-    ListedSite site;
+    SiteRow site;
     if (const auto enabled = section.Read("SitoAbilitato"))
         site.enabled = LeadingNumber(*enabled);
     site.name = sites.Read(code).value_or(kNoName);
@@ -79,12 +79,12 @@ std::vector<std::string> SplitKeys(std::string_view keys)
     return names;
 }
 
-std::vector<ListedSite> ListSites(ProfileFile& file)
+std::vector<SiteRow> ListSites(ProfileFile& file)
 {
     const Section sites(file, "Siti", kListSize);
-    std::vector<ListedSite> listed;
+    std::vector<SiteRow> listed;
     for (std::string& code : SplitKeys(file.Keys("Siti", kMissing, kListSize)))
-        listed.push_back(ReadListedSite(file, sites, std::move(code)));
+        listed.push_back(ReadRow(file, sites, std::move(code)));
     return listed;
 }
 

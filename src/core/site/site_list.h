@@ -15,17 +15,9 @@ class ProfileFile;
 
 // A row of the site list, in UTF-8.
 struct SiteRow {
-    std::string name;
-    std::string code;
-    double enabled = 0;   // any value except 0 counts as enabled
-    std::string schedule; // the displayed text, not the code; empty when unknown
-};
-
-// What the file says about one site. The caller supplies the schedule's text.
-struct ListedSite {
     std::string name; // "0" when the site has no name
     std::string code;
-    double enabled = 0;
+    double enabled = 0;                   // any value except 0 counts as enabled
     std::optional<ScheduleKind> schedule; // nullopt: missing, or a negative number without a meaning
 };
 
@@ -35,7 +27,7 @@ std::vector<std::string> SplitKeys(std::string_view keys);
 
 // The sites listed in "Siti", in file order. The key list is cut at 498 bytes, a limit that recorders in the
 // field rely on, so a long list loses its last sites.
-std::vector<ListedSite> ListSites(ProfileFile& file);
+std::vector<SiteRow> ListSites(ProfileFile& file);
 
 // Whether the next ListSites will still list all of these sites, that is, whether their codes fit into the
 // key list.

@@ -191,9 +191,7 @@ SiteRow frmDettaglio::Row() const
     return {.name = ListedName(ToStd(ui_->txtNomeSito->text())),
             .code = AsStored(ToStd(ui_->txtCodice->text())),
             .enabled = *site.enabled ? 1.0 : 0.0,
-            .schedule = site.schedule
-                            ? ToStd(Text(kScheduleTexts.at(static_cast<std::size_t>(*site.schedule))))
-                            : ""};
+            .schedule = site.schedule};
 }
 
 void frmDettaglio::showEvent(QShowEvent* event)
