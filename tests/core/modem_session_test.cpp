@@ -13,7 +13,6 @@ namespace corvrec
 namespace
 {
 
-using testing::ElementsAre;
 using testing::Throws;
 
 const ModemSettings kModem{.resetString = "&F", .initString = "X3", .number = "0123", .pulse = false};
@@ -34,18 +33,6 @@ TEST(CommandLine, HoldsNoByteThatIsAControlCharacterInSevenBits)
     EXPECT_EQ(DialLine(everyByte, false), "ATDT" + sent.substr(2) + "\r");
 }
 
-TEST(CommandLine, HoldsNoSecondCommandOnSevenDataBits)
-{
-    EXPECT_EQ(CommandLine("Z\xC2\x8D"
-                          "ATD0190"),
-              "ATZATD0190\r"); // 8D becomes a carriage return
-}
-
-TEST(CommandLine, DropsLineEndsAndNuls)
-{
-    EXPECT_EQ(CommandLine(std::string("Z\rATD0190\n\0S0=1\r\n", 16)), "ATZATD0190S0=1\r");
-}
-
 TEST(CommandLine, JudgesThePrefixByWhatIsSent)
 {
     EXPECT_EQ(CommandLine("\r\nA\nTZ"), "ATZ\r");
@@ -57,262 +44,125 @@ TEST(CommandLine, IsCodePage1252)
               "AT\xE8\xA3?\r"); // è, £, and an arrow, which the code page lacks
 }
 
-TEST(DialLine, DropsLineEndsAndNuls)
+struct Session {
+    const char* name;
+    const char* script;
+    Connection result;
+    const char* journal;
+    const char* waiting = ""; // input that is not read
+};
+
+constexpr auto kNoReply = Connection::noReply;
+constexpr auto kCancelled = Connection::cancelled;
+
+TEST(InitModem, FollowsTheDialogue)
 {
-    EXPECT_EQ(DialLine(std::string("01\r2\n3\0\r", 8), false), "ATDT0123\r");
-}
+    for (const Session& session : {
 
-TEST(InitModem, ResetsInitialisesAndDials)
-{
-    SerialLine line;
-    line.port.Answer("AT&F\r", "\r\nOK\r\n");
-    line.port.Answer("ATX3\r", "\r\nok\r\n");
-    line.port.Answer("ATDT0123\r", "\r\nCONNECT 9600\r\n");
+             // Nothing is cleared after the connection.
+             Session{"Connected", "AT&F<0D>: OK | ATX3<0D>: <0D>ok<0D> | ATDT0123<0D>: CONNECT 9600",
+                     Connection::connected,
+                     "0 ClearInput | 0 Output AT&F<0D> | 0 ClearInput | 0 Output ATX3<0D> | "
+                     "0 ClearInput | 0 Output ATDT0123<0D>",
+                     " 9600"},
+             Session{"Slow", "1000: OK | 3500: OK | 120000: CONNECT", Connection::connected,
+                     "0 ClearInput | 0 Output AT&F<0D> | 1000 ClearInput | 1000 Output ATX3<0D> | "
+                     "3500 ClearInput | 3500 Output ATDT0123<0D>"},
+             Session{"EchoWithTheAnswer", "AT&F<0D>: ATBOOK | ATX3<0D>: OK | ATDT0123<0D>: CONNECT",
+                     Connection::connected,
+                     "0 ClearInput | 0 Output AT&F<0D> | 0 ClearInput | 0 Output ATX3<0D> | "
+                     "0 ClearInput | 0 Output ATDT0123<0D>"},
+             Session{"NoReset", "", kNoReply,
+                     "0 ClearInput | 0 Output AT&F<0D> | 3001 ClearInput | 3001 ClearInput"},
+             Session{"NoInitialisation", "AT&F<0D>: OK<0D>OK | ATX3<0D>: ERROR", kNoReply,
+                     "0 ClearInput | 0 Output AT&F<0D> | 0 ClearInput | 0 Output ATX3<0D> | "
+                     "3001 ClearInput | 3001 ClearInput"},
+             Session{"Busy", "AT&F<0D>: OK | ATX3<0D>: OK | ATDT0123<0D>: BUSY", kNoReply,
+                     "0 ClearInput | 0 Output AT&F<0D> | 0 ClearInput | 0 Output ATX3<0D> | "
+                     "0 ClearInput | 0 Output ATDT0123<0D> | 120001 ClearInput"},
+             Session{"CancelledReset", "700: cancelled", kCancelled,
+                     "0 ClearInput | 0 Output AT&F<0D> | 700 ClearInput | 700 ClearInput"},
+             Session{"CancelledInitialisation", "AT&F<0D>: OK | 700: cancelled", kCancelled,
+                     "0 ClearInput | 0 Output AT&F<0D> | 0 ClearInput | 0 Output ATX3<0D> | "
+                     "700 ClearInput | 700 ClearInput"},
+             Session{"CancelledCall", "AT&F<0D>: OK | ATX3<0D>: OK | 60000: NO CARRIER | 60000: cancelled",
+                     kCancelled,
+                     "0 ClearInput | 0 Output AT&F<0D> | 0 ClearInput | 0 Output ATX3<0D> | "
+                     "0 ClearInput | 0 Output ATDT0123<0D> | 60000 ClearInput"},
+         }) {
+        SCOPED_TRACE(session.name);
+        SerialLine line(session.script);
+        line.port.Receive("OK\r\nOK\r\nCONNECT\r\n"); // what came before is no answer
 
-    const Connection result = InitModem(line.wait, kModem);
+        EXPECT_EQ(InitModem(line.wait, kModem), session.result);
 
-    EXPECT_EQ(result, Connection::connected);
-    EXPECT_THAT(line.port.Journal(),
-                ElementsAre("0 ClearInput", "0 Output AT&F<0D>", "0 ClearInput", "0 Output ATX3<0D>",
-                            "0 ClearInput", "0 Output ATDT0123<0D>"));
-    EXPECT_EQ(line.port.Waiting(), " 9600\r\n") << "nothing is cleared after the connection";
-}
-
-TEST(InitModem, WaitsForEachAnswer)
-{
-    SerialLine line;
-    line.pump.At(1000, [&] { line.port.Receive("OK\r\n"); });
-    line.pump.At(3500, [&] { line.port.Receive("OK\r\n"); });
-    line.pump.At(120'000, [&] { line.port.Receive("CONNECT\r\n"); });
-
-    const Connection result = InitModem(line.wait, kModem);
-
-    EXPECT_EQ(result, Connection::connected);
-    EXPECT_THAT(line.port.Journal(),
-                ElementsAre("0 ClearInput", "0 Output AT&F<0D>", "1000 ClearInput", "1000 Output ATX3<0D>",
-                            "3500 ClearInput", "3500 Output ATDT0123<0D>"));
+        EXPECT_EQ(Joined(line.port.Journal()), session.journal);
+        EXPECT_EQ(line.port.Waiting(), session.waiting);
+        EXPECT_FALSE(line.cancel.raised);
+    }
 }
 
 TEST(InitModem, DialsByPulse)
 {
-    SerialLine line;
-    line.port.Answer("AT&F\r", "OK");
-    line.port.Answer("ATX3\r", "OK");
-    line.port.Answer("ATDP0123\r", "CONNECT");
+    SerialLine line("ATZ<0D>: OK | AT<0D>: OK | ATDP0123<0D>: CONNECT");
 
     const Connection result =
-        InitModem(line.wait, {.resetString = "&F", .initString = "X3", .number = "0123", .pulse = true});
+        InitModem(line.wait, {.resetString = "Z", .initString = "", .number = "0123", .pulse = true});
 
     EXPECT_EQ(result, Connection::connected);
-    EXPECT_EQ(line.port.Sent(), "AT&F\rATX3\rATDP0123\r");
+    EXPECT_EQ(line.port.Sent(), "ATZ\rAT\rATDP0123\r");
 }
 
-TEST(InitModem, TakesAnEchoOfTheCommandForTheAnswer)
+TEST(InitModem, PassesThePortsErrorOn)
 {
-    SerialLine line;
-    line.port.Answer("ATBOOK\r", "ATBOOK\r");
-    line.port.Answer("AT\r", "OK");
-    line.port.Answer("ATDT\r", "CONNECT");
-
-    const Connection result =
-        InitModem(line.wait, {.resetString = "BOOK", .initString = "", .number = "", .pulse = false});
-
-    EXPECT_EQ(result, Connection::connected);
-}
-
-TEST(InitModem, DoesNotTakeWhatCameBeforeForAnAnswer)
-{
-    SerialLine line;
-    line.port.Receive("OK\r\nOK\r\nCONNECT\r\n");
-
-    EXPECT_EQ(InitModem(line.wait, kModem), Connection::noReply);
-
-    EXPECT_EQ(line.port.Sent(), "AT&F\r");
-}
-
-TEST(InitModem, DoesNotTakeTheRestOfTheResetsAnswerForTheNext)
-{
-    SerialLine line;
-    line.port.Answer("AT&F\r", "OK\r\nOK\r\n");
-
-    EXPECT_EQ(InitModem(line.wait, kModem), Connection::noReply);
-
-    EXPECT_EQ(line.port.Sent(), "AT&F\rATX3\r");
-}
-
-TEST(InitModem, StopsWhenTheResetIsNotAnswered)
-{
-    SerialLine line;
-
-    const Connection result = InitModem(line.wait, kModem);
-
-    EXPECT_EQ(result, Connection::noReply);
-    EXPECT_THAT(line.port.Journal(),
-                ElementsAre("0 ClearInput", "0 Output AT&F<0D>", "3001 ClearInput", "3001 ClearInput"));
-}
-
-TEST(InitModem, StopsWhenTheInitialisationIsNotAnswered)
-{
-    SerialLine line;
-    line.port.Answer("AT&F\r", "OK");
-    line.port.Answer("ATX3\r", "ERROR\r\n");
-
-    const Connection result = InitModem(line.wait, kModem);
-
-    EXPECT_EQ(result, Connection::noReply);
-    EXPECT_THAT(line.port.Journal(), ElementsAre("0 ClearInput", "0 Output AT&F<0D>", "0 ClearInput",
-                                                 "0 Output ATX3<0D>", "3001 ClearInput", "3001 ClearInput"));
-}
-
-TEST(InitModem, TakesBusyForNoReplyOnceTheTimeIsUp)
-{
-    SerialLine line;
-    line.port.Answer("AT&F\r", "OK");
-    line.port.Answer("ATX3\r", "OK");
-    line.port.Answer("ATDT0123\r", "BUSY\r\n");
-
-    const Connection result = InitModem(line.wait, kModem);
-
-    EXPECT_EQ(result, Connection::noReply);
-    EXPECT_THAT(line.port.Journal(),
-                ElementsAre("0 ClearInput", "0 Output AT&F<0D>", "0 ClearInput", "0 Output ATX3<0D>",
-                            "0 ClearInput", "0 Output ATDT0123<0D>", "120001 ClearInput"));
-}
-
-TEST(InitModem, CancelledDuringTheResetStopsAtOnceAndLowersTheFlag)
-{
-    SerialLine line;
-    line.pump.At(700, [&] { line.cancel.raised = true; });
-
-    const Connection result = InitModem(line.wait, kModem);
-
-    EXPECT_EQ(result, Connection::cancelled);
-    EXPECT_FALSE(line.cancel.raised);
-    EXPECT_THAT(line.port.Journal(),
-                ElementsAre("0 ClearInput", "0 Output AT&F<0D>", "700 ClearInput", "700 ClearInput"));
-}
-
-TEST(InitModem, CancelledDuringTheInitialisationStopsAtOnceAndLowersTheFlag)
-{
-    SerialLine line;
-    line.port.Answer("AT&F\r", "OK");
-    line.pump.At(700, [&] { line.cancel.raised = true; });
-
-    const Connection result = InitModem(line.wait, kModem);
-
-    EXPECT_EQ(result, Connection::cancelled);
-    EXPECT_FALSE(line.cancel.raised);
-    EXPECT_THAT(line.port.Journal(), ElementsAre("0 ClearInput", "0 Output AT&F<0D>", "0 ClearInput",
-                                                 "0 Output ATX3<0D>", "700 ClearInput", "700 ClearInput"));
-}
-
-TEST(InitModem, CancelledDuringTheDiallingStopsAtOnceAndLowersTheFlag)
-{
-    SerialLine line;
-    line.port.Answer("AT&F\r", "OK");
-    line.port.Answer("ATX3\r", "OK");
-    line.pump.At(60'000, [&] {
-        line.port.Receive("NO CARRIER");
-        line.cancel.raised = true;
-    });
-
-    const Connection result = InitModem(line.wait, kModem);
-
-    EXPECT_EQ(result, Connection::cancelled);
-    EXPECT_FALSE(line.cancel.raised);
-    EXPECT_THAT(line.port.Journal(),
-                ElementsAre("0 ClearInput", "0 Output AT&F<0D>", "0 ClearInput", "0 Output ATX3<0D>",
-                            "0 ClearInput", "0 Output ATDT0123<0D>", "60000 ClearInput"));
-}
-
-TEST(InitModem, PassesTheErrorOfAPortLostWhileDiallingOn)
-{
-    SerialLine line;
-    line.port.Answer("AT&F\r", "OK");
-    line.port.Answer("ATX3\r", "OK");
-    line.pump.At(5000, [&] { line.port.Lose(); });
+    SerialLine line("AT&F<0D>: OK | ATX3<0D>: OK | 5000: lost");
 
     EXPECT_THAT([&] { static_cast<void>(InitModem(line.wait, kModem)); }, Throws<PortError>());
 
-    EXPECT_EQ(line.clock.TickMs(), FakeClock().TickMs() + 5000);
+    EXPECT_EQ(line.Elapsed(), 5000);
 }
 
-TEST(InitModem, ThrowsOnAClosedPort)
-{
-    SerialLine line;
-    line.port.Close();
-
-    EXPECT_THAT([&] { static_cast<void>(InitModem(line.wait, kModem)); }, Throws<PortError>());
-}
+struct HangUp {
+    const char* script;
+    bool hungUp;
+    const char* journal;
+    int endMs;
+};
 
 TEST(CloseModem, EscapesAndHangsUp)
 {
-    SerialLine line;
-    line.port.Answer("+++", "\r\nOK\r\n");
-    line.port.Answer("ATH\r", "\r\nOK\r\n");
+    for (const HangUp& each : {
+             HangUp{"+++: <0D>OK<0D>OK | ATH<0D>: OK", true, "0 Output +++ | 0 ClearInput | 0 Output ATH<0D>",
+                    0},
+             HangUp{"", false, "0 Output +++ | 10001 ClearInput", 10001},
+             HangUp{"+++: OK<0D>OK", false, "0 Output +++ | 0 ClearInput | 0 Output ATH<0D>", 6001},
+             HangUp{"2000: cancelled", false, "0 Output +++ | 2000 ClearInput", 2000},
+             HangUp{"+++: OK | 2000: cancelled", false, "0 Output +++ | 0 ClearInput | 0 Output ATH<0D>",
+                    2000},
+         }) {
+        SerialLine line(each.script);
 
-    EXPECT_TRUE(CloseModem(line.wait));
+        EXPECT_EQ(CloseModem(line.wait), each.hungUp) << each.script;
 
-    EXPECT_THAT(line.port.Journal(), ElementsAre("0 Output +++", "0 ClearInput", "0 Output ATH<0D>"));
+        EXPECT_EQ(Joined(line.port.Journal()), each.journal) << each.script;
+        EXPECT_EQ(line.Elapsed(), each.endMs) << each.script;
+        EXPECT_FALSE(line.cancel.raised) << each.script;
+    }
 }
 
-TEST(CloseModem, TakesAnOkThatCameBeforeForTheFirstAnswerOnly)
+TEST(CloseModem, TakesAnOkThatCameBeforeForTheFirstAnswer)
 {
     SerialLine line;
     line.port.Receive("OK\r\nOK\r\n");
 
     EXPECT_FALSE(CloseModem(line.wait));
 
-    EXPECT_THAT(line.port.Journal(), ElementsAre("0 Output +++", "0 ClearInput", "0 Output ATH<0D>"));
-}
-
-TEST(CloseModem, DoesNotHangUpWhenTheEscapeIsNotAnswered)
-{
-    SerialLine line;
-
-    EXPECT_FALSE(CloseModem(line.wait));
-
-    EXPECT_THAT(line.port.Journal(), ElementsAre("0 Output +++", "10001 ClearInput"));
-}
-
-TEST(CloseModem, FailsWhenTheHangUpIsNotAnswered)
-{
-    SerialLine line;
-    line.port.Answer("+++", "OK");
-
-    EXPECT_FALSE(CloseModem(line.wait));
-
-    EXPECT_THAT(line.port.Journal(), ElementsAre("0 Output +++", "0 ClearInput", "0 Output ATH<0D>"));
-    EXPECT_EQ(line.clock.TickMs(), FakeClock().TickMs() + 6001);
-}
-
-TEST(CloseModem, CancelledDuringTheEscapeFailsAndLowersTheFlag)
-{
-    SerialLine line;
-    line.pump.At(2000, [&] { line.cancel.raised = true; });
-
-    EXPECT_FALSE(CloseModem(line.wait));
-
-    EXPECT_FALSE(line.cancel.raised);
-    EXPECT_THAT(line.port.Journal(), ElementsAre("0 Output +++", "2000 ClearInput"));
-}
-
-TEST(CloseModem, CancelledDuringTheHangUpFailsAndLowersTheFlag)
-{
-    SerialLine line;
-    line.port.Answer("+++", "OK");
-    line.pump.At(2000, [&] { line.cancel.raised = true; });
-
-    EXPECT_FALSE(CloseModem(line.wait));
-
-    EXPECT_FALSE(line.cancel.raised);
-    EXPECT_EQ(line.clock.TickMs(), FakeClock().TickMs() + 2000);
+    EXPECT_EQ(line.port.Sent(), "+++ATH\r");
 }
 
 TEST(CloseModem, PassesThePortsErrorOn)
 {
-    SerialLine line;
-    line.pump.At(2000, [&] { line.port.Lose(); });
+    SerialLine line("2000: lost");
 
     EXPECT_THAT([&] { static_cast<void>(CloseModem(line.wait)); }, Throws<PortError>());
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace corvrec
 {
@@ -26,24 +27,16 @@ TEST(ParityMarks, LeaveOtherCharactersUnchanged)
     EXPECT_EQ(Decoded(bytes), bytes);
 }
 
-TEST(ParityMarks, MakeADamagedCharacterAQuestionMark)
+TEST(ParityMarks, AreDecoded)
 {
-    EXPECT_EQ(Decoded("a\xFF\0bc"sv), "a?c");
-    EXPECT_EQ(Decoded("\xFF\0\xFF\xFF\0*"sv), "??"); // the damaged character may be FF itself
-}
-
-TEST(ParityMarks, OfADoubledFFIsOneFF)
-{
-    EXPECT_EQ(Decoded("a\xFF\xFF"
-                      "b"sv),
-              "a\xFF"
-              "b");
-    EXPECT_EQ(Decoded("\xFF\xFF\xFF\xFF\0"sv), "\xFF\xFF\0"sv); // two FF and a NUL, no mark
-}
-
-TEST(ParityMarks, OfABreakGiveNoCharacter)
-{
-    EXPECT_EQ(Decoded("a\xFF\0\0b"sv), "ab");
+    for (const auto& [bytes, characters] : {
+             std::pair{"a\xFF\0xy"sv, "a?y"sv},
+             std::pair{"\xFF\0\xFF\xFF\0*"sv, "??"sv},          // the damaged character may be FF itself
+             std::pair{"a\xFF\xFFx"sv, "a\xFFx"sv},             // one FF
+             std::pair{"\xFF\xFF\xFF\xFF\0"sv, "\xFF\xFF\0"sv}, // two FF and a NUL, no mark
+             std::pair{"x\xFF\0\0y"sv, "xy"sv},                 // a break
+         })
+        EXPECT_EQ(Decoded(bytes), characters);
 }
 
 TEST(ParityMarks, MayBeSplitAnywhere)

@@ -4,35 +4,24 @@
 
 #include "core/device/buffer_status.h"
 
-#include "core/device/buffer_device.h"
 #include "core/file/code_page.h"
+#include "core/site/conversions.h"
 #include "tests/fuzz/check.h"
 #include "tests/fuzz/fields.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <type_traits>
-#include <variant>
 
 namespace corvrec::fuzz
 {
 
 namespace
 {
-
-constexpr std::array<Field BufferStatus::*, 14> kFields{
-    &BufferStatus::memoria,     &BufferStatus::condizione,    &BufferStatus::riempimento,
-    &BufferStatus::ripetizioni, &BufferStatus::ultimoscarico, &BufferStatus::ultimiDati,
-    &BufferStatus::guasto,      &BufferStatus::modello,       &BufferStatus::firmware,
-    &BufferStatus::data,        &BufferStatus::ora,           &BufferStatus::selezione,
-    &BufferStatus::stampante,   &BufferStatus::modem,
-};
 
 // Any date from the year 100 on, as yyyymmdd; other numbers become a valid date too.
 DateTime DateOf(std::size_t number)
@@ -90,118 +79,92 @@ std::optional<std::chrono::sys_seconds> MomentAgo(double days, const DateTime& n
     return std::chrono::sys_seconds(std::chrono::seconds(std::llround(second)));
 }
 
-void CheckShown(const DaysAgo& ago, const std::string& shown, const DateTime& now)
+void CheckMomentForm(const std::string& shown)
 {
-    const auto moment = MomentAgo(ago.days, now);
-    Check(shown.empty() == !moment.has_value(), "only a moment that cannot be shown is empty");
-    if (!moment)
+    if (shown.empty())
         return;
     const bool hasTime = shown.size() > 10;
     Check(HasForm(shown, hasTime ? "##/##/#### ##:##:##" : "##/##/####"), "a moment has its form");
-    const int second =
-        hasTime ? NumberAt(shown, 11, 2) * 3600 + NumberAt(shown, 14, 2) * 60 + NumberAt(shown, 17, 2) : 0;
-    Check(MomentOf(NumberAt(shown, 6, 4), NumberAt(shown, 3, 2), NumberAt(shown, 0, 2), second) == *moment,
-          "the moment is that many days ago");
 }
 
-void CheckShown(const Percent& percent, const std::string& shown, const DateTime& /*now*/)
+// NowMinusDays and PercentText for the number that the reply begins with.
+void CheckNumbers(std::string_view reply, const DateTime& now)
 {
-    const std::size_t comma = shown.find(',');
-    Check(comma != std::string::npos && shown.size() - comma <= 3 && shown.back() != '0',
+    const double number = LeadingNumber(reply);
+    const std::string shown = NowMinusDays(now, number);
+    const auto moment = MomentAgo(number, now);
+    Check(shown.empty() == !moment.has_value(), "only a moment that cannot be shown is empty");
+    CheckMomentForm(shown);
+    if (moment) {
+        const bool hasTime = shown.size() > 10;
+        const int second =
+            hasTime ? NumberAt(shown, 11, 2) * 3600 + NumberAt(shown, 14, 2) * 60 + NumberAt(shown, 17, 2)
+                    : 0;
+        Check(MomentOf(NumberAt(shown, 6, 4), NumberAt(shown, 3, 2), NumberAt(shown, 0, 2), second) ==
+                  *moment,
+              "the moment is that many days ago");
+    }
+
+    const std::string percent = PercentText(number);
+    const std::size_t comma = percent.find(',');
+    Check(comma != std::string::npos && percent.size() - comma <= 3 && percent.back() != '0',
           "a percentage's form");
-    std::string point = shown;
+    std::string point = percent;
     point[comma] = '.';
-    const bool isSmall = std::abs(percent.value) < 1e9; // larger doubles have no hundredths
-    Check(!isSmall || std::abs(std::strtod(("0" + point).c_str(), nullptr) - percent.value) < 0.005001 ||
-              percent.value < 0,
+    const bool isSmall = std::abs(number) < 1e9; // larger doubles have no hundredths
+    Check(!isSmall || number < 0 || std::abs(std::strtod(("0" + point).c_str(), nullptr) - number) < 0.005001,
           "a percentage is rounded to hundredths");
 }
 
-void CheckShown(const ByteValue& byte, const std::string& shown, const DateTime& /*now*/)
+// Whether the label shows what the device has sent, such as a text, a date or a time. Other labels show
+// numbers and choices.
+bool IsReceived(StatusField field, BufferModel model)
 {
-    Check(byte.value >= 0 && byte.value <= 255 && shown == std::to_string(byte.value), "a byte's number");
-}
-
-void CheckShown(TextId id, const std::string& shown, const DateTime& /*now*/)
-{
-    Check(shown == TextNumber(id), "a text of the table");
-}
-
-void CheckShown(std::string_view received, const std::string& shown, const DateTime& /*now*/)
-{
-    Check(Cp1252FromUtf8(shown) == received, "a text as received");
-}
-
-void CheckShown(const ReceivedDate& date, const std::string& shown, const DateTime& /*now*/)
-{
-    const std::string parts =
-        std::string(date.day) + "/" + std::string(date.month) + "/" + std::string(date.year);
-    Check(Cp1252FromUtf8(shown) == parts, "a date as received");
-}
-
-void CheckShown(const ReceivedTime& time, const std::string& shown, const DateTime& /*now*/)
-{
-    Check(Cp1252FromUtf8(shown) == std::string(time.hour) + ":" + std::string(time.minute),
-          "a time as received");
-}
-
-// What is received of a shorter reply is a prefix of what is received of the whole.
-void CheckBegin(std::string_view part, std::string_view whole)
-{
-    Check(whole.starts_with(part), "a shorter reply only shortens its fields");
-}
-
-void CheckBegin(const ReceivedDate& part, const ReceivedDate& whole)
-{
-    CheckBegin(part.day, whole.day);
-    CheckBegin(part.month, whole.month);
-    CheckBegin(part.year, whole.year);
-}
-
-void CheckBegin(const ReceivedTime& part, const ReceivedTime& whole)
-{
-    CheckBegin(part.hour, whole.hour);
-    CheckBegin(part.minute, whole.minute);
-}
-
-// Numbers and choices of a part say nothing about those of the whole.
-template <typename Kind>
-void CheckBegin(const Kind& /*part*/, const Kind& /*whole*/)
-{
-}
-
-void CheckCut(const BufferStatus& part, const BufferStatus& whole)
-{
-    for (const auto field : kFields) {
-        if (field == &BufferStatus::modello)
-            continue; // the name of a version, not a part of the reply
-        std::visit(
-            [&](const auto& received) {
-                using Kind = std::decay_t<decltype(received)>;
-                if (const auto* const all = std::get_if<Kind>(&(whole.*field)))
-                    CheckBegin(received, *all);
-            },
-            part.*field);
+    using enum StatusField;
+    switch (field) {
+    case memory:
+    case repetitions:
+    case firmware:
+        return true;
+    case percentUsed:
+        return model != BufferModel::stratoboxBuffer;
+    default:
+        return false;
     }
+}
+
+void CheckField(StatusField field, const std::string& shown, const std::string& ofHalf, BufferModel model,
+                std::string_view reply)
+{
+    Check(Utf8FromCp1252(Cp1252FromUtf8(shown)) == shown, "what is shown is UTF-8");
+    const bool isFixed = shown.starts_with("text ") || shown == "01.10";
+    const std::string bytes = Cp1252FromUtf8(shown);
+    if (IsReceived(field, model) && !isFixed) {
+        Check(reply.find(bytes) != std::string_view::npos, "a text as received");
+        Check(bytes.starts_with(Cp1252FromUtf8(ofHalf)), "a shorter reply only shortens its fields");
+    }
+    if (field == StatusField::date && !isFixed)
+        Check(bytes.size() >= 2 && bytes.size() <= 8, "a date as received");
+    if (field == StatusField::time && !isFixed)
+        Check(!bytes.empty() && bytes.size() <= 5, "a time as received");
+    const bool isMoment = field == StatusField::sinceDownload || field == StatusField::sinceData;
+    if (isMoment && model != BufferModel::stratobox11)
+        CheckMomentForm(shown);
+    if (isMoment && model == BufferModel::stratobox11)
+        Check(shown.empty() || Fields::NumberOf(shown, 256) <= 255, "a byte's number");
 }
 
 void CheckReply(std::string_view reply, const DateTime& now)
 {
-    constexpr std::array<int, 4> models{model::stratobox11, model::stratobox20, model::stratobox30,
-                                        model::stratoboxBuffer};
-    for (const int model : models) {
-        const auto status = StatusOf(model, reply);
-        Check(status.has_value(), "each model has a decoder");
-        for (const auto field : kFields) {
-            const std::string shown = ShownText(*status.*field, now, TextNumber);
-            Check(Utf8FromCp1252(Cp1252FromUtf8(shown)) == shown, "what is shown is UTF-8");
-            std::visit([&](const auto& kind) { CheckShown(kind, shown, now); }, *status.*field);
-        }
-        CheckCut(*StatusOf(model, reply.substr(0, reply.size() / 2)), *status);
+    const StatusContext context{.now = now, .text = TextNumber};
+    for (const BufferModel model :
+         {BufferModel::stratobox11, BufferModel::stratobox30, BufferModel::stratoboxBuffer}) {
+        const BufferStatus status = StatusOf(model, reply, context);
+        const BufferStatus half = StatusOf(model, reply.substr(0, reply.size() / 2), context);
+        for (std::size_t field = 0; field < kStatusFields; ++field)
+            CheckField(static_cast<StatusField>(field), status.at(field), half.at(field), model, reply);
     }
-    Check(StatusOf(model::stratobox20, reply) == StatusOf(model::stratobox30, reply),
-          "a 2.0 answers as a 3.0");
-    Check(!StatusOf(0, reply), "an unknown model has no decoder");
+    CheckNumbers(reply, now);
 }
 
 } // namespace

@@ -30,7 +30,7 @@ constexpr DateTime kToday{.year = 2026, .month = 11, .day = 21};
 SiteRecord NewSite()
 {
     SiteRecord site;
-    site.device = device::pabx;
+    site.device = DeviceRowOf("COM");
     site.handshake = 0;
     site.parity = 0;
     site.xon = FlowCharacter{.control = true, .text = "Q"};

@@ -1,4 +1,5 @@
 #include "tests/support/patience.h"
+#include "tests/support/readable_bytes.h"
 
 #include <array>
 #include <cerrno>
@@ -158,13 +159,6 @@ private:
     int descriptor_;
 };
 
-TEST(CorvrecLab, AnnouncesItsPortFirst)
-{
-    Program program({"--port", "3"});
-
-    EXPECT_THAT(program.OutputLine(), MatchesRegex("CORVREC_COM3=/dev/pts/[0-9]+\n"));
-}
-
 TEST(CorvrecLab, IsRawFromTheStart)
 {
     Program program({});
@@ -180,17 +174,17 @@ TEST(CorvrecLab, IsRawFromTheStart)
 
 TEST(CorvrecLab, PlaysEveryDeviceOnItsOwnPort)
 {
-    Program program({"--port", "1", "--model", "1.1", "--port", "2", "--clock", "09:05 31/12/26"});
-    const Line first(program.OutputLine());
+    Program program({"--port", "3", "--model", "1.1", "--port", "2", "--clock", "09:05 31/12/26"});
+    const std::string announced = program.OutputLine();
+    EXPECT_THAT(announced, MatchesRegex("CORVREC_COM3=/dev/pts/[0-9]+\n"));
+    const Line first(announced);
     const Line second(program.OutputLine());
 
     first.Send("\x02");
     second.Send("\x02");
 
-    EXPECT_EQ(first.Receive(18), "\x02"
-                                 "010032768   12 U\x05");
-    EXPECT_EQ(second.Receive(41), "\x02"
-                                  "0524288   12.5M  5  1N 4.10311226090501*");
+    EXPECT_EQ(Readable(first.Receive(18)), "<02>010032768   12 U<05>");
+    EXPECT_EQ(Readable(second.Receive(41)), "<02>0524288   12.5M  5  1N 4.10311226090501*");
 }
 
 TEST(CorvrecLab, TracesToStandardOutput)
@@ -205,33 +199,24 @@ TEST(CorvrecLab, TracesToStandardOutput)
     EXPECT_THAT(program.OutputLine(), MatchesRegex(" +[0-9]+\\.[0-9]+ COM1 > 13  \\.\n"));
 }
 
-TEST(CorvrecLab, TracesIntoAFile)
+TEST(CorvrecLab, TracesIntoAFileOrNotAtAll)
 {
     const std::filesystem::path file = testing::TempDir() + "corvrec_lab_trace_" + std::to_string(getpid());
-    Program program({"--trace", file.string()});
-    const Line line(program.OutputLine());
-    line.Send("\x13");
-    ASSERT_EQ(line.Receive(1), "\x13");
+    for (const bool isQuiet : {false, true}) {
+        Program program(isQuiet ? std::vector<std::string>{"--quiet"}
+                                : std::vector<std::string>{"--trace", file.string()});
+        const Line line(program.OutputLine());
+        line.Send("\x13");
+        ASSERT_EQ(line.Receive(1), "\x13");
 
-    program.Signal(SIGTERM);
+        program.Signal(SIGTERM);
 
-    EXPECT_EQ(program.End(), 0);
-    EXPECT_EQ(program.AllOutput(), "");
+        EXPECT_EQ(program.End(), 0);
+        EXPECT_EQ(program.AllOutput(), "");
+    }
     std::ifstream trace(file);
     EXPECT_THAT(std::string(std::istreambuf_iterator<char>(trace), {}), HasSubstr("COM1 < 13  .\n"));
     std::filesystem::remove(file);
-}
-
-TEST(CorvrecLab, TracesNothingWhenQuiet)
-{
-    Program program({"--quiet"});
-    const Line line(program.OutputLine());
-    line.Send("\x13");
-    ASSERT_EQ(line.Receive(1), "\x13");
-
-    program.Signal(SIGTERM);
-
-    EXPECT_EQ(program.AllOutput(), "");
 }
 
 TEST(CorvrecLab, HangsUpTheModemWhenThePortIsClosed)
@@ -295,57 +280,48 @@ TEST(CorvrecLab, PausesADeviceThatNobodyReads)
     EXPECT_EQ(line.Receive(many).size(), many);
 }
 
-class CorvrecLabSignal : public testing::TestWithParam<int>
+TEST(CorvrecLab, EndsCleanlyOnASignal)
 {
-};
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        Program program({});
+        const Line line(program.OutputLine());
 
-TEST_P(CorvrecLabSignal, EndsTheProgramCleanly)
-{
-    Program program({});
-    const Line line(program.OutputLine());
+        program.Signal(signal);
 
-    program.Signal(GetParam());
-
-    EXPECT_EQ(program.End(), 0);
-    EXPECT_TRUE(line.IsHungUp());
+        EXPECT_EQ(program.End(), 0);
+        EXPECT_TRUE(line.IsHungUp());
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(CorvrecLab, CorvrecLabSignal, testing::Values(SIGINT, SIGTERM, SIGHUP));
-
-TEST(CorvrecLab, ShowsItsHelp)
+TEST(CorvrecLab, ReportsAndEnds)
 {
-    Program program({"--help"});
+    struct Call {
+        std::vector<std::string> arguments;
+        std::string output; // how it begins
+        std::string errors;
+        int status;
+    };
+    constexpr auto kTryHelp = "\nTry corvrec-lab --help\n";
+    for (const Call& call : {
+             Call{{"--help"}, "Usage: corvrec-lab [OPTION]...\n", "", 0},
+             Call{{"--version"}, "corvrec-lab " CORVREC_VERSION "\n", "", 0},
+             Call{{"--model", "4.0"},
+                  "",
+                  std::string("corvrec-lab: --model: no model \"4.0\", but 1.1, 2.0, 3.0, Buffer") + kTryHelp,
+                  2},
+             Call{{"--trace", "/nowhere/trace"},
+                  "",
+                  std::string("corvrec-lab: --trace: \"/nowhere/trace\" cannot be written") + kTryHelp,
+                  2},
+         }) {
+        Program program(call.arguments);
 
-    EXPECT_THAT(program.AllOutput(), StartsWith("Usage: corvrec-lab [OPTION]...\n"));
-    EXPECT_EQ(program.End(), 0);
-}
-
-TEST(CorvrecLab, ShowsItsVersion)
-{
-    Program program({"--version"});
-
-    EXPECT_EQ(program.AllOutput(), "corvrec-lab " CORVREC_VERSION "\n");
-    EXPECT_EQ(program.End(), 0);
-}
-
-TEST(CorvrecLab, ReportsAMistakeAndStartsNothing)
-{
-    Program program({"--model", "4.0"});
-
-    EXPECT_EQ(program.AllErrors(), "corvrec-lab: --model: no model \"4.0\", but 1.1, 2.0, 3.0, Buffer\n"
-                                   "Try corvrec-lab --help\n");
-    EXPECT_EQ(program.AllOutput(), "");
-    EXPECT_EQ(program.End(), 2);
-}
-
-TEST(CorvrecLab, ReportsAnUnwritableTrace)
-{
-    Program program({"--trace", "/nowhere/trace"});
-
-    EXPECT_EQ(program.AllErrors(), "corvrec-lab: --trace: \"/nowhere/trace\" cannot be written\n"
-                                   "Try corvrec-lab --help\n");
-    EXPECT_EQ(program.AllOutput(), "");
-    EXPECT_EQ(program.End(), 2);
+        const std::string output = program.AllOutput();
+        EXPECT_THAT(output, StartsWith(call.output));
+        EXPECT_EQ(output.empty(), call.output.empty());
+        EXPECT_EQ(program.AllErrors(), call.errors);
+        EXPECT_EQ(program.End(), call.status);
+    }
 }
 
 } // namespace

@@ -18,31 +18,12 @@ TEST(Trace, WritesALineForEachBurst)
 
     trace.Event(1, "opened", 1000);
     trace.Bytes(1, Direction::fromEditor, "\x13\x02", 1024);
-    trace.Bytes(12, Direction::toEditor, "A~ \x7F\xFF", 3601000);
+    trace.Bytes(12, Direction::toEditor, std::string("A~ \x7F\xFF\r\0", 7), 3601000);
+    trace.Bytes(1, Direction::toEditor, "", 3601000); // nothing to write
 
     EXPECT_EQ(output.str(), "    0.000 COM1 opened\n"
                             "    0.024 COM1 < 13 02  ..\n"
-                            " 3600.000 COM12 > 41 7E 20 7F FF  A~ ..\n");
-}
-
-TEST(Trace, WritesNulsAndLineEndsAsBytes)
-{
-    std::ostringstream output;
-    Trace trace(&output, 0);
-
-    trace.Bytes(1, Direction::toEditor, std::string("\r\n\0", 3), 0);
-
-    EXPECT_EQ(output.str(), "    0.000 COM1 > 0D 0A 00  ...\n");
-}
-
-TEST(Trace, WritesNothingForNoBytes)
-{
-    std::ostringstream output;
-    Trace trace(&output, 0);
-
-    trace.Bytes(1, Direction::toEditor, "", 0);
-
-    EXPECT_EQ(output.str(), "");
+                            " 3600.000 COM12 > 41 7E 20 7F FF 0D 00  A~ ....\n");
 }
 
 TEST(Trace, ReportsAFailedWrite)

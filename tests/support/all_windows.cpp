@@ -51,7 +51,7 @@ void AllWindows::Prepare(Site site)
     if (site == Site::added)
         return;
     const bool isByModem = site == Site::byModemEachHour;
-    program_.Choice("cboTipoConn").setCurrentIndex(isByModem ? device::stratoboxBuffer : device::pabx);
+    program_.Choice("cboTipoConn").setCurrentIndex(isByModem ? DeviceRowOf("STX40") : DeviceRowOf("COM"));
     program_.Choice("cboHandS").setCurrentIndex(1); // Software
     program_.Choice("cboRicorrenza").setCurrentIndex(static_cast<int>(site));
     if (isByModem)

@@ -1,6 +1,8 @@
 #include "tests/support/buffer_window.h"
 
 #include "tests/support/controls.h"
+#include "tests/support/line_script.h"
+#include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 
 #include <QApplication>
@@ -13,9 +15,6 @@ namespace corvrec
 
 namespace
 {
-
-constexpr std::string_view kLineClear = "\x13";
-constexpr std::string_view kStatusRequest = "\x02";
 
 ModemSettings Modem()
 {
@@ -61,7 +60,7 @@ QStringList BusyWindows(frmSX& window)
     return names;
 }
 
-BufferWindow::BufferWindow(Reached reached, int modelloSX)
+BufferWindow::BufferWindow(Reached reached, BufferModel modelloSX)
     : port_(new FakePort(clock_))
     , window_(std::unique_ptr<SerialPort>(port_), clock_, script_, Line(), Modem())
 {
@@ -99,38 +98,53 @@ void BufferWindow::Click(const char* button)
     QTest::mouseClick(&Button(button), Qt::LeftButton);
 }
 
+QString BufferWindow::ClickAndRead(const char* button)
+{
+    MessageProbe message(Qt::Key_Return);
+    Click(button);
+    if (message.icon() != QMessageBox::Warning || message.buttons() != QStringList({"OK"}))
+        QTest::qFail("not the form of a message", __FILE__, __LINE__);
+    return message.title() + ": " + message.text();
+}
+
 void BufferWindow::Press(Qt::Key key)
 {
     QTest::keyClick(window_.focusWidget(), key);
 }
 
+void BufferWindow::Play(std::string_view script)
+{
+    corvrec::Play(script, *port_, script_, [this] {
+        QTest::mouseClick(&SiteWindow::Part<QPushButton>(Dialog(), "cmdAnnulla"), Qt::LeftButton);
+    });
+}
+
 void BufferWindow::ModemConnects()
 {
-    port_->Answer("AT&F\r", "OK\r\n");
-    port_->Answer("ATX3\r", "OK\r\n");
-    port_->Answer("ATDT0123\r", "CONNECT");
+    Play("AT&F<0D>: OK<0D><0A> | ATX3<0D>: OK<0D><0A> | ATDT0123<0D>: CONNECT");
     port_->SetCarrier(true);
 }
 
 void BufferWindow::ModemHangsUp()
 {
-    port_->Answer("+++", "OK\r\n");
-    port_->Answer("ATH\r", "OK");
+    Play("+++: OK<0D><0A> | ATH<0D>: OK");
 }
 
 void BufferWindow::DeviceReplies(std::string_view status)
 {
-    port_->Answer(kLineClear, kLineClear);
-    port_->Answer(kStatusRequest, status);
-    port_->Answer(kLineClear, kLineClear);
+    port_->Answer("\x13", "\x13");
+    port_->Answer("\x02", status);
+    port_->Answer("\x13", "\x13");
 }
 
 QStringList BufferWindow::Journal()
 {
-    QStringList journal;
-    for (const std::string& entry : port_->Journal())
-        journal.append(QString::fromStdString(entry));
-    return journal;
+    return port_->Journal().empty() ? QStringList() : Log().split(" | ");
+}
+
+QString BufferWindow::Log()
+{
+    return QString::fromStdString(Joined(port_->Journal()));
 }
 
 QString BufferWindow::Shows(const char* label)

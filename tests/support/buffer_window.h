@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/device/buffer_device.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_port.h"
 #include "tests/support/scripted_pump.h"
@@ -33,7 +32,8 @@ QStringList BusyWindows(frmSX& window);
 class BufferWindow
 {
 public:
-    explicit BufferWindow(Reached reached = Reached::direct, int modelloSX = model::stratobox30);
+    explicit BufferWindow(Reached reached = Reached::direct,
+                          BufferModel modelloSX = BufferModel::stratobox30);
 
     // Shows the window and starts the journal.
     void Open();
@@ -50,7 +50,12 @@ public:
     MaskEdit& Field(const char* name) { return SiteWindow::Part<MaskEdit>(window_, name); }
     QPushButton& Button(const char* name) { return SiteWindow::Part<QPushButton>(window_, name); }
     void Click(const char* button);
+    // Clicks and answers the message that it must show with OK. Returns "title: text".
+    QString ClickAndRead(const char* button);
     void Press(Qt::Key key); // on the focused control
+
+    // What the line does from now on: see line_script.h. "cancelled" is the modem dialog's button.
+    void Play(std::string_view script);
 
     // The modem confirms reset, initialisation and call, and holds the carrier from then on.
     void ModemConnects();
@@ -61,6 +66,7 @@ public:
     void DeviceReplies(std::string_view status);
 
     QStringList Journal();
+    QString Log(); // the journal in one text, as Joined
     QString Shows(const char* label);
     QStringList Values() { return ShownValues(window_); }
     QStringList Enabled() { return EnabledButtons(window_); }

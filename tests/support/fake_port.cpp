@@ -1,5 +1,7 @@
 #include "tests/support/fake_port.h"
 
+#include "tests/support/readable_bytes.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -11,21 +13,6 @@ namespace
 {
 
 constexpr int kBufferSize = 1024;
-
-// Shows bytes other than printable ASCII as "<0D>".
-std::string Readable(std::string_view bytes)
-{
-    constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-    std::string readable;
-    for (const char c : bytes) {
-        const auto code = static_cast<unsigned char>(c);
-        if (code >= 0x20 && code < 0x7F)
-            readable += c;
-        else
-            readable += {'<', kHexDigits[code / 16U], kHexDigits[code % 16U], '>'};
-    }
-    return readable;
-}
 
 } // namespace
 

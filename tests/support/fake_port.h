@@ -16,7 +16,7 @@ namespace corvrec
 // A port whose device is the test. It keeps a journal of all operations on the line, each with its time in
 // milliseconds since the port was made: "0 Output AT<0D>", "3001 ClearInput". Reading the input is not
 // recorded.
-class FakePort final : public SerialPort
+class FakePort : public SerialPort
 {
 public:
     explicit FakePort(const Clock& clock)

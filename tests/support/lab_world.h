@@ -13,7 +13,7 @@ namespace corvrec
 {
 
 // A device without faults, whose clock starts at 18:03 on 21 November 2026.
-lab::DeviceOptions LabDevice(lab::Model model = lab::Model::stratobox30);
+lab::DeviceOptions LabDevice(BufferModel model = BufferModel::stratobox30);
 
 // The lines of its site's section: the device's code, and the modem's values ("AT&F", "ATX3", number 0123 by
 // tones) when it has one.

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -48,27 +49,28 @@ private:
     std::thread thread_;
 };
 
-// Answers the first byte with a text, sent at once, and nothing after it.
-class OneAnswer final : public lab::LineDevice
+// A device that is a function: for the bytes that it receives, the bytes that it sends at once.
+class Answering final : public lab::LineDevice
 {
 public:
-    explicit OneAnswer(std::string text)
-        : text_(std::move(text))
+    explicit Answering(std::function<std::string(std::string_view)> answer)
+        : answer_(std::move(answer))
     {
     }
 
     void Receive(std::string_view bytes, std::int64_t /*nowMs*/) override
     {
-        isAsked_ = isAsked_ || !bytes.empty();
+        if (!bytes.empty())
+            unsent_ += answer_(bytes);
     }
-    std::string Send(std::int64_t /*nowMs*/) override { return isAsked_ ? std::exchange(text_, {}) : ""; }
+    std::string Send(std::int64_t /*nowMs*/) override { return std::exchange(unsent_, {}); }
     [[nodiscard]] std::optional<std::int64_t> NextSendMs() const override { return std::nullopt; }
-    void Disconnect() override {}
+    void Disconnect() override { unsent_.clear(); }
     [[nodiscard]] bool IsGone() const override { return false; }
 
 private:
-    std::string text_;
-    bool isAsked_ = false;
+    std::function<std::string(std::string_view)> answer_;
+    std::string unsent_;
 };
 
 } // namespace corvrec

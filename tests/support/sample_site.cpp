@@ -12,7 +12,7 @@ namespace corvrec
 SiteRecord SampleSite()
 {
     return {
-        .device = device::stratobox30,
+        .device = DeviceRowOf("STX30"),
         .remote = true,
         .handshake = 1,
         .xon = FlowCharacter{.control = true, .text = "Q"},

@@ -22,52 +22,31 @@ std::string Garbage(Chance& chance)
 
 } // namespace
 
-ChanceDevice::ChanceDevice(Chance& chance, std::function<void(QString)> report)
-    : chance_(chance)
+ChanceDevice::ChanceDevice(const Clock& clock, Chance& chance, std::function<void(QString)> report)
+    : FakePort(clock)
+    , chance_(chance)
     , report_(std::move(report))
 {
 }
 
 void ChanceDevice::Open()
 {
-    if (chance_.Percent(10))
-        throw PortError("refused");
-    open_ = true;
-    carrier_ = chance_.Percent(50);
-}
-
-int ChanceDevice::InBufferCount()
-{
-    MustWork();
-    return static_cast<int>(received_.size());
-}
-
-std::string ChanceDevice::Input()
-{
-    MustWork();
-    std::string taken =
-        received_.substr(0, inputLen_ == 0 ? received_.size() : static_cast<std::size_t>(inputLen_));
-    received_.erase(0, taken.size());
-    return taken;
+    RefuseOpen(chance_.Percent(10));
+    FakePort::Open();
+    SetCarrier(chance_.Percent(50));
 }
 
 void ChanceDevice::Output(std::string_view bytes)
 {
-    MustWork();
+    FakePort::Output(bytes);
     const std::size_t end = bytes.find('\r');
     if ((end != std::string_view::npos && end + 1 != bytes.size()) ||
         bytes.find_first_of(std::string_view("\n\0", 2)) != std::string_view::npos)
         report_("more than one line to the modem: " +
                 QString::fromLatin1(bytes.data(), static_cast<qsizetype>(bytes.size())));
     if (chance_.Percent(3))
-        open_ = false; // unplugged
-    received_ += AnswerTo(bytes);
-}
-
-void ChanceDevice::MustWork() const
-{
-    if (!open_)
-        throw PortError("closed");
+        Lose();
+    Receive(AnswerTo(bytes));
 }
 
 std::string ChanceDevice::AnswerTo(std::string_view bytes)

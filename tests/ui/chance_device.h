@@ -1,8 +1,8 @@
 #pragma once
 
 #include "core/device/event_pump.h"
-#include "core/device/serial_port.h"
 #include "tests/support/fake_clock.h"
+#include "tests/support/fake_port.h"
 #include "tests/support/odd_texts.h"
 
 #include <QString>
@@ -15,35 +15,19 @@ namespace corvrec
 
 // A modem with a device at its other end, driven by chance: both answer as they should, send garbage or stay
 // silent, refuse the port or disappear. Reports any command to the modem that is not exactly one line.
-class ChanceDevice final : public SerialPort
+class ChanceDevice final : public FakePort
 {
 public:
-    ChanceDevice(Chance& chance, std::function<void(QString)> report);
+    ChanceDevice(const Clock& clock, Chance& chance, std::function<void(QString)> report);
 
-    void Configure(const LineSettings& /*line*/) override {}
     void Open() override;
-    [[nodiscard]] bool IsOpen() const override { return open_; }
-    void Close() noexcept override { open_ = false; }
-    [[nodiscard]] int InputLen() const noexcept override { return inputLen_; }
-    void SetInputLen(int characters) noexcept override { inputLen_ = characters; }
-    int InBufferCount() override;
-    std::string Input() override;
-    [[nodiscard]] bool CDHolding() const override { return carrier_; }
     void Output(std::string_view bytes) override;
-    void WaitUntilSent(int /*timeOutMs*/) override { MustWork(); }
-    void ClearInput() override { received_.clear(); }
-    void ClearOutput() override {}
 
 private:
-    void MustWork() const;
     std::string AnswerTo(std::string_view bytes);
 
     Chance& chance_;
     std::function<void(QString)> report_;
-    bool open_ = false;
-    bool carrier_ = false;
-    int inputLen_ = 0;
-    std::string received_;
 };
 
 // Handles the window system's events and advances the time of a wait in leaps, so that no wait takes real

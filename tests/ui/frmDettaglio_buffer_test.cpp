@@ -145,7 +145,7 @@ private slots:
         site.Visit([&](frmSX& window) {
             QVERIFY(window.isModal());
             QVERIFY(!site.Port().IsOpen());
-            QCOMPARE(window.ModelloSX(), given.number);
+            QCOMPARE(static_cast<int>(window.ModelloSX()), given.number);
             QCOMPARE(SiteWindow::Part<QPushButton>(window, "cmdImpostaDataOra").isEnabled(), given.clock);
             QVERIFY(SiteWindow::Part<QPushButton>(window, "cmdStato").isEnabled());
             QVERIFY(SiteWindow::Part<QPushButton>(window, "cmdChiudi").isEnabled());

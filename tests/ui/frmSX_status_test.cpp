@@ -1,4 +1,4 @@
-// The status button of the buffer window, for a device on a cable.
+// The status button of the buffer window, for a device on a cable and by modem.
 #include "tests/support/buffer_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/registered_test.h"
@@ -8,7 +8,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include <string>
+#include <utility>
 
 namespace corvrec
 {
@@ -17,41 +17,18 @@ namespace
 {
 
 constexpr auto kNoStatus =
-    "Impossibile ricevere lo stato del buffer. Verificare che il buffer sia collegato correttamente.";
+    "Errore: Impossibile ricevere lo stato del buffer. Verificare che il buffer sia collegato correttamente.";
+constexpr auto kNoModem = "Connessione: Impossibile connettersi. Il modem non risponde";
 
 const QStringList kAllButtons{"cmdStato", "cmdImpostaDataOra", "cmdChiudi"};
 const QStringList kBothWindows{"frmSX", "frmConnessione"};
-const QStringList kNoValues(14, "");
 
-constexpr std::string_view kReply30 = "\x02"    // 1
-                                      "0262144" // 2, total memory
-                                      "xx"      // 9
-                                      "055"     // 11, % used
-                                      "x"       // 14
-                                      "M"       // 15, used
-                                      "001"     // 16, last download
-                                      "002"     // 19, last data
-                                      "R"       // 22, faults
-                                      "3"       // 23, version
-                                      "0210"    // 24, firmware
-                                      "211126"  // 28, date
-                                      "1803"    // 34, time
-                                      "*";      // 38
-
-const QStringList kValues30{"0262144",
-                            "Parziale",
-                            "055",
-                            "N/A",
-                            "02/03/2026 10:20:30",
-                            "01/03/2026 10:20:30",
-                            "Caduta 220 V",
-                            "Std (72)",
-                            "0210",
-                            "21/11/26",
-                            "18:03",
-                            "N/A",
-                            "N/A",
-                            "N/A"};
+constexpr std::string_view kReply30 = "\x02"
+                                      "0262144xx055xM001002R302102111261803*";
+constexpr auto kShown30 =
+    "0262144|Parziale|055|N/A|02/03/2026 10:20:30|01/03/2026 10:20:30|Caduta 220 V|Std (72)|"
+    "0210|21/11/26|18:03|N/A|N/A|N/A";
+constexpr auto kNothing = "|||||||||||||";
 
 } // namespace
 
@@ -62,287 +39,214 @@ class frmSX_status_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void labelsOfEachModel_data()
+    static void requests_data()
     {
-        QTest::addColumn<int>("model");
-        QTest::addColumn<QByteArray>("status");
-        QTest::addColumn<QByteArray>("end");
-        QTest::addColumn<QStringList>("values");
-
-        const QByteArray reply30 = QByteArray::fromStdString(std::string(kReply30));
-        QTest::newRow("3.0") << 30 << reply30 << QByteArray("\x13") << kValues30;
-        QTest::newRow("2.0") << 20 << reply30 << QByteArray("\x13") << kValues30;
-        QTest::newRow("Buffer") << 40
-                                << QByteArray("\x02"    // 1
-                                              "0131072" // 2, total memory
-                                              "  12.50" // 9, % used
-                                              "P"       // 16, used
-                                              "010"     // 17, last download
-                                              "000"     // 20, last data
-                                              "L"       // 23, faults
-                                              "x"       // 24
-                                              "0305"    // 25, firmware
-                                              "010226"  // 29, date
-                                              "0907"    // 35, time
-                                              "1"       // 39, modem
-                                              "0"       // 40, printer
-                                              "*")
-                                << QByteArray("\x13")
-                                << QStringList({"0131072", "Totale", "12,5", "N/A", "21/02/2026 10:20:30",
-                                                "03/03/2026 10:20:30", "Batteria", "N/A", "0305", "01/02/26",
-                                                "09:07", "N/A", "Non presente", "Presente"});
-        QTest::newRow("1.1") << 11
-                             << QByteArray("\x02"    // 1
-                                           "05"      // 2, repetitions
-                                           "0065536" // 4, total memory
-                                           "xx"      // 11
-                                           "080"     // 13, % used
-                                           "x"       // 16
-                                           "\x55"    // 17, used
-                                           "\xC8")   // 18, last download
-                             << QByteArray("\x07"    // 19, last data
-                                           "1")      // 20, faults, selector, printer
-                             << QStringList({"0065536", "Parziale", "080", "05", "200", "7", "S\u00EC", "N/A",
-                                             "01.10", "N/A", "N/A", "Non attivo", "Non attiva", "N/A"});
+        QTest::addColumn<Reached>("reached");
+        QTest::addColumn<QByteArray>("script");
+        QTest::addColumn<QString>("log"); // how it ends
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("shown");
+        const auto row = [](const char* name, Reached reached, const QByteArray& script, const char* log,
+                            const char* message, const char* shown = kNothing) {
+            QTest::newRow(name) << reached << script << QString(log) << QString(message) << QString(shown);
+        };
+        constexpr auto direct = Reached::direct;
+        constexpr auto byModem = Reached::byModem;
+        const QByteArray reply = "<02>0262144xx055xM001002R302102111261803*";
+        row("whole reply", direct, "50: garbage<13> | 70: " + reply + " | 90: <13>",
+            "0 Close | 0 Open | 0 ClearInput | 0 Output <13> | 50 ClearInput | 50 Output <02> | "
+            "70 Output <13> | 90 ClearInput | 90 ClearOutput",
+            "", kShown30);
+        row("silence", direct, "",
+            "0 Close | 0 Open | 0 ClearInput | 0 Output <13> | 30001 ClearInput | 30001 Output <02> | "
+            "60002 Output <13> | 90003 ClearInput | 90003 ClearOutput",
+            kNoStatus);
+        // The missing fields show the texts for an unknown character or for the number 0.
+        row("part of a reply", direct, "<13>: <13> | <02>: <02>026214",
+            "0 Output <02> | 30001 Output <13> | 60002 ClearInput | 60002 ClearOutput", "",
+            "026214|Errore||N/A|03/03/2026 10:20:30|03/03/2026 10:20:30|Nessuno|Std (16)||//|:|N/A|N/A|N/A");
+        row("lost port", direct, "<13>: <13> | <02>: <02>026 | 200: lost",
+            "0 Output <02> | 200 ClearInput | 200 ClearOutput", kNoStatus);
+        const QByteArray connects = "AT&F<0D>: OK | ATX3<0D>: OK | ATDT0123<0D>: CONNECT";
+        row("whole reply by modem", byModem, connects + " | 50: garbage<13> | 70: " + reply + " | 90: <13>",
+            "0 Close | 0 Open | 0 ClearInput | 0 Output AT&F<0D> | 0 ClearInput | 0 Output ATX3<0D> | "
+            "0 ClearInput | 0 Output ATDT0123<0D> | 0 ClearInput | 0 Output <13> | 50 ClearInput | "
+            "50 Output <02> | 70 Output <13> | 90 ClearInput | 90 ClearOutput",
+            "", kShown30);
+        row("silence by modem", byModem, connects,
+            "0 Output <13> | 30001 ClearInput | 30001 Output <02> | 40002 Output <13> | 50003 ClearInput | "
+            "50003 ClearOutput",
+            kNoStatus);
+        row("lost port by modem", byModem, connects + " | 500: lost",
+            "0 Output <13> | 500 ClearInput | 500 ClearOutput", kNoStatus);
+        row("silent modem", byModem, "",
+            "0 Output AT&F<0D> | 3001 ClearInput | 3001 ClearInput | 3001 ClearInput | 3001 Close | "
+            "3001 ClearInput | 3001 ClearOutput",
+            kNoModem);
+        row("lost port of a modem", byModem, "500: lost",
+            "0 Output AT&F<0D> | 500 ClearInput | 500 Close | "
+            "500 ClearInput | 500 ClearOutput",
+            kNoModem);
+        row("cancelled call", byModem, "700: cancelled",
+            "0 Output AT&F<0D> | 700 ClearInput | 700 ClearInput | 700 Close | 700 ClearInput | "
+            "700 ClearOutput",
+            "");
     }
 
-    static void labelsOfEachModel()
+    static void requests()
     {
-        QFETCH(const int, model);
-        QFETCH(const QByteArray, status);
-        QFETCH(const QByteArray, end);
-        QFETCH(const QStringList, values);
-        BufferWindow window(Reached::direct, model);
-        window.Port().Answer("\x13", "\x13");
-        window.Port().Answer("\x02", status.toStdString());
-        window.Port().Answer("\x13", end.toStdString());
+        QFETCH(const Reached, reached);
+        QFETCH(const QByteArray, script);
+        QFETCH(const QString, log);
+        QFETCH(const QString, message);
+        QFETCH(const QString, shown);
+        BufferWindow window(reached);
         window.Open();
+        window.Play(script.toStdString());
 
-        window.Click("cmdStato");
+        if (message.isEmpty())
+            window.Click("cmdStato");
+        else
+            QCOMPARE(window.ClickAndRead("cmdStato"), message);
 
-        QCOMPARE(window.Values(), values);
-    }
-
-    static void unknownModelShowsNothing()
-    {
-        BufferWindow window(Reached::direct, 99);
-        window.DeviceReplies(kReply30);
-        window.Open();
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Values(), kNoValues);
-        QCOMPARE(window.Enabled(), kAllButtons);
-    }
-
-    static void markupIsShownLiterally()
-    {
-        BufferWindow window;
-        window.DeviceReplies("\x02<b>1</b*");
-        window.Open();
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Shows("lblMemoria"), "<b>1</b");
-    }
-
-    static void lineBreaksDoNotMakeTheWindowGrow()
-    {
-        BufferWindow window;
-        window.DeviceReplies("\x02\r\n12\r\n3*");
-        window.Open();
-        const QSize before = window.Window().minimumSizeHint();
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Shows("lblMemoria"), "  12  3");
-        QCOMPARE(window.Window().minimumSizeHint().height(), before.height());
-    }
-
-    static void bytesAreShownInCodePage1252()
-    {
-        BufferWindow window;
-        window.DeviceReplies("\x02\x80 \xEC\xFF   *");
-        window.Open();
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Shows("lblMemoria"), QString::fromUtf8("€ ìÿ   "));
-    }
-
-    static void bytesAndCallsInTheirOrder()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Script().At(50, [&] { window.Port().Receive("garbage\x13"); });
-        window.Script().At(70, [&] { window.Port().Receive(kReply30); });
-        window.Script().At(90, [&] { window.Port().Receive("\x13"); });
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Journal(),
-                 QStringList({"0 Close", "0 Open", "0 ClearInput", "0 Output <13>", "50 ClearInput",
-                              "50 Output <02>", "70 Output <13>", "90 ClearInput", "90 ClearOutput"}));
-        QCOMPARE(window.Values(), kValues30);
-        QVERIFY(window.Port().IsOpen());
-    }
-
-    static void oldestModelIsCounted()
-    {
-        BufferWindow window(Reached::direct, model::stratobox11);
-        window.Open();
-        window.Script().At(50, [&] { window.Port().Receive("\x13"); });
-        window.Script().At(70, [&] {
-            window.Port().Receive("\x02"
-                                  "050065536**080*x");
-        }); // 17 characters
-        window.Script().At(80, [&] { window.Port().Receive("\x13\x05"); });
-        window.Script().At(90, [&] { window.Port().Receive("0"); });
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Journal(),
-                 QStringList({"0 Close", "0 Open", "0 ClearInput", "0 Output <13>", "50 ClearInput",
-                              "50 Output <02>", "80 Output <13>", "90 ClearInput", "90 ClearOutput"}));
-    }
-
-    static void silenceEndsAfterThreeTimeOuts()
-    {
-        BufferWindow window;
-        window.Open();
-        MessageProbe message(Qt::Key_Return);
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Journal(), QStringList({"0 Close", "0 Open", "0 ClearInput", "0 Output <13>",
-                                                "30001 ClearInput", "30001 Output <02>", "60002 Output <13>",
-                                                "90003 ClearInput", "90003 ClearOutput"}));
-        QCOMPARE(message.text(), kNoStatus);
-        QVERIFY(window.Port().IsOpen());
-    }
-
-    static void buttonsAndPointerWhileItRuns()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Script().At(10, [&] {
-            QCOMPARE(window.Enabled(), QStringList());
-            QCOMPARE(window.Busy(), kBothWindows);
-            window.DeviceReplies(kReply30);
-            window.Port().Receive("\x13");
-        });
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Values(), kValues30);
+        QVERIFY2(window.Log().endsWith(log), qPrintable(window.Log()));
+        QCOMPARE(window.Values().join('|'), shown);
         QCOMPARE(window.Enabled(), kAllButtons);
         QCOMPARE(window.Busy(), QStringList());
         QCOMPARE(window.Focus(), "cmdStato");
+        QCOMPARE(window.Port().InputLen(), 0);
+        QVERIFY(window.Window().isVisible());
+        QVERIFY(!window.Dialog().isVisible());
+        QVERIFY(!window.Dialog().Cancel());
     }
 
-    static void barMovesWhileTheDeviceIsSilent()
+    // On a cable it is a device that does not answer, by modem a modem that does not.
+    static void portThatCannotBeOpenedIsReported()
+    {
+        for (const Reached reached : {Reached::direct, Reached::byModem}) {
+            BufferWindow window(reached);
+            window.Open();
+            window.Port().RefuseOpen(true);
+
+            QCOMPARE(window.ClickAndRead("cmdStato"), reached == Reached::direct ? kNoStatus : kNoModem);
+
+            QCOMPARE(window.Port().Sent(), "");
+            QCOMPARE(window.Journal().last(), "0 ClearOutput"); // at once
+            QCOMPARE(window.Enabled(), kAllButtons);
+            QVERIFY(!window.Port().IsOpen());
+        }
+    }
+
+    static void secondRequests_data()
+    {
+        QTest::addColumn<Reached>("reached");
+        QTest::addColumn<QByteArray>("first"); // empty: an answer
+        QTest::addColumn<bool>("carrier");
+        QTest::addColumn<QString>("log"); // how the second one begins
+        constexpr auto kRequest =
+            "0 ClearInput | 0 Output <13> | 0 ClearInput | 0 Output <02> | 0 Output <13>";
+        QTest::newRow("open port") << Reached::direct << QByteArray() << false << kRequest;
+        QTest::newRow("lost port") << Reached::direct << QByteArray("200: lost") << false
+                                   << "200 Close | 200 Open";
+        QTest::newRow("held link") << Reached::byModem << QByteArray() << true << kRequest;
+        QTest::newRow("lost carrier") << Reached::byModem << QByteArray() << false
+                                      << "0 Close | 0 Open | 0 ClearInput | 0 Output AT&F<0D>";
+        QTest::newRow("failed call") << Reached::byModem << QByteArray("ATX3<0D>: OK") << true
+                                     << "3001 Close | 3001 Open | 3001 ClearInput | 3001 Output AT&F<0D>";
+        QTest::newRow("cancelled call") << Reached::byModem << QByteArray("700: cancelled") << true
+                                        << "700 Close | 700 Open | 700 ClearInput | 700 Output AT&F<0D>";
+    }
+
+    static void secondRequests()
+    {
+        QFETCH(const Reached, reached);
+        QFETCH(const QByteArray, first);
+        QFETCH(const bool, carrier);
+        QFETCH(const QString, log);
+        BufferWindow window(reached);
+        window.Open();
+        if (first.isEmpty()) {
+            window.ModemConnects();
+            window.DeviceReplies(kReply30);
+            window.Click("cmdStato");
+            QCOMPARE(window.Values().join('|'), kShown30);
+        } else {
+            window.Play(first.toStdString());
+            if (first.contains("cancelled"))
+                window.Click("cmdStato");
+            else
+                window.ClickAndRead("cmdStato");
+        }
+        window.Port().ForgetJournal();
+        window.ModemConnects();
+        window.Port().SetCarrier(carrier);
+        window.DeviceReplies("\x02"
+                             "0262145*");
+
+        window.Click("cmdStato");
+
+        QVERIFY2(window.Log().startsWith(log), qPrintable(window.Log()));
+        QCOMPARE(window.Shows("lblMemoria"), "0262145");
+        QCOMPARE(window.Shows("lblFirmware"), "");
+        QVERIFY(!window.Dialog().ErrModem());
+    }
+
+    static void windowIsBusyWhileItRuns()
+    {
+        for (const Reached reached : {Reached::direct, Reached::byModem}) {
+            BufferWindow window(reached);
+            window.Open();
+            window.Script().At(10, [&] {
+                QCOMPARE(window.Enabled(), QStringList());
+                QCOMPARE(window.Busy(), kBothWindows);
+                QCOMPARE(window.Dialog().isVisible() && window.Dialog().isModal(),
+                         reached == Reached::byModem);
+                for (const QString& button : kAllButtons)
+                    window.Click(qPrintable(button)); // does nothing
+                window.ModemConnects();
+                window.DeviceReplies(kReply30);
+                window.Port().Receive(reached == Reached::direct ? "\x13" : "OK");
+            });
+
+            window.Click("cmdStato");
+
+            QCOMPARE(window.Values().join('|'), kShown30);
+            QCOMPARE(window.Enabled(), kAllButtons);
+            QCOMPARE(window.Busy(), QStringList());
+        }
+    }
+
+    static void barMovesInItsPlaceWhileTheDeviceIsSilent()
     {
         BufferWindow window;
         window.Open();
         auto& bar = SiteWindow::Part<QProgressBar>(window.Window(), "barAttivita");
         QVERIFY(!bar.isVisible());
+        const QRect button = window.Button("cmdStato").geometry();
+        const QSize size = window.Window().size();
         bool isMoving = false;
-        window.Script().At(
-            10, [&] { isMoving = bar.isVisible() && QTest::qWaitFor([&] { return bar.value() == 2; }); });
+        window.Script().At(10, [&] {
+            isMoving = bar.isVisible() && QTest::qWaitFor([&] { return bar.value() == 2; });
+            QCoreApplication::processEvents(); // completes the layout
+            QCOMPARE(window.Button("cmdStato").geometry(), button);
+        });
         MessageProbe message(Qt::Key_Return, [&] { QVERIFY(!bar.isVisible()); });
 
         window.Click("cmdStato");
 
         QVERIFY(isMoving);
         QVERIFY(!bar.isVisible());
+        QCOMPARE(window.Window().size(), size);
         for (const auto* const timer : bar.findChildren<QTimer*>())
             QVERIFY(!timer->isActive());
     }
 
-    static void barKeepsItsPlace()
-    {
-        BufferWindow window;
-        window.Open();
-        const auto& button = window.Button("cmdStato");
-        const QRect before = button.geometry();
-        const QSize windowBefore = window.Window().size();
-        bool isVisible = false;
-        QRect meanwhile;
-        window.Script().At(10, [&] {
-            QCoreApplication::processEvents(); // completes the layout
-            isVisible = SiteWindow::Part<QProgressBar>(window.Window(), "barAttivita").isVisible();
-            meanwhile = button.geometry();
-            window.DeviceReplies(kReply30);
-            window.Port().Receive("\x13");
-        });
-
-        window.Click("cmdStato");
-
-        QVERIFY(isVisible);
-        QCOMPARE(meanwhile, before);
-        QCOMPARE(window.Window().size(), windowBefore);
-    }
-
-    static void secondPressMeanwhileDoesNothing()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Script().At(10, [&] {
-            for (const QString& button : kAllButtons)
-                window.Click(qPrintable(button));
-            QCOMPARE(window.Journal(), QStringList({"0 Close", "0 Open", "0 ClearInput", "0 Output <13>"}));
-            window.Port().Answer("\x02", "status*\x13");
-            window.Port().Receive("\x13");
-        });
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Port().Sent(), "\x13\x02\x13");
-        QVERIFY(window.Window().isVisible());
-    }
-
-    static void secondRequestUsesTheOpenPort()
+    static void emptyReplyKeepsTheValues()
     {
         BufferWindow window;
         window.Open();
         window.DeviceReplies(kReply30);
         window.Click("cmdStato");
-        window.Port().ForgetJournal();
-        window.DeviceReplies("\x02"
-                             "0262145*");
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Journal(),
-                 QStringList({"0 ClearInput", "0 Output <13>", "0 ClearInput", "0 Output <02>",
-                              "0 Output <13>", "0 ClearInput", "0 ClearOutput"}));
-        QCOMPARE(window.Shows("lblMemoria"), "0262145");
-        QCOMPARE(window.Shows("lblFirmware"), "");
-    }
-
-    static void emptyReplyIsReportedAndKeepsTheValues()
-    {
-        BufferWindow window;
-        window.Open();
-        window.DeviceReplies(kReply30);
-        window.Click("cmdStato");
-        MessageProbe message(Qt::Key_Return);
-
-        window.Click("cmdStato");
-
-        QCOMPARE(message.text(), kNoStatus);
-        QCOMPARE(message.title(), "Errore");
-        QCOMPARE(message.icon(), QMessageBox::Warning);
-        QCOMPARE(message.buttons(), QStringList({"OK"}));
-        QCOMPARE(window.Values(), kValues30);
-        QCOMPARE(window.Enabled(), kAllButtons);
-        QCOMPARE(window.Focus(), "cmdStato");
-    }
-
-    static void pointerIsBackBeforeTheMessage()
-    {
-        BufferWindow window;
-        window.Open();
         QStringList busy{"not looked at"};
         QStringList enabled = kAllButtons;
         MessageProbe message(Qt::Key_Return, [&] {
@@ -352,109 +256,43 @@ private slots:
 
         window.Click("cmdStato");
 
-        QCOMPARE(busy, QStringList());
+        QCOMPARE(window.Values().join('|'), kShown30);
+        QCOMPARE(busy, QStringList()); // the pointer is back before the message, the buttons after it
         QCOMPARE(enabled, QStringList());
-        QCOMPARE(window.Enabled(), kAllButtons);
     }
 
-    static void partOfAReplyIsShown()
+    static void receivedTextIsShownAsText()
     {
-        BufferWindow window;
-        window.Open();
-        window.Port().Answer("\x13", "\x13");
-        window.Port().Answer("\x02", "\x02"
-                                     "026214");
+        for (const auto& [reply, shown] : {
+                 std::pair{"\x02<b>1</b*", "<b>1</b"},
+                 std::pair{"\x02\r\n12\r\n3*", "  12  3"}, // a line break would make the window grow
+                 std::pair{"\x02\x80 \xEC\xFF   *", "€ ìÿ   "},
+             }) {
+            BufferWindow window;
+            window.DeviceReplies(reply);
+            window.Open();
+            const int height = window.Window().minimumSizeHint().height();
 
-        window.Click("cmdStato");
-
-        // The missing fields show the texts for an unknown character or for the number 0.
-        QCOMPARE(window.Values(),
-                 QStringList({"026214", "Errore", "", "N/A", "03/03/2026 10:20:30", "03/03/2026 10:20:30",
-                              "Nessuno", "Std (16)", "", "//", ":", "N/A", "N/A", "N/A"}));
-        QCOMPARE(window.Journal().last(), "60002 ClearOutput");
-    }
-
-    static void portThatCannotBeOpenedIsAnEmptyReply()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Port().RefuseOpen(true);
-        MessageProbe message(Qt::Key_Return);
-
-        window.Click("cmdStato");
-
-        QCOMPARE(message.text(), kNoStatus);
-        QCOMPARE(window.Port().Sent(), "");
-        QCOMPARE(window.Journal().last(), "0 ClearOutput"); // at once
-        QCOMPARE(window.Enabled(), kAllButtons);
-        QCOMPARE(window.Busy(), QStringList());
-        QVERIFY(!window.Port().IsOpen());
-    }
-
-    static void nextPressTriesToOpenAgain()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Port().RefuseOpen(true);
-        {
-            MessageProbe message(Qt::Key_Return);
             window.Click("cmdStato");
+
+            QCOMPARE(window.Shows("lblMemoria"), shown);
+            QCOMPARE(window.Window().minimumSizeHint().height(), height);
         }
-        window.Port().RefuseOpen(false);
-        window.DeviceReplies(kReply30);
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Values(), kValues30);
-    }
-
-    static void lostPortIsAnEmptyReply()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Port().Answer("\x13", "\x13");
-        window.Port().Answer("\x02", "\x02"
-                                     "026");
-        window.Script().At(200, [&] { window.Port().Lose(); });
-        MessageProbe message(Qt::Key_Return);
-
-        window.Click("cmdStato");
-
-        QCOMPARE(message.text(), kNoStatus);
-        QCOMPARE(window.Values(), kNoValues);
-        QCOMPARE(window.Journal().last(), "200 ClearOutput");
-        QCOMPARE(window.Enabled(), kAllButtons);
-        QCOMPARE(window.Port().InputLen(), 0);
-    }
-
-    static void nextPressOpensALostPort()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Script().At(200, [&] { window.Port().Lose(); });
-        {
-            MessageProbe message(Qt::Key_Return);
-            window.Click("cmdStato");
-        }
-        window.Port().ForgetJournal();
-        window.DeviceReplies(kReply30);
-
-        window.Click("cmdStato");
-
-        QCOMPARE(window.Journal().mid(0, 2), QStringList({"200 Close", "200 Open"}));
-        QCOMPARE(window.Values(), kValues30);
     }
 
     // Deliberate: a status enables all three buttons, whatever the state of the clock button was.
-    static void clockButtonOfTheOldestModelComesBackEnabled()
+    static void oldestModelIsCountedAndEnablesItsClock()
     {
-        BufferWindow window(Reached::direct, model::stratobox11);
+        BufferWindow window(Reached::direct, BufferModel::stratobox11);
         window.Window().EnableClock(false);
-        window.DeviceReplies("123456789012345678");
+        window.Play("<13>: <13> | <02>: <02>050065536**080*U<C8> | 90: <07>1");
         window.Open();
 
         window.Click("cmdStato");
 
+        QCOMPARE(window.Journal().last(), "90 ClearOutput");
+        QCOMPARE(window.Values().join('|'),
+                 "0065536|Parziale|080|05|200|7|Sì|N/A|01.10|N/A|N/A|Non attivo|Non attiva|N/A");
         QCOMPARE(window.Enabled(), kAllButtons);
     }
 };

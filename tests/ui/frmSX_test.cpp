@@ -4,11 +4,8 @@
 #include "tests/support/registered_test.h"
 #include "ui/widgets/texts.h"
 
-#include <QGroupBox>
 #include <QLabel>
 #include <QTest>
-
-#include <map>
 
 namespace corvrec
 {
@@ -20,16 +17,16 @@ class frmSX_test : public QObject
 private slots:
     static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
 
-    static void captionsComeFromTheStringTable_data()
+    static void captionsComeFromTheStringTable()
     {
-        QTest::addColumn<QString>("tag");
-        QTest::addColumn<QString>("caption");
+        BufferWindow window;
         struct Caption {
             const char* control;
             const char* tag;
             const char* text;
         };
-        for (const Caption& each : {
+        for (const auto& [name, tag, text] : {
+                 Caption{"fraStato", "901;", "Stato"},
                  Caption{"capMemoria", "902;", "Memoria totale:"},
                  Caption{"capCondizione", "903;", "Memoria occupata:"},
                  Caption{"capRiempimento", "904;", "% Occupazione memoria:"},
@@ -49,56 +46,36 @@ private slots:
                  Caption{"cmdStato", "918;", "&Stato"},
                  Caption{"cmdImpostaDataOra", "919;", "&Imposta Data/Ora"},
                  Caption{"cmdChiudi", "44;", "&Chiudi"},
-             })
-            QTest::newRow(each.control) << each.tag << each.text;
-    }
-
-    static void captionsComeFromTheStringTable()
-    {
-        QFETCH(const QString, tag);
-        QFETCH(const QString, caption);
-        BufferWindow window;
-
-        auto& control = SiteWindow::Part<QWidget>(window.Window(), QTest::currentDataTag());
-
-        QCOMPARE(control.property("tag").toString(), tag);
-        QCOMPARE(control.property("text").toString(), caption);
-    }
-
-    static void titlesComeFromTheStringTable()
-    {
-        BufferWindow window;
-        auto& frame = SiteWindow::Part<QGroupBox>(window.Window(), "fraStato");
-
+             }) {
+            auto& control = SiteWindow::Part<QWidget>(window.Window(), name);
+            QCOMPARE(control.property("tag").toString(), tag);
+            QCOMPARE(control.property(control.inherits("QGroupBox") ? "title" : "text").toString(), text);
+        }
         QCOMPARE(window.Window().windowTitle(), "Stato Buffer");
         QCOMPARE(window.Window().property("tag").toString(), "920;");
-        QCOMPARE(frame.title(), "Stato");
-        QCOMPARE(frame.property("tag").toString(), "901;");
-    }
-
-    static void everyValueIsEmptyAtFirst()
-    {
-        BufferWindow window;
-
-        window.Open();
-
-        QCOMPARE(window.Values(), QStringList(14, ""));
     }
 
     // Markup in a device's reply is shown as text.
-    static void everyValueIsPlainText()
+    static void everyValueIsPlainTextWithItsCaption()
     {
         BufferWindow window;
-        int values = 0;
+        QStringList captions;
 
         for (const QLabel* const label : window.Window().findChildren<QLabel*>()) {
-            if (label->property("tag").isValid())
+            const auto* const value = qobject_cast<QLabel*>(label->buddy());
+            if (value == nullptr)
                 continue;
-            ++values;
-            QVERIFY2(label->textFormat() == Qt::PlainText, qPrintable(label->objectName()));
+            captions.append(label->objectName());
+            QCOMPARE(value->objectName(), label->objectName().replace("cap", "lbl"));
+            QCOMPARE(value->textFormat(), Qt::PlainText);
+            QVERIFY(value->textInteractionFlags() == Qt::TextSelectableByMouse);
+            QVERIFY(!value->toolTip().isEmpty());
         }
 
-        QCOMPARE(values, 14 + 1); // plus the state in the modem dialog
+        QCOMPARE(captions.size(), 14);
+        QCOMPARE(window.Values(), QStringList(14, ""));
+        QCOMPARE(LabelsWithoutBuddy(window.Window()), QStringList());
+        QCOMPARE(NamelessFields(window.Window()), QStringList());
     }
 
     static void fieldsHoldTheDateAndTimeOfDay()
@@ -107,12 +84,6 @@ private slots:
 
         QCOMPARE(window.Field("mskData").text(), "03/03/26");
         QCOMPARE(window.Field("mskOra").text(), "10:20");
-    }
-
-    static void fieldsHaveTheirMasks()
-    {
-        BufferWindow window;
-
         QCOMPARE(window.Field("mskData").mask(), "##/##/##");
         QCOMPARE(window.Field("mskData").format(), "dd/mm/yy");
         QCOMPARE(window.Field("mskOra").mask(), "##:##");
@@ -123,28 +94,18 @@ private slots:
     {
         BufferWindow window;
         window.Open();
-
         for (int time = 0; time < 2; ++time) {
-            window.Field("mskOra").setFocus();
+            QTest::keyClick(&window.Window(), Qt::Key_O, Qt::AltModifier);
+            QCOMPARE(window.Focus(), "mskOra");
+            QCOMPARE(window.Field("mskOra").selectedText(), "");
             QCOMPARE(window.Field("mskData").selectedText(), "");
 
-            window.Field("mskData").setFocus();
+            QTest::keyClick(&window.Window(), Qt::Key_D, Qt::AltModifier);
 
+            QCOMPARE(window.Focus(), "mskData");
             QCOMPARE(window.Field("mskData").selectionStart(), 0);
             QCOMPARE(window.Field("mskData").selectedText(), "03/03/26");
         }
-    }
-
-    static void timeIsNotSelected()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Field("mskData").setFocus();
-
-        window.Press(Qt::Key_Tab);
-
-        QCOMPARE(window.Focus(), "mskOra");
-        QCOMPARE(window.Field("mskOra").selectedText(), "");
     }
 
     static void clickIntoTheDateSelectsIt()
@@ -152,48 +113,22 @@ private slots:
         BufferWindow window;
         window.Open();
         MaskEdit& date = window.Field("mskData");
+        MaskEdit& time = window.Field("mskOra");
+
+        Drag(date, CaretPlace(date, 6), {date.width() - 1, date.height() / 2});
+        QCOMPARE(date.selectedText(), "26");
+        QTest::mouseClick(&time, Qt::LeftButton, {}, CaretPlace(time, 3));
+        QVERIFY(!time.hasSelectedText());
+        QCOMPARE(time.cursorPosition(), 3);
 
         QTest::mouseClick(&date, Qt::LeftButton, {}, CaretPlace(date, 3));
         QCOMPARE(date.selectedText(), "03/03/26");
         QTest::keyClicks(&date, "280227");
-
         QCOMPARE(date.text(), "28/02/27");
-    }
-
-    static void secondClickIntoTheDatePlacesTheCaret()
-    {
-        BufferWindow window;
-        window.Open();
-        MaskEdit& date = window.Field("mskData");
-        QTest::mouseClick(&date, Qt::LeftButton, {}, CaretPlace(date, 3));
 
         QTest::mouseClick(&date, Qt::LeftButton, {}, CaretPlace(date, 3));
-
         QVERIFY(!date.hasSelectedText());
         QCOMPARE(date.cursorPosition(), 3);
-    }
-
-    static void draggedMouseSelectsAPartOfTheDate()
-    {
-        BufferWindow window;
-        window.Open();
-        MaskEdit& date = window.Field("mskData");
-
-        Drag(date, CaretPlace(date, 6), {date.width() - 1, date.height() / 2});
-
-        QCOMPARE(date.selectedText(), "26");
-    }
-
-    static void clickIntoTheTimePlacesTheCaret()
-    {
-        BufferWindow window;
-        window.Open();
-        MaskEdit& time = window.Field("mskOra");
-
-        QTest::mouseClick(&time, Qt::LeftButton, {}, CaretPlace(time, 3));
-
-        QVERIFY(!time.hasSelectedText());
-        QCOMPARE(time.cursorPosition(), 3);
     }
 
     static void returningFromAnotherProgramSelectsNothing()
@@ -212,72 +147,42 @@ private slots:
         QCOMPARE(window.Field("mskData").text(), "28/02/27");
     }
 
-    static void enterInAFieldDoesNothing_data()
-    {
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<Qt::Key>("key");
-        QTest::newRow("date") << "mskData" << Qt::Key_Return;
-        QTest::newRow("date, numeric pad") << "mskData" << Qt::Key_Enter;
-        QTest::newRow("time") << "mskOra" << Qt::Key_Return;
-        QTest::newRow("time, numeric pad") << "mskOra" << Qt::Key_Enter;
-    }
-
     // Enter must not send a date and time that are only half changed.
     static void enterInAFieldDoesNothing()
     {
-        QFETCH(const QString, field);
-        QFETCH(const Qt::Key, key);
         BufferWindow window;
         window.Open();
-        window.Field("mskOra").setFocus();
-        window.Field(qPrintable(field)).setFocus();
-
-        window.Press(key);
-
-        QCOMPARE(window.Journal(), QStringList());
-        QVERIFY(window.Window().isVisible());
-        QCOMPARE(window.Focus(), field);
-    }
-
-    static void enterOnAButtonPressesIt()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Field("mskOra").setFocus();
-
-        window.Press(Qt::Key_Tab);
-        QCOMPARE(window.Focus(), "cmdImpostaDataOra");
-        window.Press(Qt::Key_Return);
-        QCOMPARE(window.Port().Sent(), "\x0F"
-                                       "1020030326");
-        window.Press(Qt::Key_Tab);
-        QCOMPARE(window.Focus(), "cmdChiudi");
-        window.Press(Qt::Key_Enter);
-
-        QVERIFY(!window.Window().isVisible());
-    }
-
-    static void escapeInAFieldCloses()
-    {
-        BufferWindow window;
-        window.Open();
-        window.Field("mskData").setFocus();
+        for (const char* const field : {"mskData", "mskOra"}) {
+            for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+                window.Field(field).setFocus();
+                window.Press(key);
+                QCOMPARE(window.Journal(), QStringList());
+                QVERIFY(window.Window().isVisible());
+                QCOMPARE(window.Focus(), field);
+            }
+        }
 
         window.Press(Qt::Key_Escape);
 
         QVERIFY(!window.Window().isVisible());
     }
 
-    static void mnemonicsLeadToTheFields()
+    static void enterOnAButtonPressesIt()
     {
         BufferWindow window;
         window.Open();
+        QCOMPARE(window.Focus(), "cmdStato");
+        QCOMPARE(TabRound(window.Window()),
+                 QStringList({"cmdStato", "mskData", "mskOra", "cmdImpostaDataOra", "cmdChiudi"}));
 
-        QTest::keyClick(&window.Window(), Qt::Key_O, Qt::AltModifier);
-        QCOMPARE(window.Focus(), "mskOra");
+        window.Button("cmdImpostaDataOra").setFocus();
+        window.Press(Qt::Key_Return);
+        QCOMPARE(window.Port().Sent(), "\x0F"
+                                       "1020030326");
+        window.Press(Qt::Key_Tab);
+        window.Press(Qt::Key_Enter);
 
-        QTest::keyClick(&window.Window(), Qt::Key_D, Qt::AltModifier);
-        QCOMPARE(window.Focus(), "mskData");
+        QVERIFY(!window.Window().isVisible());
     }
 
     static void portIsConfiguredAndStaysClosed()
@@ -291,51 +196,19 @@ private slots:
 
         QCOMPARE(window.Journal(), QStringList());
         QVERIFY(!window.Port().IsOpen());
-        QCOMPARE(window.Enabled(), QStringList({"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}));
         QCOMPARE(window.Busy(), QStringList());
     }
 
     static void clockButtonIsEnabledFromOutside()
     {
         BufferWindow window;
+        QCOMPARE(window.Enabled(), QStringList({"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}));
 
         window.Window().EnableClock(false);
         QCOMPARE(window.Enabled(), QStringList({"cmdStato", "cmdChiudi"}));
 
         window.Window().EnableClock(true);
         QCOMPARE(window.Enabled(), QStringList({"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}));
-    }
-
-    static void statusHasTheFocus()
-    {
-        BufferWindow window;
-
-        window.Open();
-
-        QCOMPARE(window.Focus(), "cmdStato");
-    }
-
-    static void tabFollowsTheReadingOrder()
-    {
-        BufferWindow window;
-        window.Open();
-
-        QCOMPARE(TabRound(window.Window()),
-                 QStringList({"cmdStato", "mskData", "mskOra", "cmdImpostaDataOra", "cmdChiudi"}));
-    }
-
-    static void everyMnemonicLeadsToAField()
-    {
-        BufferWindow window;
-
-        QCOMPARE(LabelsWithoutBuddy(window.Window()), QStringList());
-    }
-
-    static void labelsNameTheirFields()
-    {
-        BufferWindow window;
-
-        QCOMPARE(NamelessFields(window.Window()), QStringList());
     }
 };
 

@@ -414,21 +414,26 @@ private slots:
 
     static void valuesOfABrokenReplyAreThoseOfTheGuide_data()
     {
-        QTest::addColumn<int>("modelNumber");
-        QTest::addColumn<int>("column");
-        QTest::newRow("1.1") << model::stratobox11 << 1;
-        QTest::newRow("2.0") << model::stratobox20 << 2;
-        QTest::newRow("3.0") << model::stratobox30 << 2;
-        QTest::newRow("Buffer") << model::stratoboxBuffer << 3;
+        QTest::addColumn<BufferModel>("model");
+        QTest::addColumn<QString>("name");
+        for (const DeviceRow& device : kDevices) {
+            if (device.kind != DeviceKind::exchange)
+                QTest::newRow(device.shown.data())
+                    << device.model << QString::fromUtf8(device.shown.data()).section(' ', -1);
+        }
     }
 
     static void valuesOfABrokenReplyAreThoseOfTheGuide()
     {
-        QFETCH(const int, modelNumber);
-        QFETCH(const int, column);
+        QFETCH(const BufferModel, model);
+        QFETCH(const QString, name);
         GuideView view;
         const QTextTable& table = TableUnder(view, "risposta-interrotta");
-        BufferWindow buffer(Reached::direct, modelNumber);
+        int column = 1;
+        while (column < table.columns() && !TextOf(table.cellAt(0, column)).contains(name))
+            ++column;
+        QVERIFY2(column < table.columns(), "the guide has no column for it");
+        BufferWindow buffer(Reached::direct, model);
         buffer.Time().SetNow({.year = 2026, .month = 11, .day = 21, .hour = 11, .minute = 27, .second = 30});
         buffer.DeviceReplies("\x02");
         buffer.Open();

@@ -16,6 +16,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <utility>
 #include <vector>
@@ -28,10 +29,6 @@ namespace corvrec
 
 namespace
 {
-
-constexpr std::array kModels{lab::Model::stratobox11, lab::Model::stratobox20, lab::Model::stratobox30,
-                             lab::Model::stratoboxBuffer};
-constexpr std::array<const char*, 4> kModelNames{"1.1", "2.0", "3.0", "Buffer"};
 
 // The waits of a status, a call and a hang-up. Each may last its time-out plus a step of the tick, and starts
 // with a pass that must not rest.
@@ -132,6 +129,14 @@ bool LogOff(LabWorld& /*world*/)
 const std::size_t kSteps = SampleOrAll<std::size_t>(7, 1);
 const std::size_t kLengths = SampleOrAll<std::size_t>(5, 1);
 
+std::vector<DeviceRow> Stratoboxes()
+{
+    std::vector<DeviceRow> rows;
+    std::ranges::copy_if(kDevices, std::back_inserter(rows),
+                         [](const DeviceRow& row) { return row.kind != DeviceKind::exchange; });
+    return rows;
+}
+
 lab::DeviceOptions ByModem(lab::DeviceOptions device)
 {
     device.modem = lab::ModemBehaviour{.echo = true, .dialDelayMs = 20};
@@ -156,9 +161,9 @@ private slots:
         QTest::addColumn<lab::DeviceOptions>("device");
         QTest::addColumn<Act>("act");
         const std::vector<std::pair<const char*, lab::DeviceOptions>> devices{
-            {"1.1", LabDevice(lab::Model::stratobox11)},
-            {"Buffer", LabDevice(lab::Model::stratoboxBuffer)},
-            {"1.1 by modem", ByModem(LabDevice(lab::Model::stratobox11))},
+            {"1.1", LabDevice(BufferModel::stratobox11)},
+            {"Buffer", LabDevice(BufferModel::stratoboxBuffer)},
+            {"1.1 by modem", ByModem(LabDevice(BufferModel::stratobox11))},
             {"3.0 by modem", ByModem(LabDevice())},
         };
         const std::vector<std::pair<const char*, Act>> acts{
@@ -204,12 +209,12 @@ private slots:
             {"garbage with NULs and echo", {.garbage = true, .echo = true, .nuls = true}},
             {"endless after a break", {.endless = true, .dropAfter = 3000}},
         };
-        for (std::size_t model = 0; model < kModels.size(); ++model) {
+        for (const DeviceRow& row : Stratoboxes()) {
             for (const auto& [name, fault] : faults) {
-                lab::DeviceOptions device = LabDevice(kModels.at(model));
+                lab::DeviceOptions device = LabDevice(row.model);
                 device.faults = fault;
-                QTest::addRow("%s, %s", kModelNames.at(model), name) << device;
-                QTest::addRow("%s by modem, %s", kModelNames.at(model), name) << ByModem(device);
+                QTest::addRow("%s, %s", row.shown.data(), name) << device;
+                QTest::addRow("%s by modem, %s", row.shown.data(), name) << ByModem(device);
             }
         }
     }
@@ -224,24 +229,23 @@ private slots:
 
     static void repliesCutAtEveryLength_data()
     {
-        QTest::addColumn<int>("model");
+        QTest::addColumn<BufferModel>("model");
         QTest::addColumn<bool>("burst");
         QTest::addColumn<int>("pauseMs");
-        for (int model = 0; model < static_cast<int>(kModels.size()); ++model) {
-            const char* const name = kModelNames.at(static_cast<std::size_t>(model));
-            QTest::addRow("%s in one burst", name) << model << true << 0;
-            QTest::addRow("%s byte by byte", name) << model << false << 40;
+        for (const DeviceRow& row : Stratoboxes()) {
+            QTest::addRow("%s in one burst", row.shown.data()) << row.model << true << 0;
+            QTest::addRow("%s byte by byte", row.shown.data()) << row.model << false << 40;
         }
     }
 
     // The shown total memory is the received part of it.
     static void repliesCutAtEveryLength()
     {
-        QFETCH(int, model);
+        QFETCH(const BufferModel, model);
         QFETCH(bool, burst);
         QFETCH(int, pauseMs);
         constexpr std::size_t kLongestReply = 42;
-        const bool isCounted = model == 0;
+        const bool isCounted = model == BufferModel::stratobox11;
         const std::string head = isCounted ? "\x02"
                                              "011234567"
                                            : "\x02"
@@ -250,7 +254,7 @@ private slots:
 
         for (std::size_t length = 1; length <= kLongestReply && !QTest::currentTestFailed();
              length += kLengths) {
-            lab::DeviceOptions device = LabDevice(kModels.at(static_cast<std::size_t>(model)));
+            lab::DeviceOptions device = LabDevice(model);
             device.fields = {{"memory", "1234567"}};
             device.faults.burst = burst;
             device.faults.pauseMs = pauseMs;
@@ -278,8 +282,8 @@ private slots:
     static void endlessOutputDoesNotFillMemory_data()
     {
         QTest::addColumn<lab::DeviceOptions>("device");
-        QTest::newRow("counted") << LabDevice(lab::Model::stratobox11);
-        QTest::newRow("with an end mark") << LabDevice(lab::Model::stratoboxBuffer);
+        QTest::newRow("counted") << LabDevice(BufferModel::stratobox11);
+        QTest::newRow("with an end mark") << LabDevice(BufferModel::stratoboxBuffer);
         QTest::newRow("by modem") << ByModem(LabDevice());
     }
 

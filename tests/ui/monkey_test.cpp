@@ -102,10 +102,9 @@ public:
     void Start()
     {
         editor_ = nullptr;
-        list_ =
-            std::make_unique<frmSiti>(Environment{settings_.Directory(), watched_, clock_, events_, [this] {
-                                                      return std::make_unique<ChanceDevice>(chance_, report_);
-                                                  }});
+        list_ = std::make_unique<frmSiti>(
+            Environment{settings_.Directory(), watched_, clock_, events_,
+                        [this] { return std::make_unique<ChanceDevice>(clock_, chance_, report_); }});
         if (!list_->Load())
             report_("the settings file no longer names a port");
         list_->LoadEditor();

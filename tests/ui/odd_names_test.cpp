@@ -222,7 +222,7 @@ void Editing::FillEditor(frmDettaglio& form)
         Click(form, "btnModem");
     }
     QApplication::setActiveWindow(&form);
-    site_.device = device::pabx; // can use flow characters
+    site_.device = DeviceRowOf("COM"); // can use flow characters
     QTest::keyClick(&Part<QComboBox>(form, "cboTipoConn"), Qt::Key_Home);
     QTest::keyClick(&Part<QComboBox>(form, "cboHandS"), Qt::Key_Home);
     QTest::keyClick(&Part<QComboBox>(form, "cboHandS"), Qt::Key_Down);

@@ -106,7 +106,7 @@ public:
         : EditorWindow(SettingsWith({}), catalogue)
     {
         Add();
-        Pick("cboTipoConn", device::stratobox30);
+        Pick("cboTipoConn", DeviceRowOf("STX30"));
         Click("optRemoto");
     }
 

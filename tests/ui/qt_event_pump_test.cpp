@@ -88,33 +88,20 @@ private slots:
         QVERIFY(isHandled);
     }
 
+    // A busy machine may be elsewhere between two readings of the clock.
     static void doesNotRestOnADeadlineThatHasPassed()
     {
-        const SystemClock clock;
-        QtEventPump pump(clock);
-        bool isWoken = false;
-        QTimer other;
-        QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
-        other.start(kPatience);
+        for (const TickList& clock : {TickList({5000}), TickList({1000, 5000})}) {
+            QtEventPump pump(clock);
+            bool isWoken = false;
+            QTimer other;
+            QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
+            other.start(kPatience);
 
-        pump.Process(clock.TickMs() - kTickStepMs);
+            pump.Process(1010);
 
-        QVERIFY2(!isWoken, "only another event ended the rest");
-    }
-
-    // A busy machine may be elsewhere between two readings of the clock.
-    static void doesNotRestForEverWhenTheDeadlinePassesMeanwhile()
-    {
-        const TickList clock({1000, 5000});
-        QtEventPump pump(clock);
-        bool isWoken = false;
-        QTimer other;
-        QObject::connect(&other, &QTimer::timeout, &other, [&isWoken] { isWoken = true; });
-        other.start(kPatience);
-
-        pump.Process(1010);
-
-        QVERIFY2(!isWoken, "only another event ended the rest");
+            QVERIFY2(!isWoken, "only another event ended the rest");
+        }
     }
 };
 

@@ -66,6 +66,14 @@ void KeepDtr(const lab::Pty& pty)
     SetSettings(pty, settings);
 }
 
+// Lets the other side send marks itself: FF is no longer doubled.
+void SendMarks(const lab::Pty& pty)
+{
+    termios settings = Settings(pty);
+    settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
+    SetSettings(pty, settings);
+}
+
 bool HangsUp(const lab::Pty& pty)
 {
     return (Settings(pty).c_cflag & HUPCL) != 0;
@@ -192,13 +200,12 @@ public:
     {
         if (bytes.empty())
             return;
-        answer_.Receive(bytes, nowMs);
         if (!goOnMs_)
             goOnMs_ = nowMs + 100;
     }
     std::string Send(std::int64_t nowMs) override
     {
-        std::string bytes = answer_.Send(nowMs);
+        std::string bytes = goOnMs_ && !std::exchange(hasStopped_, true) ? "x\x13" : "";
         if (goOnMs_ && nowMs >= *goOnMs_ && !std::exchange(goesOn_, true))
             bytes += '\x11';
         return bytes;
@@ -211,7 +218,7 @@ public:
     [[nodiscard]] bool IsGone() const override { return false; }
 
 private:
-    OneAnswer answer_{"x\x13"};
+    bool hasStopped_ = false;
     std::optional<std::int64_t> goOnMs_;
     bool goesOn_ = false;
 };
@@ -222,33 +229,26 @@ class serial_device_test : public QObject
 {
     Q_OBJECT
 
+private:
+    static inline std::optional<Process> living_;
+
 private slots:
+    static void initTestCase() { living_.emplace(); }
+    static void cleanupTestCase() { living_.reset(); }
+
     static void deviceComesFromTheEnvironmentFirst()
     {
+        const QString linked = "/dev/corvrec-com7"; // only if this machine has one
         qputenv("CORVREC_COM7", "/dev/pts/somewhere");
+        qputenv("CORVREC_COM0", "/dev/pts/somewhere");
 
         QCOMPARE(PortDevice(7), "/dev/pts/somewhere");
-
-        qunsetenv("CORVREC_COM7");
-    }
-
-    static void deviceIsTheSystemsPortOtherwise()
-    {
+        QCOMPARE(PortDevice(0), ""); // no device has a number below 1
+        QCOMPARE(PortDevice(-1), "");
         qputenv("CORVREC_COM7", "");
-        const QString linked = "/dev/corvrec-com7"; // only if this machine has one
-
         QCOMPARE(PortDevice(7), QFileInfo::exists(linked) ? linked : "/dev/ttyS6");
 
         qunsetenv("CORVREC_COM7");
-    }
-
-    static void noDeviceHasANumberBelowOne()
-    {
-        qputenv("CORVREC_COM0", "/dev/pts/somewhere");
-
-        QCOMPARE(PortDevice(0), "");
-        QCOMPARE(PortDevice(-1), "");
-
         qunsetenv("CORVREC_COM0");
     }
 
@@ -273,66 +273,28 @@ private slots:
 
         line.port.Close();
         QVERIFY(!isLocked());
-    }
 
-    static void lockOfALivingProcessKeepsThePortClosed_data()
-    {
-        QTest::addColumn<QString>("directory");
-        QTest::addColumn<QString>("form");
-
-        for (const char* const directory : kLockDirectories) {
-            for (const char* const form : {"text", "text without a line feed", "text with a name", "binary"})
-                QTest::addRow("%s, %s", directory, form) << directory << form;
-        }
-    }
-
-    static void lockOfALivingProcessKeepsThePortClosed()
-    {
-        QFETCH(QString, directory);
-        QFETCH(QString, form);
-        if (!QFileInfo(directory).isDir() || !QFileInfo(directory).isWritable())
-            QSKIP("no such directory here");
-        Line line;
-        Process other;
-        QByteArray content = form == "binary" ? AsBinary(other.Id()) : AsText(other.Id());
-        if (form == "text without a line feed")
-            content.chop(1);
-        if (form == "text with a name")
-            content = QByteArray::number(other.Id()).rightJustified(10) + " minicom root\n";
-        const LockFile lock(directory, line.pty->Name(), content);
-
-        QVERIFY(Throws([&line] { line.port.Open(); }));
-        QVERIFY(!line.port.IsOpen());
-        QCOMPARE(lock.Content(), content);
-
-        other.End();
-        QVERIFY(!Throws([&line] { line.port.Open(); }));
-        line.port.Close(); // and removes the lock, which it now owns
-    }
-
-    static void lockOfTheDeviceKeepsItsLinkClosed()
-    {
-        Line line;
-        const QTemporaryDir directory;
-        const QString link = directory.filePath("corvrec-com2");
-        QVERIFY(QFile::link(QString::fromStdString(line.pty->Name()), link));
-        qputenv(kVariable, link.toUtf8());
         // Process 1 is always alive, and belongs to another user unless the test runs as root.
-        const LockFile lock("/tmp", line.pty->Name(), AsText(1));
-
+        const LockFile other("/tmp", line.pty->Name(), AsText(1));
         QVERIFY(Throws([&line] { line.port.Open(); }));
     }
 
-    static void lockOfNoLivingProcessIsIgnored_data()
+    static void onlyALivingProcessLocks_data()
     {
         QTest::addColumn<QString>("directory");
         QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<bool>("locked");
 
+        const pid_t living = living_->Id();
         const pid_t dead = Process().End();
         for (const char* const directory : kLockDirectories) {
-            const auto add = [directory](const char* name, const QByteArray& content) {
-                QTest::addRow("%s, %s", directory, name) << directory << content;
+            const auto add = [directory](const char* name, const QByteArray& content, bool locked = false) {
+                QTest::addRow("%s, %s", directory, name) << directory << content << locked;
             };
+            add("text", AsText(living), true);
+            add("text without a line feed", AsText(living).chopped(1), true);
+            add("text with a name", AsText(living).chopped(1) + " minicom root\n", true);
+            add("binary", AsBinary(living), true);
             add("dead process as text", AsText(dead));
             add("dead process in binary", AsBinary(dead));
             add("this process", AsText(getpid())); // left by an earlier process with the same number
@@ -346,18 +308,22 @@ private slots:
         }
     }
 
-    static void lockOfNoLivingProcessIsIgnored()
+    static void onlyALivingProcessLocks()
     {
-        QFETCH(QString, directory);
-        QFETCH(QByteArray, content);
+        QFETCH(const QString, directory);
+        QFETCH(const QByteArray, content);
+        QFETCH(const bool, locked);
         if (!QFileInfo(directory).isDir() || !QFileInfo(directory).isWritable())
             QSKIP("no such directory here");
         Line line;
         const LockFile lock(directory, line.pty->Name(), content);
 
-        QVERIFY(!Throws([&line] { line.port.Open(); }));
+        QCOMPARE(Throws([&line] { line.port.Open(); }), locked);
 
-        line.port.Close(); // and removes the lock, which it now owns
+        QCOMPARE(line.port.IsOpen(), !locked);
+        if (locked)
+            QCOMPARE(lock.Content(), content);
+        line.port.Close(); // and removes the lock, if it now owns it
     }
 
     static void onlyAFileIsALock()
@@ -372,25 +338,14 @@ private slots:
         QVERIFY(!isLocked);
     }
 
-    static void closingHangsUpWhateverWasSetBefore()
-    {
-        Line line;
-        KeepDtr(*line.pty);
-
-        line.port.Open();
-        QVERIFY(HangsUp(*line.pty)); // so that the end of the process hangs up too
-
-        line.port.Close();
-        QVERIFY(HangsUp(*line.pty));
-    }
-
-    static void restOfTheSettingsIsRestored()
+    static void closingHangsUpAndRestoresTheRest()
     {
         Line line("4800,E,8,1", 1);
         KeepDtr(*line.pty);
         termios before = Settings(*line.pty);
 
         line.port.Open();
+        QVERIFY(HangsUp(*line.pty)); // so that the end of the process hangs up too
         line.port.Close();
 
         before.c_cflag |= HUPCL;
@@ -401,28 +356,19 @@ private slots:
         QCOMPARE(after.c_lflag, before.c_lflag);
     }
 
-    static void parityErrorsAreMarkedWhereThereIsAParity_data()
-    {
-        QTest::addColumn<QString>("settings");
-        QTest::addColumn<bool>("marked");
-        QTest::newRow("none") << "9600,N,8,1" << false;
-        QTest::newRow("even") << "4800,E,7,1" << true;
-        QTest::newRow("odd") << "2400,O,7,2" << true;
-        QTest::newRow("mark") << "300,M,8,1" << true;
-        QTest::newRow("space") << "1200,S,8,1" << true;
-    }
-
     static void parityErrorsAreMarkedWhereThereIsAParity()
     {
-        QFETCH(QString, settings);
-        QFETCH(bool, marked);
-        Line line(settings.toStdString());
+        for (const auto& [settings, marked] :
+             {std::pair{"9600,N,8,1", false}, std::pair{"4800,E,7,1", true}, std::pair{"2400,O,7,2", true},
+              std::pair{"300,M,8,1", true}, std::pair{"1200,S,8,1", true}}) {
+            Line line(settings);
 
-        line.port.Open();
+            line.port.Open();
 
-        constexpr tcflag_t kMarks = INPCK | PARMRK;
-        QCOMPARE(Settings(*line.pty).c_iflag & kMarks, marked ? kMarks : 0);
-        QVERIFY(!marked || (Settings(*line.pty).c_iflag & (IGNPAR | ISTRIP)) == 0);
+            constexpr tcflag_t kMarks = INPCK | PARMRK;
+            QCOMPARE(Settings(*line.pty).c_iflag & kMarks, marked ? kMarks : 0);
+            QVERIFY(!marked || (Settings(*line.pty).c_iflag & (IGNPAR | ISTRIP)) == 0);
+        }
     }
 
     // The system sends each FF twice, so that it is not taken for a mark.
@@ -439,49 +385,37 @@ private slots:
         QCOMPARE(line.Input(bytes.size()), bytes);
     }
 
-    static void damagedCharacterIsAQuestionMark_data()
-    {
-        QTest::addColumn<bool>("byteByByte");
-        QTest::newRow("at once") << false;
-        QTest::newRow("byte by byte") << true;
-    }
-
     // A pseudo-terminal has no parity and marks nothing. With the doubling of FF switched off, the test can
     // send what a line with parity errors would deliver.
     static void damagedCharacterIsAQuestionMark()
     {
-        QFETCH(bool, byteByByte);
         constexpr std::string_view kMarked = "a\xFF\0bc\xFF\0\0\xFF\xFF\xFF\0\xFFz"sv;
-        Line line("9600,E,8,1");
-        line.port.Open();
-        termios settings = Settings(*line.pty);
-        settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
-        SetSettings(*line.pty, settings);
+        for (const std::size_t portion : {kMarked.size(), std::size_t{1}}) {
+            Line line("9600,E,8,1");
+            line.port.Open();
+            SendMarks(*line.pty);
 
-        std::string characters;
-        if (!byteByByte)
-            QCOMPARE(line.pty->Write(kMarked), kMarked.size());
-        for (std::size_t i = 0; byteByByte && i < kMarked.size(); ++i) {
-            QCOMPARE(line.pty->Write(kMarked.substr(i, 1)), std::size_t{1});
-            QVERIFY(QTest::qWaitFor([&] {
-                characters += line.port.Input();
-                return !line.pty->HasUnread();
-            }));
+            std::string characters;
+            for (std::size_t at = 0; at < kMarked.size(); at += portion) {
+                QCOMPARE(line.pty->Write(kMarked.substr(at, portion)), portion);
+                QVERIFY(QTest::qWaitFor([&] {
+                    characters += line.port.Input();
+                    return !line.pty->HasUnread();
+                }));
+            }
+            const std::string expected = "a?c\xFF?z";
+            if (characters.size() < expected.size())
+                characters += line.Input(expected.size() - characters.size());
+
+            QCOMPARE(characters, expected);
         }
-        const std::string expected = "a?c\xFF?z";
-        if (characters.size() < expected.size())
-            characters += line.Input(expected.size() - characters.size());
-
-        QCOMPARE(characters, expected);
     }
 
     static void clearingForgetsAnUnfinishedMark()
     {
         Line line("9600,E,8,1");
         line.port.Open();
-        termios settings = Settings(*line.pty);
-        settings.c_iflag &= ~static_cast<tcflag_t>(PARMRK);
-        SetSettings(*line.pty, settings);
+        SendMarks(*line.pty);
         line.pty->Write("a\xFF\0"sv);
         QVERIFY(QTest::qWaitFor([&line] { return line.port.InBufferCount() > 0 && !line.pty->HasUnread(); }));
         QCOMPARE(line.port.Input(), "a");
@@ -545,13 +479,6 @@ private slots:
         line.pty->Write("\x11");
         line.port.Output("on");
         QCOMPARE(line.Read(2), "on");
-    }
-
-    static void closedPortCannotBeWaitedFor()
-    {
-        QtSerialPort port;
-
-        QVERIFY(Throws([&port] { port.WaitUntilSent(50); }));
     }
 
     // The reader is so slow that the system still holds the command when the buffers are cleared.

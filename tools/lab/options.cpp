@@ -65,9 +65,9 @@ void TakePort(Parsing& parsing, std::string_view value)
 
 void TakeModel(Parsing& parsing, std::string_view value)
 {
-    const std::optional<Model> model = ModelNamed(value);
+    const std::optional<BufferModel> model = ModelNamed(value);
     if (!model)
-        throw UsageError("no model \"" + std::string(value) + "\", but 1.1, 2.0, 3.0, Buffer");
+        throw UsageError("no model \"" + std::string(value) + "\", but " + ModelNames());
     parsing.Device().model = *model;
 }
 

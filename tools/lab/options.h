@@ -29,7 +29,7 @@ public:
 // One device and its line. A member initialiser is the option's default.
 struct DeviceOptions {
     int port = 1;
-    Model model = Model::stratoboxBuffer;
+    BufferModel model = BufferModel::stratoboxBuffer;
     std::vector<std::pair<std::string, std::string>> fields{}; // in the order given
     Faults faults{};
     std::optional<ModemBehaviour> modem{}; // nullopt: no modem in between

@@ -1,5 +1,9 @@
 #include "tools/lab/simulated_buffer.h"
 
+#include "core/device/buffer_device.h"
+#include "core/device/buffer_status.h"
+#include "core/site/conversions.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -13,77 +17,91 @@ namespace corvrec::lab
 namespace
 {
 
-constexpr char kStatusRequest = '\x02'; // STX
-constexpr char kClockSet = '\x0F';      // SI
-constexpr char kLineClear = '\x13';     // DC3
-
 constexpr std::size_t kClockDigits = 10;
 
 // How a field's value is encoded in the reply: as text, as one byte, or V, M and P as bytes.
 enum class Coding { text, number, usedMemory };
 
-// A field of the reply, and its value at the start. Positions count from 1, as in the device's manual.
-struct FieldPlace {
+// A field that can be set, and its value at the start.
+struct SettableField {
     std::string_view name;
-    std::size_t position;
-    std::size_t width;
+    StatusField field;
     std::string_view initial;
     Coding coding = Coding::text;
 };
 
-constexpr std::array<FieldPlace, 7> kFields11{{
-    {"repetitions", 2, 2, "01"},
-    {"memory", 4, 7, "0032768"},
-    {"percent", 13, 3, "12"},
-    {"used", 17, 1, "M", Coding::usedMemory},
-    {"download-hours", 18, 1, "5", Coding::number},
-    {"data-hours", 19, 1, "1", Coding::number},
-    {"faults", 20, 1, "0"},
-}};
-
-constexpr std::array<FieldPlace, 8> kFields30{{
-    {"memory", 2, 7, "0131072"},
-    {"percent", 11, 3, "12"},
-    {"used", 15, 1, "M"},
-    {"download-hours", 16, 3, "5"},
-    {"data-hours", 19, 3, "1"},
-    {"faults", 22, 1, "N"},
-    {"version", 23, 1, "6"},
-    {"firmware", 24, 4, "3.05"},
-}};
-
-constexpr std::array<FieldPlace, 9> kFields40{{
-    {"memory", 2, 7, "0524288"},
-    {"percent", 9, 7, "12.5"},
-    {"used", 16, 1, "M"},
-    {"download-hours", 17, 3, "5"},
-    {"data-hours", 20, 3, "1"},
-    {"faults", 23, 1, "N"},
-    {"firmware", 25, 4, "4.10"},
-    {"modem", 39, 1, "0"},
-    {"printer", 40, 1, "1"},
-}};
-
-// The shape of a model's reply.
-struct Layout {
-    std::string_view model;
-    std::span<const FieldPlace> fields;
-    std::size_t length;        // including the "*"
-    std::size_t firstPart;     // sent before 0x13
-    std::size_t clockPosition; // of ddmmyyhhmm; 0: the device has no clock
+constexpr std::array kFields11{
+    SettableField{"repetitions", StatusField::repetitions, "01"},
+    SettableField{"memory", StatusField::memory, "0032768"},
+    SettableField{"percent", StatusField::percentUsed, "12"},
+    SettableField{"used", StatusField::usedMemory, "M", Coding::usedMemory},
+    SettableField{"download-hours", StatusField::sinceDownload, "5", Coding::number},
+    SettableField{"data-hours", StatusField::sinceData, "1", Coding::number},
+    SettableField{"faults", StatusField::faults, "0"},
 };
 
-// In the order of Model.
-constexpr std::array<Layout, 4> kLayouts{{
-    {"1.1", kFields11, 20, 18, 0},
-    {"2.0", kFields30, 38, 38, 28},
-    {"3.0", kFields30, 38, 38, 28},
-    {"Buffer", kFields40, 41, 41, 29},
-}};
+constexpr std::array kFields30{
+    SettableField{"memory", StatusField::memory, "0131072"},
+    SettableField{"percent", StatusField::percentUsed, "12"},
+    SettableField{"used", StatusField::usedMemory, "M"},
+    SettableField{"download-hours", StatusField::sinceDownload, "5"},
+    SettableField{"data-hours", StatusField::sinceData, "1"},
+    SettableField{"faults", StatusField::faults, "N"},
+    SettableField{"version", StatusField::version, "6"},
+    SettableField{"firmware", StatusField::firmware, "3.05"},
+};
 
-const Layout& LayoutOf(Model model)
+constexpr std::array kFields40{
+    SettableField{"memory", StatusField::memory, "0524288"},
+    SettableField{"percent", StatusField::percentUsed, "12.5"},
+    SettableField{"used", StatusField::usedMemory, "M"},
+    SettableField{"download-hours", StatusField::sinceDownload, "5"},
+    SettableField{"data-hours", StatusField::sinceData, "1"},
+    SettableField{"faults", StatusField::faults, "N"},
+    SettableField{"firmware", StatusField::firmware, "4.10"},
+    SettableField{"modem", StatusField::modem, "0"},
+    SettableField{"printer", StatusField::printer, "1"},
+};
+
+struct Played {
+    std::string_view name;
+    BufferModel model;
+    std::span<const SettableField> fields;
+};
+
+constexpr std::array kPlayed{
+    Played{"1.1", BufferModel::stratobox11, kFields11},
+    Played{"2.0", BufferModel::stratobox20, kFields30},
+    Played{"3.0", BufferModel::stratobox30, kFields30},
+    Played{"Buffer", BufferModel::stratoboxBuffer, kFields40},
+};
+static_assert(std::ranges::all_of(kDevices,
+                                  [](const DeviceRow& device) {
+                                      return device.kind == DeviceKind::exchange ||
+                                             std::ranges::any_of(kPlayed, [&](const Played& played) {
+                                                 return device.shown.ends_with(played.name);
+                                             });
+                                  }),
+              "every Stratobox of the editor can be played");
+
+const Played& PlayedAs(BufferModel model)
 {
-    return kLayouts.at(static_cast<std::size_t>(model));
+    return *std::ranges::find(kPlayed, model, &Played::model);
+}
+
+// The field's place in the model's reply; null when the model does not send it.
+const FieldPlace* PlaceOf(BufferModel model, StatusField field)
+{
+    const auto fields = LayoutOf(model).fields;
+    const auto place = std::ranges::find(fields, field, &FieldPlace::field);
+    return place == fields.end() ? nullptr : &*place;
+}
+
+// Includes the end mark.
+std::size_t ReplyLength(const ReplyLayout& layout)
+{
+    const FieldPlace& last = *std::ranges::max_element(layout.fields, {}, &FieldPlace::position);
+    return last.position + last.width - 1 + (layout.counted == 0 ? 1 : 0);
 }
 
 // -1 when the text is not a number.
@@ -95,17 +113,12 @@ int Number(std::string_view digits)
     return error == std::errc() && stop == end ? number : -1;
 }
 
-std::string TwoDigits(unsigned number)
-{
-    return {static_cast<char>('0' + number / 10 % 10), static_cast<char>('0' + number % 10)};
-}
-
-std::invalid_argument Refusal(const FieldPlace& field, std::string_view must)
+std::invalid_argument Refusal(const SettableField& field, std::string_view must)
 {
     return std::invalid_argument("field " + std::string(field.name) + " must be " + std::string(must));
 }
 
-std::string Encoded(const FieldPlace& field, std::string_view value)
+std::string Encoded(const SettableField& field, std::size_t width, std::string_view value)
 {
     switch (field.coding) {
     case Coding::number: {
@@ -126,9 +139,9 @@ std::string Encoded(const FieldPlace& field, std::string_view value)
     case Coding::text:
         break;
     }
-    if (value.size() > field.width)
-        throw Refusal(field, "no longer than " + std::to_string(field.width));
-    return std::string(field.width - value.size(), ' ') + std::string(value);
+    if (value.size() > width)
+        throw Refusal(field, "no longer than " + std::to_string(width));
+    return std::string(width - value.size(), ' ') + std::string(value);
 }
 
 // Overwrites the reply from a position, counted from 1.
@@ -137,16 +150,19 @@ void Put(std::string& reply, std::size_t position, std::string_view bytes)
     reply.replace(position - 1, bytes.size(), bytes);
 }
 
-// The time as "ddmmyyhhmm".
-std::string ClockText(std::chrono::sys_seconds time)
+// The time as "ddmmyy" and as "hhmm".
+std::string DateText(std::chrono::sys_seconds time)
 {
-    const auto midnight = std::chrono::floor<std::chrono::days>(time);
-    const std::chrono::year_month_day date = midnight;
-    const std::chrono::hh_mm_ss ofDay(time - midnight);
+    const std::chrono::year_month_day date(std::chrono::floor<std::chrono::days>(time));
     return TwoDigits(static_cast<unsigned>(date.day())) + TwoDigits(static_cast<unsigned>(date.month())) +
-           TwoDigits(static_cast<unsigned>(static_cast<int>(date.year()))) +
-           TwoDigits(static_cast<unsigned>(ofDay.hours().count())) +
-           TwoDigits(static_cast<unsigned>(ofDay.minutes().count()));
+           TwoDigits(static_cast<int>(date.year()) % 100);
+}
+
+std::string TimeText(std::chrono::sys_seconds time)
+{
+    const std::chrono::hh_mm_ss ofDay(time - std::chrono::floor<std::chrono::days>(time));
+    return TwoDigits(static_cast<double>(ofDay.hours().count())) +
+           TwoDigits(static_cast<double>(ofDay.minutes().count()));
 }
 
 // The time from "hhmmddmmyy"; nullopt when it does not exist.
@@ -166,40 +182,46 @@ std::optional<std::chrono::sys_seconds> ClockTime(std::string_view digits)
 
 } // namespace
 
-std::optional<Model> ModelNamed(std::string_view name)
+std::optional<BufferModel> ModelNamed(std::string_view name)
 {
-    const auto* const found = std::ranges::find(kLayouts, name, &Layout::model);
-    if (found == kLayouts.end())
-        return std::nullopt;
-    return static_cast<Model>(found - kLayouts.begin());
+    const auto* const found = std::ranges::find(kPlayed, name, &Played::name);
+    return found == kPlayed.end() ? std::nullopt : std::optional(found->model);
 }
 
-SimulatedBuffer::SimulatedBuffer(Model model, std::chrono::sys_seconds time, std::int64_t nowMs)
+std::string ModelNames()
+{
+    std::string names;
+    for (const Played& played : kPlayed)
+        names.append(names.empty() ? "" : ", ").append(played.name);
+    return names;
+}
+
+SimulatedBuffer::SimulatedBuffer(BufferModel model, std::chrono::sys_seconds time, std::int64_t nowMs)
     : model_(model)
-    , reply_(LayoutOf(model).length, ' ')
+    , reply_(ReplyLength(LayoutOf(model)), ' ')
     , setTo_(time)
     , setAtMs_(nowMs)
 {
-    const Layout& layout = LayoutOf(model);
-    reply_.front() = kStatusRequest; // a reply begins with its request
-    if (layout.firstPart == layout.length)
-        reply_.back() = '*';
-    for (const FieldPlace& field : layout.fields)
-        Put(reply_, field.position, Encoded(field, field.initial));
+    reply_.front() = kStatusRequest.front(); // a reply begins with its request
+    if (!IsCounted())
+        reply_.back() = kEndOfStatus.front();
+    for (const SettableField& field : PlayedAs(model).fields)
+        Set(field.name, field.initial);
 }
 
 void SimulatedBuffer::Set(std::string_view field, std::string_view value)
 {
-    const Layout& layout = LayoutOf(model_);
-    const auto place = std::ranges::find(layout.fields, field, &FieldPlace::name);
-    if (place == layout.fields.end()) {
+    const Played& played = PlayedAs(model_);
+    const auto settable = std::ranges::find(played.fields, field, &SettableField::name);
+    if (settable == played.fields.end()) {
         std::string known;
-        for (const FieldPlace& each : layout.fields)
+        for (const SettableField& each : played.fields)
             known.append(known.empty() ? "" : ", ").append(each.name);
-        throw std::invalid_argument("model " + std::string(layout.model) + " has no field " +
+        throw std::invalid_argument("model " + std::string(played.name) + " has no field " +
                                     std::string(field) + ", but " + known);
     }
-    Put(reply_, place->position, Encoded(*place, value));
+    const FieldPlace& place = *PlaceOf(model_, settable->field);
+    Put(reply_, place.position, Encoded(*settable, place.width, value));
 }
 
 std::string SimulatedBuffer::Answer(char byte, std::int64_t nowMs)
@@ -213,18 +235,13 @@ std::string SimulatedBuffer::Answer(char byte, std::int64_t nowMs)
     // Any other byte ends a clock command, and is then a command of its own.
     clockDigits_.reset();
 
-    switch (byte) {
-    case kStatusRequest:
+    if (byte == kStatusRequest.front())
         return Status(nowMs);
-    case kLineClear:
-        return rest_.empty() ? std::string{kLineClear} : std::exchange(rest_, {});
-    case kClockSet:
-        if (LayoutOf(model_).clockPosition != 0)
-            clockDigits_.emplace();
-        return {};
-    default:
-        return {};
-    }
+    if (byte == kLineClear.front())
+        return rest_.empty() ? std::string(kLineClear) : std::exchange(rest_, {});
+    if (byte == kClockSet.front() && PlaceOf(model_, StatusField::date) != nullptr)
+        clockDigits_.emplace();
+    return {};
 }
 
 std::chrono::sys_seconds SimulatedBuffer::Time(std::int64_t nowMs) const
@@ -232,18 +249,27 @@ std::chrono::sys_seconds SimulatedBuffer::Time(std::int64_t nowMs) const
     return setTo_ + std::chrono::floor<std::chrono::seconds>(std::chrono::milliseconds{nowMs - setAtMs_});
 }
 
+bool SimulatedBuffer::IsCounted() const
+{
+    return LayoutOf(model_).counted != 0;
+}
+
 std::string SimulatedBuffer::Status(std::int64_t nowMs)
 {
-    const Layout& layout = LayoutOf(model_);
     std::string reply = reply_;
-    if (layout.clockPosition != 0)
-        Put(reply, layout.clockPosition, ClockText(Time(nowMs)));
-    if (!burst_) {
-        rest_ = reply.substr(layout.firstPart);
-        return reply.substr(0, layout.firstPart);
+    if (const FieldPlace* const date = PlaceOf(model_, StatusField::date))
+        Put(reply, date->position, DateText(Time(nowMs)));
+    if (const FieldPlace* const time = PlaceOf(model_, StatusField::time))
+        Put(reply, time->position, TimeText(Time(nowMs)));
+    // In one go, the answer to the 0x13 that is still to come is sent together with the end mark.
+    if (burst_)
+        return IsCounted() ? reply : reply.append(kLineClear);
+    if (IsCounted()) {
+        const auto firstPart = static_cast<std::size_t>(LayoutOf(model_).counted);
+        rest_ = reply.substr(firstPart);
+        reply.resize(firstPart);
     }
-    // The answer to the 0x13 that is still to come is sent together with the end mark.
-    return layout.firstPart == layout.length ? reply + kLineClear : reply;
+    return reply;
 }
 
 void SimulatedBuffer::SetClock(std::int64_t nowMs)

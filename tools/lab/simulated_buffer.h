@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/site/code_tables.h"
+
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -9,10 +11,11 @@
 namespace corvrec::lab
 {
 
-enum class Model { stratobox11, stratobox20, stratobox30, stratoboxBuffer };
-
 // The model with this name: "1.1", "2.0", "3.0" or "Buffer", in exactly this case.
-std::optional<Model> ModelNamed(std::string_view name);
+std::optional<BufferModel> ModelNamed(std::string_view name);
+
+// All names, for the user.
+std::string ModelNames();
 
 // A buffer device, seen from its own side of the line: it gets one byte at a time and answers at once.
 //
@@ -28,7 +31,7 @@ class SimulatedBuffer
 {
 public:
     // The clock starts at this local time and advances with the milliseconds given in the calls.
-    SimulatedBuffer(Model model, std::chrono::sys_seconds time, std::int64_t nowMs);
+    SimulatedBuffer(BufferModel model, std::chrono::sys_seconds time, std::int64_t nowMs);
 
     // Sets a field of the status reply: memory, percent, used, repetitions, download-hours, data-hours,
     // faults, version, firmware, printer, modem. Shorter values are padded with leading blanks. "used" is V,
@@ -47,10 +50,11 @@ public:
     [[nodiscard]] std::chrono::sys_seconds Time(std::int64_t nowMs) const;
 
 private:
+    [[nodiscard]] bool IsCounted() const; // see ReplyLayout
     std::string Status(std::int64_t nowMs);
     void SetClock(std::int64_t nowMs);
 
-    Model model_;
+    BufferModel model_;
     std::string reply_;                      // without date and time, which a request fills in
     std::string rest_;                       // the second part of a requested status, to be sent after 0x13
     std::optional<std::string> clockDigits_; // of a clock command that has begun

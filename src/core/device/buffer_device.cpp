@@ -1,9 +1,9 @@
 #include "core/device/buffer_device.h"
 
 #include "core/clock.h"
+#include "core/device/buffer_status.h"
 #include "core/device/modComExtension.h"
 #include "core/device/serial_port.h"
-#include "core/site/code_tables.h"
 #include "core/site/conversions.h"
 
 #include <cassert>
@@ -14,38 +14,14 @@ namespace corvrec
 namespace
 {
 
-// ASCII control characters that the device takes as commands.
-constexpr std::string_view kStatusRequest = "\x02"; // STX
-constexpr std::string_view kClockSet = "\x0F";      // SI
-constexpr std::string_view kLineClear = "\x13";     // DC3
-
-constexpr std::string_view kEndOfStatus = "*";
-
-// The reply of a 1.1 holds raw bytes and so has no end mark: its bytes are counted.
-constexpr int kCounted = 18;
-constexpr int kCountedAfterLineClear = 2;
-
 // Whether every field has arrived, even if the device disappeared before it answered the line clear.
-bool HasAllFields(std::string_view reply, bool counted)
+bool HasAllFields(std::string_view reply, const ReplyLayout& layout)
 {
-    return counted ? reply.size() >= kCounted + kCountedAfterLineClear
-                   : reply.find(kEndOfStatus) != std::string_view::npos;
+    const auto counted = static_cast<std::size_t>(layout.counted + layout.countedAfterLineClear);
+    return counted != 0 ? reply.size() >= counted : reply.find(kEndOfStatus) != std::string_view::npos;
 }
 
 } // namespace
-
-BufferModel BufferModelOf(int deviceRow)
-{
-    switch (deviceRow) {
-    case device::stratobox20:
-    case device::stratobox30:
-        return {.number = model::stratobox30, .settableClock = true};
-    case device::stratoboxBuffer:
-        return {.number = model::stratoboxBuffer, .settableClock = true};
-    default:
-        return {.number = model::stratobox11, .settableClock = false};
-    }
-}
 
 void SXAzzeraLinea(ReplyWait& wait, int timeOutMs)
 {
@@ -56,30 +32,30 @@ void SXAzzeraLinea(ReplyWait& wait, int timeOutMs)
     port.ClearInput();
 }
 
-std::string RiceviSXStatus(ReplyWait& wait, int modelNumber, int timeOutMs)
+std::string RiceviSXStatus(ReplyWait& wait, BufferModel model, int timeOutMs)
 {
     SerialPort& port = wait.Port();
-    const bool counted = modelNumber == model::stratobox11;
+    const ReplyLayout& layout = LayoutOf(model);
     std::string reply;
     const InputLenScope oneByOne(port, 1, 0);
 
     // Results of the waits are ignored on purpose: whatever has arrived is decoded.
     try {
         port.Output(kStatusRequest);
-        if (counted)
-            wait.ForCount(timeOutMs, kCounted, reply);
+        if (layout.counted != 0)
+            wait.ForCount(timeOutMs, layout.counted, reply);
         else
             wait.ForText(timeOutMs, kEndOfStatus, reply);
 
         port.Output(kLineClear);
-        if (counted)
-            wait.ForCount(timeOutMs, kCountedAfterLineClear, reply);
+        if (layout.counted != 0)
+            wait.ForCount(timeOutMs, layout.countedAfterLineClear, reply);
         else
             wait.ForText(timeOutMs, kLineClear, reply);
 
         reply += port.Input();
     } catch (const PortError&) {
-        if (!HasAllFields(reply, counted))
+        if (!HasAllFields(reply, layout))
             throw;
     }
     return reply;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/site/code_tables.h"
+
 #include <string>
 #include <string_view>
 
@@ -10,26 +12,13 @@ class Clock;
 class ReplyWait;
 class SerialPort;
 
-// Model numbers of the buffer device. The last two digits of a model's stored code ("STX30").
-namespace model
-{
-inline constexpr int stratobox11 = 11;
-inline constexpr int stratobox20 = 20; // answers as a 30; the editor itself asks for a 30
-inline constexpr int stratobox30 = 30;
-inline constexpr int stratoboxBuffer = 40;
-} // namespace model
+// ASCII control characters that the device takes as commands.
+inline constexpr std::string_view kStatusRequest = "\x02"; // STX
+inline constexpr std::string_view kClockSet = "\x0F";      // SI
+inline constexpr std::string_view kLineClear = "\x13";     // DC3
 
-// How to talk to a device: the model whose dialogue it speaks, and whether its clock can be set.
-struct BufferModel {
-    int number = model::stratobox11;
-    bool settableClock = false;
-
-    bool operator==(const BufferModel&) const = default;
-};
-
-// The model for a row of kDevices. A row without a model of its own, or -1 for none chosen, is treated as a
-// 1.1.
-BufferModel BufferModelOf(int deviceRow);
+// The last character of a status that is not counted: see ReplyLayout.
+inline constexpr std::string_view kEndOfStatus = "*";
 
 // Milliseconds. None may be a multiple of kTickStepMs: see Wait.
 inline constexpr int kLineClearTimeOutMs = 30000;
@@ -47,7 +36,7 @@ void SXAzzeraLinea(ReplyWait& wait, int timeOutMs);
 // reply is short or empty when the device falls silent or the user cancels. It comes in two parts, each with
 // its own time-out: up to the end mark or byte count, and after a line clear. Throws PortError, unless all
 // fields have arrived by then.
-[[nodiscard]] std::string RiceviSXStatus(ReplyWait& wait, int modelNumber, int timeOutMs);
+[[nodiscard]] std::string RiceviSXStatus(ReplyWait& wait, BufferModel model, int timeOutMs);
 
 // Sets the device's clock from a valid time "hh:mm" and a valid date "dd/mm/yy": sends SI and the ten digits
 // hhmmddmmyy. The device does not answer. The call blocks for the ten pauses and until a slow line has sent

@@ -1,6 +1,5 @@
 #include "core/device/buffer_status.h"
 
-#include "core/device/buffer_device.h"
 #include "core/file/code_page.h"
 #include "core/site/conversions.h"
 
@@ -8,7 +7,6 @@
 #include <array>
 #include <chrono>
 #include <cmath>
-#include <cstddef>
 #include <initializer_list>
 
 namespace corvrec
@@ -17,72 +15,17 @@ namespace corvrec
 namespace
 {
 
-// Cuts a reply into fields. Positions count from 1, as in the device's manual. A field beyond the end is
-// empty.
-class Reply
-{
-public:
-    explicit Reply(std::string_view bytes)
-        : bytes_(bytes)
-    {
-    }
-
-    [[nodiscard]] std::string_view At(std::size_t position, std::size_t width) const
-    {
-        return bytes_.substr(std::min(position - 1, bytes_.size()), width);
-    }
-
-private:
-    std::string_view bytes_;
-};
-
 struct Choice {
     char code;
     TextId shown;
 };
 
-// The text for the field's first character; `other` for an unknown one or an empty field.
+// The text for the field's byte; `other` for an unknown one or when the reply ends before it.
 TextId Choose(std::string_view field, std::initializer_list<Choice> choices, TextId other)
 {
     const auto* const chosen = std::ranges::find_if(
         choices, [field](const Choice& choice) { return !field.empty() && field.front() == choice.code; });
     return chosen == choices.end() ? other : chosen->shown;
-}
-
-DaysAgo Days(std::string_view field)
-{
-    return {LeadingNumber(field)};
-}
-
-// Empty when the reply ends before the byte.
-Field Byte(std::string_view field)
-{
-    if (field.empty())
-        return field;
-    return ByteValue{static_cast<unsigned char>(field.front())};
-}
-
-// Indexed by the number that the device sends.
-constexpr std::array<std::string_view, 8> kVersions{"Std (16)", "Std (24)",  "Std (48)", "Std (72)",
-                                                    "Std (96)", "Std (120)", "Standard", "Sat"};
-
-Field Version(std::string_view field)
-{
-    const auto number = static_cast<std::size_t>(LeadingNumber(field));
-    return number < kVersions.size() ? Field(kVersions.at(number)) : Field(text::unknownVersion);
-}
-
-TextId Presence(std::string_view field)
-{
-    return Choose(field, {{'0', text::absent}}, text::present);
-}
-
-// The fault bits of a 1.1. Deliberate: the field is read as a number ("5" is 5), not as a character code;
-// older editors read it this way.
-TextId Faults(std::string_view field)
-{
-    constexpr int kFaultBits = 64;
-    return LeadingWhole(field) % kFaultBits != 0 ? text::yes : text::no;
 }
 
 // At least four digits: years from 100 on.
@@ -92,131 +35,198 @@ std::string YearText(int year)
     return TwoDigits(century) + TwoDigits(year % 100);
 }
 
-// Overloads of Shown: one for each kind of Field.
+// The forms of a field.
 
-using TextOf = std::string (*)(TextId);
-
-std::string Shown(std::string_view received, const DateTime& /*now*/, TextOf /*text*/)
+std::string Received(std::string_view field, const StatusContext& /*context*/)
 {
-    return Utf8FromCp1252(received);
+    return Utf8FromCp1252(field);
 }
 
-std::string Shown(TextId id, const DateTime& /*now*/, TextOf text)
+// Deliberate: the devices send hours, but editors have always taken them for days.
+std::string MomentBefore(std::string_view field, const StatusContext& context)
 {
-    return text(id);
+    return NowMinusDays(context.now, LeadingNumber(field));
 }
 
-std::string Shown(DaysAgo ago, const DateTime& now, TextOf /*text*/)
+std::string ByteNumber(std::string_view field, const StatusContext& /*context*/)
 {
-    return NowMinusDays(now, ago.days);
+    return field.empty() ? "" : std::to_string(static_cast<unsigned char>(field.front()));
 }
 
-std::string Shown(Percent percent, const DateTime& /*now*/, TextOf /*text*/)
+std::string Percentage(std::string_view field, const StatusContext& /*context*/)
 {
-    return PercentText(percent.value);
+    return PercentText(LeadingNumber(field));
 }
 
-std::string Shown(const ReceivedDate& date, const DateTime& /*now*/, TextOf /*text*/)
+// ddmmyy
+std::string Date(std::string_view field, const StatusContext& /*context*/)
 {
-    return Utf8FromCp1252(date.day) + "/" + Utf8FromCp1252(date.month) + "/" + Utf8FromCp1252(date.year);
+    const std::string day = Utf8FromCp1252(field.substr(0, 2));
+    const std::string month = Utf8FromCp1252(field.substr(std::min<std::size_t>(field.size(), 2), 2));
+    const std::string year = Utf8FromCp1252(field.substr(std::min<std::size_t>(field.size(), 4)));
+    return day + "/" + month + "/" + year;
 }
 
-std::string Shown(const ReceivedTime& time, const DateTime& /*now*/, TextOf /*text*/)
+// hhmm
+std::string Time(std::string_view field, const StatusContext& /*context*/)
 {
-    return Utf8FromCp1252(time.hour) + ":" + Utf8FromCp1252(time.minute);
+    const std::string hour = Utf8FromCp1252(field.substr(0, 2));
+    const std::string minute = Utf8FromCp1252(field.substr(std::min<std::size_t>(field.size(), 2)));
+    return hour + ":" + minute;
 }
 
-std::string Shown(ByteValue byte, const DateTime& /*now*/, TextOf /*text*/)
+std::string UsedMemory(std::string_view field, const StatusContext& context)
 {
-    return std::to_string(byte.value);
+    return context.text(
+        Choose(field, {{'V', text::none}, {'M', text::part}, {'P', text::full}}, text::error));
+}
+
+std::string UsedMemoryByte(std::string_view field, const StatusContext& context)
+{
+    return context.text(
+        Choose(field, {{'\0', text::none}, {'\x55', text::part}, {'\xFF', text::full}}, text::error));
+}
+
+// An unknown code is no fault.
+std::string Faults(std::string_view field, const StatusContext& context)
+{
+    return context.text(Choose(field, {{'R', text::powerCut}, {'L', text::lowBattery}}, text::noFault));
+}
+
+// The same codes, but an unknown one is shown as such.
+std::string KnownFaults(std::string_view field, const StatusContext& context)
+{
+    return context.text(Choose(field, {{'N', text::noFault}, {'R', text::powerCut}, {'L', text::lowBattery}},
+                               text::faultsUndetectable));
+}
+
+// Deliberate: the byte is read as a number ("5" is 5), not as a character code; older editors read it this
+// way. So it never reaches the bits of an active selector (64) and an active printer (above 127).
+std::string FaultBits(std::string_view field, const StatusContext& context)
+{
+    constexpr int kFaultBits = 64;
+    return context.text(LeadingWhole(field) % kFaultBits != 0 ? text::yes : text::no);
+}
+
+std::string InactiveSelector(std::string_view /*field*/, const StatusContext& context)
+{
+    return context.text(text::selectorInactive);
+}
+
+std::string InactivePrinter(std::string_view /*field*/, const StatusContext& context)
+{
+    return context.text(text::printerInactive);
+}
+
+std::string Version(std::string_view field, const StatusContext& context)
+{
+    // Indexed by the number that the device sends.
+    constexpr std::array<std::string_view, 8> kVersions{"Std (16)", "Std (24)",  "Std (48)", "Std (72)",
+                                                        "Std (96)", "Std (120)", "Standard", "Sat"};
+    const auto number = static_cast<std::size_t>(LeadingNumber(field));
+    return number < kVersions.size() ? std::string(kVersions.at(number)) : context.text(text::unknownVersion);
+}
+
+// A 1.1 does not send its version of the firmware.
+std::string FixedFirmware(std::string_view /*field*/, const StatusContext& /*context*/)
+{
+    return "01.10";
+}
+
+std::string Presence(std::string_view field, const StatusContext& context)
+{
+    return context.text(Choose(field, {{'0', text::absent}}, text::present));
+}
+
+constexpr std::array kFields11{
+    FieldPlace{StatusField::repetitions, 2, 2, Received},
+    FieldPlace{StatusField::memory, 4, 7, Received},
+    FieldPlace{StatusField::percentUsed, 13, 3, Received},
+    FieldPlace{StatusField::usedMemory, 17, 1, UsedMemoryByte},
+    FieldPlace{StatusField::sinceDownload, 18, 1, ByteNumber},
+    FieldPlace{StatusField::sinceData, 19, 1, ByteNumber},
+    FieldPlace{StatusField::faults, 20, 1, FaultBits},
+    FieldPlace{StatusField::selector, 20, 1, InactiveSelector},
+    FieldPlace{StatusField::printer, 20, 1, InactivePrinter},
+    FieldPlace{StatusField::firmware, 20, 0, FixedFirmware},
+};
+
+constexpr std::array kFields30{
+    FieldPlace{StatusField::memory, 2, 7, Received},
+    FieldPlace{StatusField::percentUsed, 11, 3, Received},
+    FieldPlace{StatusField::usedMemory, 15, 1, UsedMemory},
+    FieldPlace{StatusField::sinceDownload, 16, 3, MomentBefore},
+    FieldPlace{StatusField::sinceData, 19, 3, MomentBefore},
+    FieldPlace{StatusField::faults, 22, 1, Faults},
+    FieldPlace{StatusField::version, 23, 1, Version},
+    FieldPlace{StatusField::firmware, 24, 4, Received},
+    FieldPlace{StatusField::date, 28, 6, Date},
+    FieldPlace{StatusField::time, 34, 4, Time},
+};
+
+constexpr std::array kFields40{
+    FieldPlace{StatusField::memory, 2, 7, Received},
+    FieldPlace{StatusField::percentUsed, 9, 7, Percentage},
+    FieldPlace{StatusField::usedMemory, 16, 1, UsedMemory},
+    FieldPlace{StatusField::sinceDownload, 17, 3, MomentBefore},
+    FieldPlace{StatusField::sinceData, 20, 3, MomentBefore},
+    FieldPlace{StatusField::faults, 23, 1, KnownFaults},
+    FieldPlace{StatusField::firmware, 25, 4, Received},
+    FieldPlace{StatusField::date, 29, 6, Date},
+    FieldPlace{StatusField::time, 35, 4, Time},
+    FieldPlace{StatusField::modem, 39, 1, Presence},
+    FieldPlace{StatusField::printer, 40, 1, Presence},
+};
+
+constexpr ReplyLayout kReply11{.fields = kFields11, .counted = 18, .countedAfterLineClear = 2};
+constexpr ReplyLayout kReply30{.fields = kFields30};
+constexpr ReplyLayout kReply40{.fields = kFields40};
+
+BufferStatus Decoded(const ReplyLayout& layout, std::string_view reply, const StatusContext& context)
+{
+    BufferStatus status;
+    status.fill(context.text(text::notAvailable));
+    for (const FieldPlace& place : layout.fields) {
+        const std::string_view bytes = reply.substr(std::min(place.position - 1, reply.size()), place.width);
+        status.at(static_cast<std::size_t>(place.field)) = place.shown(bytes, context);
+    }
+    return status;
 }
 
 } // namespace
 
-BufferStatus Sx11Status(std::string_view bytes)
+const ReplyLayout& LayoutOf(BufferModel model)
 {
-    const Reply reply(bytes);
-    return {
-        .memoria = reply.At(4, 7),
-        .condizione = Choose(reply.At(17, 1),
-                             {{'\0', text::none}, {'\x55', text::part}, {'\xFF', text::full}}, text::error),
-        .riempimento = reply.At(13, 3),
-        .ripetizioni = reply.At(2, 2),
-        .ultimoscarico = Byte(reply.At(18, 1)),
-        .ultimiDati = Byte(reply.At(19, 1)),
-        .guasto = Faults(reply.At(20, 1)),
-        .modello = text::notAvailable,
-        .firmware = "01.10",
-        .data = text::notAvailable,
-        .ora = text::notAvailable,
-        // Always inactive. Deliberate: the last byte is read as a digit, as in older editors. A value below
-        // 10 never reaches the bits for an active selector (64) and printer (above 127).
-        .selezione = text::selectorInactive,
-        .stampante = text::printerInactive,
-        .modem = text::notAvailable,
-    };
-}
-
-BufferStatus Sx30Status(std::string_view bytes)
-{
-    const Reply reply(bytes);
-    return {
-        .memoria = reply.At(2, 7),
-        .condizione =
-            Choose(reply.At(15, 1), {{'V', text::none}, {'M', text::part}, {'P', text::full}}, text::error),
-        .riempimento = reply.At(11, 3),
-        .ripetizioni = text::notAvailable,
-        .ultimoscarico = Days(reply.At(16, 3)),
-        .ultimiDati = Days(reply.At(19, 3)),
-        // For these models an unknown code means no fault.
-        .guasto = Choose(reply.At(22, 1), {{'R', text::powerCut}, {'L', text::lowBattery}}, text::noFault),
-        .modello = Version(reply.At(23, 1)),
-        .firmware = reply.At(24, 4),
-        .data = ReceivedDate{.day = reply.At(28, 2), .month = reply.At(30, 2), .year = reply.At(32, 2)},
-        .ora = ReceivedTime{.hour = reply.At(34, 2), .minute = reply.At(36, 2)},
-        .selezione = text::notAvailable,
-        .stampante = text::notAvailable,
-        .modem = text::notAvailable,
-    };
-}
-
-BufferStatus Sx40Status(std::string_view bytes)
-{
-    const Reply reply(bytes);
-    return {
-        .memoria = reply.At(2, 7),
-        .condizione =
-            Choose(reply.At(16, 1), {{'V', text::none}, {'M', text::part}, {'P', text::full}}, text::error),
-        .riempimento = Percent{LeadingNumber(reply.At(9, 7))},
-        .ripetizioni = text::notAvailable,
-        .ultimoscarico = Days(reply.At(17, 3)),
-        .ultimiDati = Days(reply.At(20, 3)),
-        .guasto =
-            Choose(reply.At(23, 1), {{'N', text::noFault}, {'R', text::powerCut}, {'L', text::lowBattery}},
-                   text::faultsUndetectable),
-        .modello = text::notAvailable,
-        .firmware = reply.At(25, 4),
-        .data = ReceivedDate{.day = reply.At(29, 2), .month = reply.At(31, 2), .year = reply.At(33, 2)},
-        .ora = ReceivedTime{.hour = reply.At(35, 2), .minute = reply.At(37, 2)},
-        .selezione = text::notAvailable,
-        .stampante = Presence(reply.At(40, 1)),
-        .modem = Presence(reply.At(39, 1)),
-    };
-}
-
-std::optional<BufferStatus> StatusOf(int modelNumber, std::string_view bytes)
-{
-    switch (modelNumber) {
-    case model::stratobox11:
-        return Sx11Status(bytes);
-    case model::stratobox20:
-    case model::stratobox30:
-        return Sx30Status(bytes);
-    case model::stratoboxBuffer:
-        return Sx40Status(bytes);
-    default:
-        return std::nullopt;
+    switch (model) {
+    case BufferModel::stratobox11:
+        return kReply11;
+    case BufferModel::stratobox20:
+    case BufferModel::stratobox30:
+        return kReply30;
+    case BufferModel::stratoboxBuffer:
+        break;
     }
+    return kReply40;
+}
+
+BufferStatus StatusOf(BufferModel model, std::string_view reply, const StatusContext& context)
+{
+    return Decoded(LayoutOf(model), reply, context);
+}
+
+BufferStatus Sx11Status(std::string_view reply, const StatusContext& context)
+{
+    return Decoded(kReply11, reply, context);
+}
+
+BufferStatus Sx30Status(std::string_view reply, const StatusContext& context)
+{
+    return Decoded(kReply30, reply, context);
+}
+
+BufferStatus Sx40Status(std::string_view reply, const StatusContext& context)
+{
+    return Decoded(kReply40, reply, context);
 }
 
 std::string NowMinusDays(const DateTime& now, double days)
@@ -244,11 +254,6 @@ std::string NowMinusDays(const DateTime& now, double days)
     return shown + " " + TwoDigits(static_cast<double>(time.hours().count())) + ":" +
            TwoDigits(static_cast<double>(time.minutes().count())) + ":" +
            TwoDigits(static_cast<double>(time.seconds().count()));
-}
-
-std::string ShownText(const Field& field, const DateTime& now, std::string (*text)(TextId))
-{
-    return std::visit([&](const auto& kind) { return Shown(kind, now, text); }, field);
 }
 
 } // namespace corvrec

@@ -13,8 +13,6 @@ namespace
 {
 
 constexpr char kCarriageReturn = '\r';
-constexpr std::string_view kToneDial = "ATDT";
-constexpr std::string_view kPulseDial = "ATDP";
 constexpr std::string_view kDone = "OK";
 constexpr std::string_view kConnected = "CONNECT";
 // The Hayes escape. Deliberate: sent without the guard pauses around it, as older editors do.
@@ -74,7 +72,7 @@ std::string CommandLine(std::string_view command)
 
 std::string DialLine(std::string_view number, bool pulse)
 {
-    return std::string(pulse ? kPulseDial : kToneDial) + OneLine(number) + kCarriageReturn;
+    return OneLine(StoredDialNumber({.tone = !pulse, .number = std::string(number)})) + kCarriageReturn;
 }
 
 Connection InitModem(ReplyWait& wait, const ModemSettings& modem)

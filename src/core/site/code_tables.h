@@ -3,6 +3,7 @@
 #include "core/text_ids.h"
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <string_view>
 #include <variant>
@@ -17,27 +18,84 @@ struct CodeRow {
     std::variant<std::string_view, TextId> shown;
 };
 
-// Where the data comes from: the exchange itself (Pabx), a plain buffer, or a Stratobox buffer device. Key
-// "Dispositivo".
-inline constexpr std::array<CodeRow, 6> kDevices{{
-    {"COM", "Pabx"},
-    {"BUFF", "Buffer"},
-    {"STX11", "Stratobox 1.1"},
-    {"STX20", "Stratobox 2.0"},
-    {"STX30", "Stratobox 3.0"},
-    {"STX40", "Stratobox Buffer"},
-}};
+// The model numbers of the Stratobox buffer devices.
+enum class BufferModel { stratobox11 = 11, stratobox20 = 20, stratobox30 = 30, stratoboxBuffer = 40 };
 
-// Rows of kDevices.
-namespace device
+// What the editor offers for a device: an exchange or a plain buffer is connected locally and has a
+// handshake; a Stratobox has a status, and the newer ones can be reached by modem.
+enum class DeviceKind { exchange, localStratobox, stratobox };
+
+// Where the data comes from: everything that the editor knows of one device.
+struct DeviceRow {
+    std::string_view code;  // key "Dispositivo"
+    std::string_view shown; // in the list
+    DeviceKind kind;
+    BufferModel model; // how its status is requested and decoded; of no use for an exchange
+    bool settableClock;
+    bool highSpeeds; // above 19200 baud
+    bool keepsNulls; // "EliminaNull" is always stored as off
+};
+
+// Row n of the list is row n of the table.
+inline constexpr std::array kDevices{
+    DeviceRow{.code = "COM",
+              .shown = "Pabx",
+              .kind = DeviceKind::exchange,
+              .model = BufferModel::stratobox11,
+              .settableClock = false,
+              .highSpeeds = false,
+              .keepsNulls = false},
+    DeviceRow{.code = "BUFF",
+              .shown = "Buffer",
+              .kind = DeviceKind::exchange,
+              .model = BufferModel::stratobox11,
+              .settableClock = false,
+              .highSpeeds = false,
+              .keepsNulls = false},
+    DeviceRow{.code = "STX11",
+              .shown = "Stratobox 1.1",
+              .kind = DeviceKind::localStratobox,
+              .model = BufferModel::stratobox11,
+              .settableClock = false,
+              .highSpeeds = false,
+              .keepsNulls = false},
+    DeviceRow{.code = "STX20",
+              .shown = "Stratobox 2.0",
+              .kind = DeviceKind::stratobox,
+              .model = BufferModel::stratobox30, // answers as a 3.0
+              .settableClock = true,
+              .highSpeeds = false,
+              .keepsNulls = false},
+    DeviceRow{.code = "STX30",
+              .shown = "Stratobox 3.0",
+              .kind = DeviceKind::stratobox,
+              .model = BufferModel::stratobox30,
+              .settableClock = true,
+              .highSpeeds = false,
+              .keepsNulls = false},
+    DeviceRow{.code = "STX40",
+              .shown = "Stratobox Buffer",
+              .kind = DeviceKind::stratobox,
+              .model = BufferModel::stratoboxBuffer,
+              .settableClock = true,
+              .highSpeeds = true,
+              .keepsNulls = true},
+};
+
+// The row of a code that the table has.
+constexpr int DeviceRowOf(std::string_view code)
 {
-inline constexpr int pabx = 0;
-inline constexpr int buffer = 1;
-inline constexpr int stratobox11 = 2;
-inline constexpr int stratobox20 = 3;
-inline constexpr int stratobox30 = 4;
-inline constexpr int stratoboxBuffer = 5;
-} // namespace device
+    std::size_t row = 0;
+    while (kDevices.at(row).code != code)
+        ++row;
+    return static_cast<int>(row);
+}
+
+// The device of a list's row. The first one, an exchange, when no row is chosen (-1).
+constexpr const DeviceRow& DeviceOf(int row)
+{
+    return row < 0 ? kDevices.front() : kDevices.at(static_cast<std::size_t>(row));
+}
 
 // Key "Handshake". The row number is also the port's own value (LineSettings::handshaking).
 inline constexpr std::array<CodeRow, 3> kHandshakes{{

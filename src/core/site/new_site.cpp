@@ -8,7 +8,7 @@ namespace corvrec
 SiteRecord NewSite(const DateTime& now)
 {
     return {
-        .device = device::pabx,
+        .device = DeviceRowOf("COM"),
         .remote = false,
         .handshake = handshake::hardware,
         .xon = FlowCharacter{.control = true, .text = "Q"},

@@ -78,7 +78,7 @@ constexpr Key Coded(std::string_view name)
             .read =
                 [](const std::string& stored, SiteRecord& site) {
                     const auto* const found = std::ranges::find_if(
-                        Table, [&](const CodeRow& row) { return EqualIgnoringCase(row.code, stored); });
+                        Table, [&](const auto& row) { return EqualIgnoringCase(row.code, stored); });
                     if (found == Table.end())
                         return false;
                     site.*Field = static_cast<int>(found - Table.begin());
@@ -184,10 +184,11 @@ bool IsPeriodic(const SiteRecord& site)
     return HasSchedule(site) && !IsContinuous(site);
 }
 
-// Always off for the Stratobox Buffer, whatever the check box says.
+// Whatever the check box says, off for a device that keeps them.
 std::optional<std::string> StoredDropNulls(const SiteRecord& site, const DateTime& /*today*/)
 {
-    return site.device != device::stratoboxBuffer && site.dropNulls.value_or(false) ? "1" : "0";
+    const bool keepsNulls = DeviceOf(site.device.value_or(-1)).keepsNulls;
+    return !keepsNulls && site.dropNulls.value_or(false) ? "1" : "0";
 }
 
 // Conversions that never fail, in the form that Value takes.

@@ -15,8 +15,10 @@
 #include <QFocusEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QShowEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace corvrec
@@ -29,6 +31,36 @@ constexpr int kDateLength = 8; // "dd/mm/yy"
 
 // The longest text of a value label.
 constexpr auto kWidestValue = "00/00/0000 00:00:00";
+
+// A value with its caption, and the numbers of their texts. The controls are named lbl and cap.
+struct ValueLabel {
+    StatusField field;
+    QLatin1String name;
+    const char* caption;
+    const char* toolTip;
+};
+
+// Down the left column of the window, then down the right one.
+constexpr std::array<ValueLabel, kStatusFields> kValueLabels{{
+    {StatusField::memory, QLatin1String("Memoria"), "902;", "20146;"},
+    {StatusField::usedMemory, QLatin1String("Condizione"), "903;", "20147;"},
+    {StatusField::percentUsed, QLatin1String("Riempimento"), "904;", "20148;"},
+    {StatusField::repetitions, QLatin1String("Ripetizioni"), "905;", "20149;"},
+    {StatusField::sinceDownload, QLatin1String("Ultimoscarico"), "906;", "20150;"},
+    {StatusField::sinceData, QLatin1String("UltimiDati"), "907;", "20151;"},
+    {StatusField::faults, QLatin1String("Guasto"), "908;", "20152;"},
+    {StatusField::version, QLatin1String("Modello"), "909;", "20153;"},
+    {StatusField::firmware, QLatin1String("Firmware"), "910;", "20154;"},
+    {StatusField::date, QLatin1String("Data"), "911;", "20155;"},
+    {StatusField::time, QLatin1String("Ora"), "912;", "20156;"},
+    {StatusField::selector, QLatin1String("Selezione"), "913;", "20157;"},
+    {StatusField::printer, QLatin1String("Stampante"), "914;", "20158;"},
+    {StatusField::modem, QLatin1String("Modem"), "20007;", "20159;"},
+}};
+// StatusOf and the labels are indexed by the field.
+static_assert(std::ranges::all_of(kValueLabels, [](const ValueLabel& label) {
+    return &label == &kValueLabels.at(static_cast<std::size_t>(label.field));
+}));
 
 std::string TextInUtf8(TextId id)
 {
@@ -72,6 +104,7 @@ frmSX::frmSX(std::unique_ptr<SerialPort> port, Clock& clock, EventPump& events, 
     , commPort_(line.commPort)
 {
     ui_->setupUi(this);
+    MakeValueLabels();
     comHardB_->Configure(line);
     connect(ui_->cmdStato, &QPushButton::clicked, this, &frmSX::cmdStato_Click);
     connect(ui_->cmdImpostaDataOra, &QPushButton::clicked, this, &frmSX::cmdImpostaDataOra_Click);
@@ -84,11 +117,11 @@ frmSX::frmSX(std::unique_ptr<SerialPort> port, Clock& clock, EventPump& events, 
     ShowNow();
 
     // Measured with values in place, so that a reply does not resize the window.
-    ui_->lblUltimoscarico->setText(kWidestValue);
-    ui_->lblData->setText(kWidestValue);
+    for (QLabel* const value : values_)
+        value->setText(kWidestValue);
     CentreDialog(*this);
-    ui_->lblUltimoscarico->clear();
-    ui_->lblData->clear();
+    for (QLabel* const value : values_)
+        value->clear();
 }
 
 frmSX::~frmSX() = default;
@@ -96,6 +129,30 @@ frmSX::~frmSX() = default;
 void frmSX::EnableClock(bool enabled)
 {
     ui_->cmdImpostaDataOra->setEnabled(enabled);
+}
+
+void frmSX::MakeValueLabels()
+{
+    constexpr int kRows = kStatusFields / 2;
+    for (int i = 0; const ValueLabel& label : kValueLabels) {
+        auto* const caption = new QLabel(ui_->fraStato);
+        caption->setObjectName("cap" + label.name);
+        caption->setProperty("tag", label.caption);
+
+        // The values come from a device: plain text, never mark-up, and to be copied with the mouse.
+        auto* const value = new QLabel(ui_->fraStato);
+        value->setObjectName("lbl" + label.name);
+        value->setTextFormat(Qt::PlainText);
+        value->setFrameShape(QFrame::StyledPanel);
+        value->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        value->setProperty(kToolTip, label.toolTip);
+        caption->setBuddy(value);
+
+        ui_->layStato->addWidget(caption, i % kRows, i / kRows * 2);
+        ui_->layStato->addWidget(value, i % kRows, i / kRows * 2 + 1);
+        values_.at(static_cast<std::size_t>(label.field)) = value;
+        ++i;
+    }
 }
 
 void frmSX::ShowNow()
@@ -251,29 +308,11 @@ std::string frmSX::RequestStatus()
 
 void frmSX::ShowStatus(const std::string& reply)
 {
-    const std::optional<BufferStatus> status = StatusOf(modelloSX_, reply);
-    if (!status)
-        return;
-    const DateTime now = clock_.Now();
-    const auto show = [&now](QLabel& label, const Field& field) {
-        QString shown = ToQt(ShownText(field, now, TextInUtf8));
+    const BufferStatus status = StatusOf(modelloSX_, reply, {.now = clock_.Now(), .text = TextInUtf8});
+    for (std::size_t field = 0; field < kStatusFields; ++field) {
         // A line break would make the label, and so the window, higher for good.
-        label.setText(shown.replace('\r', ' ').replace('\n', ' '));
-    };
-    show(*ui_->lblMemoria, status->memoria);
-    show(*ui_->lblCondizione, status->condizione);
-    show(*ui_->lblRiempimento, status->riempimento);
-    show(*ui_->lblRipetizioni, status->ripetizioni);
-    show(*ui_->lblUltimoscarico, status->ultimoscarico);
-    show(*ui_->lblUltimiDati, status->ultimiDati);
-    show(*ui_->lblGuasto, status->guasto);
-    show(*ui_->lblModello, status->modello);
-    show(*ui_->lblFirmware, status->firmware);
-    show(*ui_->lblData, status->data);
-    show(*ui_->lblOra, status->ora);
-    show(*ui_->lblSelezione, status->selezione);
-    show(*ui_->lblStampante, status->stampante);
-    show(*ui_->lblModem, status->modem);
+        values_.at(field)->setText(ToQt(status.at(field)).replace('\r', ' ').replace('\n', ' '));
+    }
 }
 
 // False when the port has disappeared.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/device/buffer_status.h"
 #include "core/device/event_pump.h"
 #include "core/device/line_settings.h"
 #include "core/device/modComExtension.h"
@@ -8,8 +9,11 @@
 
 #include <QDialog>
 
+#include <array>
 #include <memory>
 #include <string>
+
+class QLabel;
 
 namespace Ui
 {
@@ -38,9 +42,9 @@ public:
     bool Modem() const { return modem_; }
     void SetModem(bool modem) { modem_ = modem; }
 
-    // The device's model number (namespace model).
-    int ModelloSX() const { return modelloSX_; }
-    void SetModelloSX(int modelloSX) { modelloSX_ = modelloSX; }
+    // The model of the device, by which its status is requested and decoded.
+    BufferModel ModelloSX() const { return modelloSX_; }
+    void SetModelloSX(BufferModel modelloSX) { modelloSX_ = modelloSX; }
 
     // Whether the button that sets the device's clock can be used.
     void EnableClock(bool enabled);
@@ -62,6 +66,7 @@ private:
     // cancelled.
     enum class Link { ready, notOpened, notConnected };
 
+    void MakeValueLabels();
     void ShowNow();
     void EnableButtons(bool enabled);
     Link PrepareLink();
@@ -77,9 +82,10 @@ private:
     CancelFlag cancel_;
     ReplyWait wait_;
     frmConnessione connection_;
+    std::array<QLabel*, kStatusFields> values_{}; // indexed by StatusField
     int commPort_;
     bool modem_ = false;
-    int modelloSX_ = 0;
+    BufferModel modelloSX_ = BufferModel::stratobox11;
     bool isBusy_ = false;     // a request is running, and may be waiting
     bool wantsClose_ = false; // closing was requested during it
 };

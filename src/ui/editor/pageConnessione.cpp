@@ -1,6 +1,5 @@
 #include "ui/editor/pageConnessione.h"
 
-#include "core/device/buffer_device.h"
 #include "core/device/event_pump.h"
 #include "core/device/line_settings.h"
 #include "core/device/serial_port.h"
@@ -169,9 +168,11 @@ bool pageConnessione::eventFilter(QObject* watched, QEvent* event)
 void pageConnessione::cboTipoConn_Click()
 {
     const int row = ui_->cboTipoConn->currentIndex();
-    switch (row) {
-    case device::pabx:
-    case device::buffer:
+    if (row < 0)
+        return;
+    const DeviceRow& device = DeviceOf(row);
+    switch (device.kind) {
+    case DeviceKind::exchange:
         // Local first: its rule, which runs if the site was remote, disables the handshake group.
         ui_->optLocale->setChecked(true);
         EnableHandshake(true);
@@ -182,23 +183,19 @@ void pageConnessione::cboTipoConn_Click()
         ComboVelocita(false);
         break;
     // The speed list stays as the previous device left it.
-    case device::stratobox11:
+    case DeviceKind::localStratobox:
         optLocale_Click();
         ui_->cmdSX->setEnabled(true);
         EnableConnectionKind(false);
         break;
-    case device::stratobox20:
-    case device::stratobox30:
-    case device::stratoboxBuffer:
+    case DeviceKind::stratobox:
         ui_->cmdSX->setEnabled(true);
         EnableConnectionKind(true);
         if (ui_->optRemoto->isChecked())
             optRemoto_Click();
         else
             optLocale_Click();
-        ComboVelocita(row == device::stratoboxBuffer);
-        break;
-    default:
+        ComboVelocita(device.highSpeeds);
         break;
     }
 }
@@ -269,13 +266,13 @@ void pageConnessione::cmdSX_Click()
                             .settings = settings,
                             .handshaking =
                                 Handshaking(ui_->optLocale->isChecked(), ui_->cboHandS->currentIndex())};
-    const BufferModel model = BufferModelOf(ui_->cboTipoConn->currentIndex());
+    const DeviceRow& device = DeviceOf(ui_->cboTipoConn->currentIndex());
 
     frmSX status(environment_->makePort(), environment_->clock, environment_->events, line,
                  modem_->Settings(), window());
     status.SetModem(ui_->optRemoto->isChecked());
-    status.SetModelloSX(model.number);
-    status.EnableClock(model.settableClock);
+    status.SetModelloSX(device.model);
+    status.EnableClock(device.settableClock);
     status.exec();
 }
 

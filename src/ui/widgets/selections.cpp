@@ -55,6 +55,14 @@ QStringList ShownTexts(std::span<const CodeRow> table)
     return texts;
 }
 
+QStringList ShownTexts(std::span<const DeviceRow> devices)
+{
+    QStringList texts;
+    for (const DeviceRow& device : devices)
+        texts.append(ToQt(device.shown));
+    return texts;
+}
+
 void SetRow(QComboBox& list, int row)
 {
     assert(row >= -1 && row < list.count());

@@ -13,8 +13,9 @@ namespace corvrec
 // Replaces a list's entries. Runs no rule and selects nothing.
 void FillList(QComboBox& list, const QStringList& entries);
 
-// The displayed texts of a code table, in row order.
+// The displayed texts of a table, in row order.
 QStringList ShownTexts(std::span<const CodeRow> table);
+QStringList ShownTexts(std::span<const DeviceRow> devices);
 
 // Selects a row without running the list's rule; -1 selects none. For a list with a rule see SelectRow.
 void SetRow(QComboBox& list, int row);
