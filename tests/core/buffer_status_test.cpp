@@ -55,6 +55,12 @@ class Layout : public testing::TestWithParam<Sample>
 {
 };
 
+TEST(StatusOf, IsTestedForEveryDevice)
+{
+    for (const DeviceRow& device : kDevices)
+        EXPECT_TRUE(device.model == k11.model || device.model == k30.model || device.model == k40.model);
+}
+
 TEST_P(Layout, EachByteBelongsToOneField)
 {
     const Sample& sample = GetParam();

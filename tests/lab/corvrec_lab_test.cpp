@@ -305,9 +305,9 @@ TEST(CorvrecLab, ReportsAndEnds)
     for (const Call& call : {
              Call{{"--help"}, "Usage: corvrec-lab [OPTION]...\n", "", 0},
              Call{{"--version"}, "corvrec-lab " CORVREC_VERSION "\n", "", 0},
-             Call{{"--model", "4.0"},
+             Call{{"--port", "0"},
                   "",
-                  std::string("corvrec-lab: --model: no model \"4.0\", but 1.1, 2.0, 3.0, Buffer") + kTryHelp,
+                  std::string("corvrec-lab: --port: \"0\" is not a whole number from 1 on") + kTryHelp,
                   2},
              Call{{"--trace", "/nowhere/trace"},
                   "",

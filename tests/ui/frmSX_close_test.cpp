@@ -120,62 +120,46 @@ private slots:
         QVERIFY(!window.Dialog().isVisible());
     }
 
-    static void noDialogueOverAClosedPort()
+    static void closedOrLostPortIsNotHungUp()
     {
-        BufferWindow window(Reached::byModem);
-
-        window.Exec([&] {
-            window.ClickAndRead("cmdStato"); // the modem does not answer
-            window.Port().ForgetJournal();
-            window.Click("cmdChiudi");
+        BufferWindow closed(Reached::byModem);
+        closed.Exec([&] {
+            closed.ClickAndRead("cmdStato"); // the modem does not answer
+            closed.Port().ForgetJournal();
+            closed.Click("cmdChiudi");
         });
+        QCOMPARE(closed.Log(), "3001 Close");
 
-        QCOMPARE(window.Log(), "3001 Close");
-        QVERIFY(!window.Window().isVisible());
+        BufferWindow lost(Reached::byModem);
+        lost.Exec([&] {
+            Connect(lost);
+            lost.Port().Lose();
+            lost.Click("cmdChiudi");
+        });
+        QCOMPARE(lost.Log(), "0 Close");
+        QVERIFY(!closed.Window().isVisible() && !lost.Window().isVisible());
     }
 
-    static void silentModemIsReportedAndThePortClosed()
+    static void failedHangUpIsReportedAndThePortClosed()
     {
-        BufferWindow window(Reached::byModem);
-        MessageProbe message(Qt::Key_Return);
+        for (const bool isLoggedOff : {false, true}) {
+            BufferWindow window(Reached::byModem);
+            MessageProbe message(Qt::Key_Return);
+            if (isLoggedOff)
+                window.Script().At(300, [] { BufferWindow::LogOff(); });
 
-        window.Exec([&] {
-            Connect(window);
-            window.Click("cmdChiudi");
-        });
+            window.Exec([&] {
+                Connect(window);
+                window.Click("cmdChiudi");
+            });
 
-        QCOMPARE(message.text(), "Impossibile disconnettersi. Il modem non risponde");
-        QCOMPARE(window.Log(), "0 Output +++ | 10001 ClearInput | 10001 ClearInput | 10001 Close");
-        QVERIFY(!window.Port().IsOpen());
-        QVERIFY(!window.Window().isVisible());
-    }
-
-    static void logOffEndsAHangUp()
-    {
-        BufferWindow window(Reached::byModem);
-        MessageProbe message(Qt::Key_Return);
-        window.Script().At(300, [] { BufferWindow::LogOff(); });
-
-        window.Exec([&] {
-            Connect(window);
-            window.Click("cmdChiudi");
-        });
-
-        QCOMPARE(window.Journal().last(), "300 Close");
-        QVERIFY(!window.Window().isVisible());
-    }
-
-    static void lostPortIsNotHungUp()
-    {
-        BufferWindow window(Reached::byModem);
-
-        window.Exec([&] {
-            Connect(window);
-            window.Port().Lose();
-            window.Click("cmdChiudi");
-        });
-
-        QCOMPARE(window.Log(), "0 Close");
+            QCOMPARE(message.text(), "Impossibile disconnettersi. Il modem non risponde");
+            const QString end = isLoggedOff ? "300" : "10001";
+            QCOMPARE(window.Log(),
+                     "0 Output +++ | " + end + " ClearInput | " + end + " ClearInput | " + end + " Close");
+            QVERIFY(!window.Port().IsOpen());
+            QVERIFY(!window.Window().isVisible());
+        }
     }
 
     static void leavingEndsARequest_data() { AddWays(); }

@@ -448,17 +448,6 @@ private slots:
         QCOMPARE(reply, "");
     }
 
-    static void cancelEndsTheRest()
-    {
-        Line line(Answer(""));
-        QTimer::singleShot(50, QCoreApplication::instance(), [&line] { line.cancel.raised = true; });
-
-        const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
-        QCOMPARE(line.wait.ForText(kPatienceMs, "\x13"), Wait::cancelled);
-
-        QVERIFY(line.clock.TickMs() < deadline);
-    }
-
     static void floodIsBounded()
     {
         Line line(Buffer({.endless = true}));
@@ -475,18 +464,26 @@ private slots:
         line.port.Close();
     }
 
-    static void unpluggedDeviceEndsAWait()
+    static void cancelOrUnpluggingEndsAWait()
     {
-        Line line(Answer(""));
-        QTimer::singleShot(50, QCoreApplication::instance(), [&line] { line.lab.Unplug(); });
+        for (const bool isUnplugged : {false, true}) {
+            Line line(Answer(""));
+            QTimer::singleShot(50, QCoreApplication::instance(), [&] {
+                line.cancel.raised = !isUnplugged;
+                if (isUnplugged)
+                    line.lab.Unplug();
+            });
+            const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
+            Wait result = Wait::success;
 
-        const std::int64_t deadline = line.clock.TickMs() + kPatienceMs;
-        QVERIFY(Throws([&line] { line.wait.ForText(kPatienceMs, "\x13"); }));
+            QCOMPARE(Throws([&] { result = line.wait.ForText(kPatienceMs, "\x13"); }), isUnplugged);
 
-        QVERIFY(line.clock.TickMs() < deadline);
-        QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
-        QCOMPARE(line.port.InputLen(), 0);
-        QVERIFY(!line.port.IsOpen());
+            QCOMPARE(result, isUnplugged ? Wait::success : Wait::cancelled);
+            QVERIFY(line.clock.TickMs() < deadline);
+            QVERIFY2(line.counted.Passes() <= 10, qPrintable(QString::number(line.counted.Passes())));
+            QCOMPARE(line.port.InputLen(), 0);
+            QCOMPARE(line.port.IsOpen(), !isUnplugged);
+        }
     }
 
     static void unpluggedDeviceThrowsEverywhere()

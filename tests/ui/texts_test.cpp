@@ -129,7 +129,7 @@ private slots:
             }
         }
         QVERIFY(count > 50);
-        QVERIFY(captions > 90);
+        QVERIFY(captions > 70); // except those of the status, which its class makes
     }
 
     void blanksAtTheEndOfATextStay() { QCOMPARE(Text(text::collisionMatch), QString("corrispondono ")); }

@@ -1,5 +1,7 @@
 #include "tools/lab/simulated_modem.h"
 
+#include "core/file/letter_case.h"
+
 #include <utility>
 
 namespace corvrec::lab
@@ -15,11 +17,6 @@ constexpr std::size_t kEscapes = 3;
 
 // Longer than any command; what comes after it is dropped.
 constexpr std::size_t kLongestLine = 1024;
-
-char Upper(char c)
-{
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 } // namespace
 
@@ -88,7 +85,7 @@ void SimulatedModem::ReceiveCommand(char byte, std::int64_t nowMs)
     if (byte == '\r')
         Obey(std::exchange(line_, {}), nowMs);
     else if (byte != '\n' && line_.size() < kLongestLine)
-        line_ += Upper(byte);
+        line_ += static_cast<char>(Folded(byte));
 }
 
 void SimulatedModem::ReceiveData(char byte, std::int64_t nowMs)
