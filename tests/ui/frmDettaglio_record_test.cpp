@@ -227,6 +227,7 @@ private slots:
     {
         const QStringList alfa = FileWith(
             "Dispositivo=STX40|MODEM=1|Xon=65|Xoff=66|Baud=57600|BitDati=7|Parita=E|Stop=2|AggData=1|"
+            "AggOra=1|EliminaNull=1|CorreggiCR=1|"
             "Modello=Beta|NumeroTel=ATDP0123");
         EditorWindow window("[Siti]\r\nA=Alfa\r\nb=Beta\r\nC=Gamma\r\n[General]\r\nCom=COM2\r\n" +
                                 Bytes(alfa.mid(alfa.indexOf("[A]"))) +

@@ -349,6 +349,17 @@ private slots:
         QCOMPARE(enabled(), QStringList({"txtSpazio", "lblSpazio"}));
     }
 
+    static void mnemonicsTickTheBoxesAtOnce()
+    {
+        OptionsEditor window;
+
+        window.Visit(kTransformations, [](QDialog& dialog) {
+            for (const Qt::Key key : {Qt::Key_D, Qt::Key_O, Qt::Key_E, Qt::Key_C})
+                QTest::keyClick(dialog.focusWidget(), key, Qt::AltModifier);
+            ExpectShown(dialog, {"chkData: on", "chkOra: on", "chkNull: on", "chkCrLf: on"});
+        });
+    }
+
     static void helpFollowsTheFocus()
     {
         OptionsEditor window;
