@@ -22,6 +22,13 @@ void EditorWindow::Add()
     Show();
 }
 
+void EditorWindow::AddRoma()
+{
+    Add();
+    Set({"txtNomeSito: Roma", "txtCodice: RM", R"(txtDati: C:\Roma\Dati.txt)",
+         R"(txtDati2: C:\Roma\Scambio.txt)", R"(txtStorico: C:\Roma\Storico.txt)"});
+}
+
 void EditorWindow::Open(int row)
 {
     auto& grid = Part<QTableView>(List(), "dgrdGrigliaSiti");

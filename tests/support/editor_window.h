@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/controls.h"
+#include "tests/support/modal_visit.h"
 #include "tests/support/site_window.h"
 #include "tests/support/unanswered_boxes.h"
 
@@ -9,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <functional>
 #include <optional>
 #include <string_view>
 
@@ -23,7 +25,8 @@ public:
     explicit EditorWindow(std::string_view settings,
                           std::optional<std::string_view> catalogue = std::nullopt);
 
-    void Add();             // opens it for a new site
+    void Add();     // opens it for a new site
+    void AddRoma(); // the same, and fills in what OK requires: the name Roma, the code RM, three files
     void Open(int row = 0); // opens it for the site in this row of the list
 
     template <class Control>
@@ -49,6 +52,18 @@ public:
     Choose(const QStringList& choices); // clicks buttons ("optRemoto"), picks entries ("cboHandS: Software")
     void Retype(const char* field, const QString& text);                       // replaces the field's text
     void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier); // on the focused control
+
+    // Clicks the button and acts in the dialog that it opens, which is closed then if it is still open.
+    template <class Dialog>
+    void Visit(const char* button, const std::function<void(Dialog&)>& act)
+    {
+        const ModalVisit<Dialog> visit([&act](Dialog& dialog) {
+            act(dialog);
+            if (dialog.isVisible())
+                dialog.reject();
+        });
+        Click(button);
+    }
 
     int Tab();
     QString Focus(); // name of the focused control

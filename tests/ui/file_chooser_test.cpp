@@ -1,7 +1,6 @@
 // The choosers behind "Sfoglia...".
 #include "tests/support/cases.h"
 #include "tests/support/editor_window.h"
-#include "tests/support/modal_visit.h"
 #include "tests/support/patience.h"
 #include "tests/support/registered_test.h"
 #include "ui/editor/file_chooser.h"
@@ -13,7 +12,6 @@
 #include <QTest>
 
 #include <fstream>
-#include <functional>
 
 namespace corvrec
 {
@@ -41,24 +39,13 @@ public:
     QString InFolder(const char* file) { return ToText(Folder() / file); }
     void Put(const char* file) { std::ofstream(Folder() / file) << "\x89PNG\r\n\x1A\n"; }
 
-    // Presses the button and acts in the chooser that it opens. If it is still open then, Escape closes it.
-    void Browse(const char* button, const std::function<void(QFileDialog&)>& act)
-    {
-        const ModalVisit<QFileDialog> visit([&act](QFileDialog& chooser) {
-            act(chooser);
-            if (chooser.isVisible())
-                QTest::keyClick(&chooser, Qt::Key_Escape);
-        });
-        Click(button);
-    }
-
     // The folder in which the chooser opens for this text in the field.
     QString StartFolder(const QString& text)
     {
         QString folder;
         Field("txtDati").setText(text);
-        Browse("cmdSfoglia1",
-               [&folder](QFileDialog& chooser) { folder = chooser.directory().absolutePath(); });
+        Visit<QFileDialog>("cmdSfoglia1",
+                           [&folder](QFileDialog& chooser) { folder = chooser.directory().absolutePath(); });
         return folder;
     }
 };
@@ -133,7 +120,7 @@ private slots:
         window.Put("SENZAPUNTO");
         window.Field("txtDati").setText(window.InFolder("calls.txt"));
 
-        window.Browse("cmdSfoglia1", [](QFileDialog& chooser) {
+        window.Visit<QFileDialog>("cmdSfoglia1", [](QFileDialog& chooser) {
             QCOMPARE(chooser.acceptMode(), QFileDialog::AcceptOpen);
             QCOMPARE(chooser.fileMode(), QFileDialog::AnyFile);
             auto& types = SiteWindow::Part<QComboBox>(chooser, "fileTypeCombo");
@@ -165,7 +152,8 @@ private slots:
             window.Set(expected);
             window.Set({field + ": " + window.InFolder("x")});
 
-            window.Browse(QTest::currentDataTag(), [file](QFileDialog& chooser) { Choose(chooser, file); });
+            window.Visit<QFileDialog>(QTest::currentDataTag(),
+                                      [file](QFileDialog& chooser) { Choose(chooser, file); });
 
             // Paths that start with "/" are not capitalised.
             expected.replaceInStrings(QRegularExpression("^" + field + ": .*"),
@@ -184,7 +172,8 @@ private slots:
             BrowseWindow window;
             window.Field("txtDati2").setText(text);
 
-            window.Browse("cmdSfoglia2", [](QFileDialog&) {});
+            window.Visit<QFileDialog>(
+                "cmdSfoglia2", [](QFileDialog& chooser) { QTest::keyClick(&chooser, Qt::Key_Escape); });
 
             QCOMPARE(window.Shows("txtDati2"), text);
             QVERIFY(window.Editor().isVisible());
@@ -197,7 +186,7 @@ private slots:
         window.Put("calls.txt");
         window.Field("txtDati").setText(window.InFolder("calls.txt"));
 
-        window.Browse("cmdSfoglia1", [](QFileDialog& chooser) {
+        window.Visit<QFileDialog>("cmdSfoglia1", [](QFileDialog& chooser) {
             QListView& files = FilesOf(chooser, 1);
             files.setCurrentIndex(files.model()->index(0, 0, files.rootIndex()));
             files.setFocus();
@@ -220,7 +209,7 @@ private slots:
         window.Put("immagine");
         window.Field("txtDati").setText(window.InFolder("immagine"));
 
-        window.Browse("cmdSfoglia1", [](QFileDialog& chooser) {
+        window.Visit<QFileDialog>("cmdSfoglia1", [](QFileDialog& chooser) {
             chooser.selectNameFilter(chooser.nameFilters().constLast());
             const QListView& files = FilesOf(chooser, 1);
             const int typeColumn = 2;

@@ -101,14 +101,6 @@ void ExpectRefusal(EditorWindow& window, const Refusal& expected)
     BringToFront(window.Editor());
 }
 
-// Fills in a new site so that OK would accept it.
-void AddComplete(EditorWindow& window)
-{
-    window.Add();
-    window.Set({"txtNomeSito: Roma", "txtCodice: RM", R"(txtDati: C:\Roma\Dati.txt)",
-                R"(txtDati2: C:\Roma\Scambio.txt)", R"(txtStorico: C:\Roma\Storico.txt)"});
-}
-
 QString CollisionWith(const QString& name)
 {
     return "I nomi dei file per il salvataggio dei dati corrispondono a quelli inseriti per il sito " + name +
@@ -162,7 +154,7 @@ private slots:
     static void trimsNameAndCodeFirst()
     {
         EditorWindow window(SettingsWith({}));
-        AddComplete(window);
+        window.AddRoma();
         window.Set({"txtNomeSito:   Roma\t ", "txtCodice:  rm ", "txtDati: "});
         MessageProbe dataMissing(Qt::Key_Return);
 
@@ -178,7 +170,7 @@ private slots:
     {
         QFETCH(const Refusal, given);
         EditorWindow window(SettingsWith({"A", "B"}));
-        AddComplete(window);
+        window.AddRoma();
 
         ExpectRefusal(window, given);
     }
@@ -214,7 +206,7 @@ private slots:
     {
         QFETCH(const Acceptance, given);
         EditorWindow window(SettingsWith({}));
-        AddComplete(window);
+        window.AddRoma();
         window.Set(Parts(given.values));
 
         window.Click("OK");
@@ -236,7 +228,7 @@ private slots:
     {
         QFETCH(const QString, before);
         EditorWindow window(SettingsWith({}));
-        AddComplete(window);
+        window.AddRoma();
         window.Choose({"cboRicorrenza: Giornaliera"});
         window.Retype("mskOrario", "108");
         auto& focused = window.At<QWidget>(qPrintable(before));
@@ -259,7 +251,7 @@ private slots:
     static void takenNameKeepsTheCaretAndTheCode()
     {
         EditorWindow window(SettingsWith({"AB"}));
-        AddComplete(window);
+        window.AddRoma();
         window.Retype("txtCodice", "ab");
         window.Field("txtCodice").setCursorPosition(1);
         MessageProbe taken(Qt::Key_Return);
@@ -314,7 +306,7 @@ private slots:
         QFETCH(const QJsonObject, given);
         EditorWindow window("[Siti]\r\nA=" + given["name"].toString().toStdString() +
                             "\r\n[General]\r\nCom=COM2\r\n[A]\r\nDati=C:\\Roma\\Dati.txt\r\n");
-        AddComplete(window);
+        window.AddRoma();
         MessageProbe question(Qt::Key_Escape);
 
         window.Click("OK");
@@ -337,7 +329,7 @@ private slots:
         SettingsFile settings(SettingsWith({"B", "A"}));
         settings->Write("A", "Storico", R"(C:\Storico\?.txt)");
         EditorWindow window(settings.Bytes());
-        AddComplete(window);
+        window.AddRoma();
         window.Set({file});
         window.Editor().SelectTab(0);
         const QByteArray before = window.File();

@@ -138,13 +138,6 @@ QStringList Lines(const EditorWindow& window)
     return QString::fromLatin1(window.File()).split("\r\n", Qt::SkipEmptyParts);
 }
 
-void AddRoma(EditorWindow& window)
-{
-    window.Add();
-    window.Set({"txtNomeSito: Roma", "txtCodice: RM", R"(txtDati: C:\Roma\Dati.txt)",
-                R"(txtDati2: C:\Roma\Scambio.txt)", R"(txtStorico: C:\Roma\Storico.txt)"});
-}
-
 // The file after saving the new site RM up to, but not including, this key.
 QByteArray SavedUpTo(const char* key)
 {
@@ -222,16 +215,15 @@ private slots:
         QCOMPARE(Lines(window), FileWith(given.name));
     }
 
-    // The first site's marks stay, and the last site's are added to them.
+    // The first site's marks stay, and the last site's are added to them. A model does not bring its string.
     static void missingKeysLeaveDefaultsAndWhatTheLastSiteShowed()
     {
         const QStringList alfa = FileWith(
             "Dispositivo=STX40|MODEM=1|Xon=65|Xoff=66|Baud=57600|BitDati=7|Parita=E|Stop=2|AggData=1|"
-            "AggOra=1|EliminaNull=1|CorreggiCR=1|"
-            "Modello=Beta|NumeroTel=ATDP0123");
+            "AggOra=1|EliminaNull=1|CorreggiCR=1|Modello=Beta|NumeroTel=ATDP0123");
         EditorWindow window("[Siti]\r\nA=Alfa\r\nb=Beta\r\nC=Gamma\r\n[General]\r\nCom=COM2\r\n" +
                                 Bytes(alfa.mid(alfa.indexOf("[A]"))) +
-                                "[b]\r\nAltro=1\r\nb=no\r\n[C]\r\nRicorrenza= 64\r\n",
+                                "[b]\r\nAltro=1\r\nb=no\r\n[C]\r\nRicorrenza= 64\r\nModello=Alfa\r\n",
                             kCatalogue);
         const QString folder = QString::fromStdString(window.Settings().Directory().string()) + "/";
         window.Open(0);
@@ -257,7 +249,9 @@ private slots:
                             "mskValore: 1",
                             "mskOrario: 18:03",
                             "chkData: on",
-                            "chkOra: off",
+                            "chkOra: on",
+                            "chkNull: on",
+                            "chkCrLf: on",
                             "txtDati: " + folder + "Corvrec.txt",
                             "txtDati2: " + folder + "CRemoto.txt",
                             "txtStorico: " + folder + "Storico.txt",
@@ -273,13 +267,14 @@ private slots:
                             "chkSpazio: on",
                             "txtSpazio: 30"});
         window.Open(2);
-        window.ExpectShown({"cboRicorrenza: Settimanale", "lstGiorni: 0 5"});
+        window.ExpectShown(
+            {"cboRicorrenza: Settimanale", "lstGiorni: 0 5", "cboModem: Alfa", "txtStringaInit: ATX3"});
     }
 
     static void newContinuousSiteWhole()
     {
         EditorWindow window(kEmptySettings);
-        AddRoma(window);
+        window.AddRoma();
 
         window.Click("OK");
 
@@ -332,7 +327,7 @@ private slots:
         window.Open(1);
         window.Click("OK");
         QCOMPARE(window.Settings().Line("B", "Ora"), given.shown);
-        AddRoma(window);
+        window.AddRoma();
 
         window.Click("OK");
 
@@ -350,7 +345,7 @@ private slots:
     {
         QFETCH(const Case, given);
         EditorWindow window(kEmptySettings);
-        AddRoma(window);
+        window.AddRoma();
         window.Pick("cboHandS", 1);
         window.Choice(given.name).setCurrentIndex(-1);
         window.Editor().SelectTab(2);

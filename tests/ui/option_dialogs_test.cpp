@@ -5,7 +5,6 @@
 #include "tests/support/editor_window.h"
 #include "tests/support/heap.h"
 #include "tests/support/message_probe.h"
-#include "tests/support/modal_visit.h"
 #include "tests/support/registered_test.h"
 
 #include <QClipboard>
@@ -109,17 +108,6 @@ public:
         Pick("cboTipoConn", DeviceRowOf("STX30"));
         Click("optRemoto");
     }
-
-    // Opens the dialog and acts in it. If it is still open then, Escape closes it.
-    void Visit(const char* button, const std::function<void(QDialog&)>& act)
-    {
-        const ModalVisit<QDialog> visit([&act](QDialog& dialog) {
-            act(dialog);
-            if (dialog.isVisible())
-                dialog.reject();
-        });
-        Click(button);
-    }
 };
 
 // A press of OK with these values: refused with the message at this control, or accepted.
@@ -174,7 +162,7 @@ const std::array<Check, 14> kChecks{{
 void ExpectCheck(const Check& check)
 {
     OptionsEditor window;
-    window.Visit(check.button, [&check](QDialog& dialog) {
+    window.Visit<QDialog>(check.button, [&check](QDialog& dialog) {
         Set(dialog, check.values);
         if (check.message.isEmpty()) {
             Click(dialog, "OK");
@@ -221,7 +209,7 @@ private slots:
         QFETCH(const Dialog, given);
         OptionsEditor window;
 
-        window.Visit(given.button, [&given](QDialog& dialog) {
+        window.Visit<QDialog>(given.button, [&given](QDialog& dialog) {
             QCOMPARE(dialog.windowTitle(), given.title);
             Set(dialog, given.first);
             QCOMPARE(TabRound(dialog), given.tabOrder);
@@ -237,7 +225,7 @@ private slots:
             OptionsEditor window;
             window.ExpectShown(given.start);
             const auto open = [&](const QStringList& change, const std::function<void(QDialog&)>& leave) {
-                window.Visit(given.button, [&](QDialog& dialog) {
+                window.Visit<QDialog>(given.button, [&](QDialog& dialog) {
                     QCOMPARE(Focus(dialog), given.tabOrder.front());
                     Set(dialog, change);
                     SiteWindow::Part<QWidget>(dialog, "OK").setFocus();
@@ -262,14 +250,14 @@ private slots:
         QFETCH(const Dialog, given);
         OptionsEditor window;
 
-        window.Visit(given.button, [&given](QDialog& dialog) {
+        window.Visit<QDialog>(given.button, [&given](QDialog& dialog) {
             Set(dialog, given.first);
             SiteWindow::Part<QWidget>(dialog, qPrintable(given.tabOrder.at(1))).setFocus();
             Press(dialog, Qt::Key_Return);
             QVERIFY(!dialog.isVisible());
         });
         window.ExpectShown(given.first);
-        window.Visit(given.button, [&given](QDialog& dialog) {
+        window.Visit<QDialog>(given.button, [&given](QDialog& dialog) {
             Set(dialog, given.second);
             SiteWindow::Part<QWidget>(dialog, "Annulla").setFocus();
             Press(dialog, Qt::Key_Return);
@@ -309,8 +297,8 @@ private slots:
             QCOMPARE(field.text(), "12");
         };
 
-        window.Visit(kModem, [&](QDialog& dialog) { typeInto(dialog, "txtTentImpor"); });
-        window.Visit(kAlerts, [&](QDialog& dialog) {
+        window.Visit<QDialog>(kModem, [&](QDialog& dialog) { typeInto(dialog, "txtTentImpor"); });
+        window.Visit<QDialog>(kAlerts, [&](QDialog& dialog) {
             Set(dialog, {"chkFile: on", "chkSpazio: on"});
             typeInto(dialog, "txtFile");
             typeInto(dialog, "txtSpazio");
@@ -330,7 +318,7 @@ private slots:
         };
         QCOMPARE(enabled(), QStringList());
 
-        window.Visit(kAlerts, [&enabled](QDialog& dialog) {
+        window.Visit<QDialog>(kAlerts, [&enabled](QDialog& dialog) {
             Click(dialog, "chkFile");
             QCOMPARE(enabled(), QStringList({"txtFile", "lblFile"}));
             Field(dialog, "txtFile").setText("45");
@@ -341,7 +329,7 @@ private slots:
             ExpectShown(dialog, {"txtFile: 45"});
             Click(dialog, "OK");
         });
-        window.Visit(kAlerts, [](QDialog& dialog) {
+        window.Visit<QDialog>(kAlerts, [](QDialog& dialog) {
             Click(dialog, "chkFile");
             Click(dialog, "chkSpazio");
         });
@@ -353,7 +341,7 @@ private slots:
     {
         OptionsEditor window;
 
-        window.Visit(kTransformations, [](QDialog& dialog) {
+        window.Visit<QDialog>(kTransformations, [](QDialog& dialog) {
             for (const Qt::Key key : {Qt::Key_D, Qt::Key_O, Qt::Key_E, Qt::Key_C})
                 QTest::keyClick(dialog.focusWidget(), key, Qt::AltModifier);
             ExpectShown(dialog, {"chkData: on", "chkOra: on", "chkNull: on", "chkCrLf: on"});
@@ -379,7 +367,7 @@ private slots:
         const auto help = [&window] { return window.Shows("lblHelpTrasformazioni"); };
         QCOMPARE(help(), "");
 
-        window.Visit(kTransformations, [&](QDialog& dialog) {
+        window.Visit<QDialog>(kTransformations, [&](QDialog& dialog) {
             for (const QString& each : {date, time, nulls, lineEnds}) {
                 QCOMPARE(help(), each);
                 Press(dialog, Qt::Key_Tab);
@@ -389,7 +377,7 @@ private slots:
             Click(dialog, "chkOra");
             QCOMPARE(help(), time);
         });
-        window.Visit(kTransformations, [&](QDialog&) { QCOMPARE(help(), date); });
+        window.Visit<QDialog>(kTransformations, [&](QDialog&) { QCOMPARE(help(), date); });
     }
 
     static void catalogue_data() { AddCases(kCatalogues); }
@@ -410,7 +398,7 @@ private slots:
     {
         OptionsEditor window;
 
-        window.Visit(kModem, [](QDialog& dialog) {
+        window.Visit<QDialog>(kModem, [](QDialog& dialog) {
             auto& models = SiteWindow::Part<QComboBox>(dialog, "cboModem");
             for (const auto& [row, string] : {std::pair(2, "M3"), {2, "M3"}, {0, "Z1"}}) {
                 Field(dialog, "txtStringaInit").setText("mia");
@@ -424,7 +412,7 @@ private slots:
     {
         OptionsEditor window;
 
-        window.Visit(kModem, [](QDialog& dialog) {
+        window.Visit<QDialog>(kModem, [](QDialog& dialog) {
             auto& models = SiteWindow::Part<QComboBox>(dialog, "cboModem");
             Field(dialog, "txtTelefono").setFocus();
             QVERIFY(!TurnWheelOver(models));
