@@ -3,6 +3,7 @@
 #include <QObject>
 
 #include <functional>
+#include <map>
 #include <memory>
 
 namespace corvrec
@@ -10,12 +11,12 @@ namespace corvrec
 
 using MakeTest = std::function<std::unique_ptr<QObject>()>;
 
-// The test classes of the program, by name without namespace.
-void RegisterTest(const QByteArray& className, MakeTest make);
-[[nodiscard]] QByteArrayList RegisteredTests();
-
-// A new object of the class with this name; nullptr when there is none.
-[[nodiscard]] std::unique_ptr<QObject> MakeRegisteredTest(const QByteArray& name);
+// The test classes of the program, by name without namespace. Filled before main, in any order.
+inline std::map<QByteArray, MakeTest>& RegisteredTests()
+{
+    static std::map<QByteArray, MakeTest> tests;
+    return tests;
+}
 
 // Registers a QtTest class with the program: a static object of this type is at the end of the class's file.
 template <class Test>
@@ -24,7 +25,8 @@ class RegisteredTest
 public:
     RegisteredTest()
     {
-        RegisterTest(Test::staticMetaObject.className(), [] { return std::make_unique<Test>(); });
+        const QByteArray name = Test::staticMetaObject.className();
+        RegisteredTests()[name.mid(name.lastIndexOf(':') + 1)] = [] { return std::make_unique<Test>(); };
     }
 };
 

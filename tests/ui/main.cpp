@@ -3,13 +3,17 @@
 //
 // Usage: ui_tests CLASS [options of QtTest...]
 //
-// CORVREC_SCREEN=WIDTHxHEIGHT in the environment gives the offscreen platform one screen of that size;
-// CORVREC_SCREEN=two gives it two screens.
+// CORVREC_SCREEN in the environment gives the offscreen platform screens of these sizes, each at "+X+Y" or at
+// the origin: "1024x600", "1024x768 1601x901+1024+100".
 
 #include "tests/support/registered_test.h"
 #include "ui/widgets/texts.h"
 
 #include <QApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
 #include <QTemporaryFile>
 #include <QTest>
 
@@ -19,23 +23,28 @@
 namespace
 {
 
-constexpr auto kTwoScreens = CORVREC_TEST_DATA "/two_screens.json";
-
 // The offscreen platform reads its screens from a file when the application starts.
 void SetScreens(QTemporaryFile& file)
 {
-    const QByteArray screens = qgetenv("CORVREC_SCREEN");
-    if (screens.isEmpty() || qgetenv("QT_QPA_PLATFORM") != "offscreen")
+    static const QRegularExpression kScreen(R"((\d+)x(\d+)(?:\+(\d+)\+(\d+))?)");
+    auto sizes = kScreen.globalMatch(qEnvironmentVariable("CORVREC_SCREEN"));
+    if (!sizes.hasNext() || qgetenv("QT_QPA_PLATFORM") != "offscreen" || !file.open())
         return;
-    QByteArray name = kTwoScreens;
-    const QList<QByteArray> size = screens.split('x');
-    if (size.size() == 2 && file.open()) {
-        file.write(R"({"screens": [{"name": "only", "x": 0, "y": 0, "width": )" + size[0] +
-                   R"(, "height": )" + size[1] + R"(, "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]})");
-        file.close();
-        name = file.fileName().toUtf8();
+    QJsonArray screens;
+    while (sizes.hasNext()) {
+        const auto size = sizes.next();
+        screens.append(QJsonObject{{"name", size.captured()},
+                                   {"x", size.captured(3).toInt()},
+                                   {"y", size.captured(4).toInt()},
+                                   {"width", size.captured(1).toInt()},
+                                   {"height", size.captured(2).toInt()},
+                                   {"logicalDpi", 96},
+                                   {"logicalBaseDpi", 96},
+                                   {"dpr", 1}});
     }
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + name);
+    file.write(QJsonDocument(QJsonObject{{"screens", screens}}).toJson());
+    file.close();
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + file.fileName().toUtf8());
 }
 
 } // namespace
@@ -43,7 +52,8 @@ void SetScreens(QTemporaryFile& file)
 int main(int argc, char* argv[])
 {
     if (argc < 2) {
-        std::puts(corvrec::RegisteredTests().join('\n').constData());
+        for (const auto& [name, make] : corvrec::RegisteredTests())
+            std::puts(name.constData());
         return 2;
     }
     QTemporaryFile screens;
@@ -53,12 +63,12 @@ int main(int argc, char* argv[])
     qputenv("LC_ALL", "it_IT.UTF-8"); // whatever the machine's language is
     QApplication application(argc, argv);
     corvrec::InstallTexts(application);
-    const auto test = corvrec::MakeRegisteredTest(argv[1]);
-    if (!test) {
+    const auto test = corvrec::RegisteredTests().find(argv[1]);
+    if (test == corvrec::RegisteredTests().end()) {
         std::fprintf(stderr, "No such test class: %s\n", argv[1]);
         return 2;
     }
     std::vector<char*> arguments(argv, argv + argc);
     arguments.erase(arguments.begin() + 1);
-    return QTest::qExec(test.get(), static_cast<int>(arguments.size()), arguments.data());
+    return QTest::qExec(test->second().get(), static_cast<int>(arguments.size()), arguments.data());
 }
