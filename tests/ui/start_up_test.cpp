@@ -40,7 +40,6 @@ public:
     }
 
     const SettingsFile& Settings() const { return settings_; }
-    std::filesystem::path Catalogue() const { return settings_.Directory() / "modem.dat"; }
 
     int Run() { return RunEditor(*qApp, {settings_.Directory(), *settings_, clock_, events_, {}}); }
 
@@ -119,6 +118,7 @@ private slots:
     {
         Place place(SettingsWith({"A", "B"}));
         bool isShown = false;
+        std::ofstream(place.Settings().Directory() / "modem.dat") << "Modello A=X3\r\nModello B=X4\r\n";
 
         const int status = place.Run([&isShown](frmSiti& list) {
             isShown = true;
@@ -128,6 +128,9 @@ private slots:
             QCOMPARE(list.findChildren<frmDettaglio*>().size(), 1); // before a site is opened
             QVERIFY(!editor.isVisible());
             QCOMPARE(SiteWindow::Part<QComboBox>(list, "cboTipoConn").count(), 6);
+            const auto& models = SiteWindow::Part<QComboBox>(*list.findChild<frmModem*>(), "cboModem");
+            QCOMPARE(models.count(), 2);
+            QCOMPARE(models.itemText(0), "Modello A");
             for (const int size : {16, 64}) {
                 const QPixmap drawn(QString(":/icons/corvrec-config-%1.png").arg(size));
                 QCOMPARE(list.windowIcon().pixmap(size), drawn);
@@ -256,40 +259,6 @@ private slots:
         QCOMPARE(status, 0);
         QVERIFY(sites >= 2);
         QVERIFY(place.Settings().Bytes() == bytes);
-    }
-
-    static void anyCatalogueOffersModels_data()
-    {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<int>("count");
-        QByteArray many;
-        for (int i = 0; i < 10000; ++i)
-            many += "Modello " + QByteArray::number(i) + "=X" + QByteArray::number(i) + "\r\n";
-        QTest::newRow("empty") << QByteArray("") << "Generico" << 1;
-        QTest::newRow("10 000 lines") << many << "Modello 0" << 10000;
-        QTest::newRow("no equals sign") << QByteArray("solo testo\r\n") << "" << 1;
-        QTest::newRow("NULs") << QByteArray("A\0B=1\r\n", 7) << QString::fromUtf8("A\0B", 3) << 1;
-        QTest::newRow("directory") << QByteArray() << "Generico" << 1;
-    }
-
-    static void anyCatalogueOffersModels()
-    {
-        QFETCH(const QByteArray, bytes);
-        QFETCH(const QString, first);
-        QFETCH(const int, count);
-        Place place(SettingsWith({}));
-        if (bytes.isNull())
-            std::filesystem::create_directory(place.Catalogue());
-        else
-            std::ofstream(place.Catalogue(), std::ios::binary) << bytes.toStdString();
-
-        place.Run([&](frmSiti& list) {
-            const auto& models = SiteWindow::Part<QComboBox>(*list.findChild<frmModem*>(), "cboModem");
-            QCOMPARE(models.count(), count);
-            QCOMPARE(models.itemText(0), first);
-            QCOMPARE(models.currentIndex(), 0);
-        });
     }
 };
 

@@ -1,19 +1,14 @@
 #include "tests/support/registered_test.h"
+#include "tests/support/vectors.h"
 #include "ui/widgets/texts.h"
 
 #include <QCoreApplication>
 #include <QDirIterator>
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextDocumentFragment>
 #include <QTranslator>
-
-#include <memory>
 
 namespace corvrec
 {
@@ -27,19 +22,9 @@ QByteArray Bytes(const QString& name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QString DataFile(const QString& name)
-{
-    return QStringLiteral(CORVREC_TEST_DATA "/") + name;
-}
-
 QString SourceFile(const QString& name)
 {
     return QStringLiteral(CORVREC_TEST_DATA "/../../") + name;
-}
-
-QString QtCancelButton()
-{
-    return QCoreApplication::translate("QPlatformTheme", "Cancel");
 }
 
 } // namespace
@@ -49,181 +34,104 @@ class texts_test : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy)); }
-    void cleanup()
+    static void everyTextIsAsExpected()
     {
-        qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator*>());
-        QLocale::setDefault(QLocale::c());
-    }
-
-    void everyTextIsAsExpected_data()
-    {
-        QTest::addColumn<int>("id");
-        QTest::addColumn<QString>("expected");
-        const QJsonObject texts = QJsonDocument::fromJson(Bytes(DataFile("texts.json"))).object();
-        for (auto text = texts.begin(); text != texts.end(); ++text)
-            QTest::newRow(qPrintable(text.key())) << text.key().toInt() << text.value().toString();
-    }
-
-    void everyTextIsAsExpected()
-    {
-        QFETCH(const int, id);
-        QFETCH(const QString, expected);
-
-        QCOMPARE(FindText(id), expected);
-    }
-
-    void idsAreExactlyTheExpectedOnes()
-    {
-        const QJsonObject expected = QJsonDocument::fromJson(Bytes(DataFile("texts.json"))).object();
-        QVERIFY(!expected.isEmpty());
-
-        QStringList found;
+        const QJsonObject texts = QJsonDocument::fromJson(Bytes(CORVREC_TEST_DATA "/texts.json")).object();
+        QVERIFY(!texts.isEmpty());
         for (int id = -1; id < 100'000; ++id) {
-            if (!FindText(id).isNull())
-                found.append(QString::number(id));
+            const QJsonValue expected = texts.value(QString::number(id));
+            QCOMPARE(FindText(id).isNull(), expected.isUndefined());
+            QCOMPARE(FindText(id), expected.toString());
         }
-
-        found.sort(); // a JSON object's keys are sorted as texts
-        QCOMPARE(found, expected.keys());
+        QCOMPARE(Text(text::collisionMatch), "corrispondono "); // blanks at the end stay
     }
 
-    void everyIdInCodeHasAText()
+    static void everyIdInCodeAndEveryTagInAFormHasAText()
     {
-        const QString header = QString::fromUtf8(Bytes(SourceFile("src/core/text_ids.h")));
-        auto names = QRegularExpression(R"(TextId (\w+)\{(\d+)\};)").globalMatch(header);
-
-        int count = 0;
-        for (; names.hasNext(); ++count) {
-            const auto name = names.next();
-            QVERIFY2(!FindText(name.captured(2).toInt()).isNull(), qPrintable(name.captured(1)));
-        }
-        QVERIFY(count > 50);
+        const auto count = [](const QString& file, const QRegularExpression& id, const char* end) {
+            auto ids = id.globalMatch(QString::fromUtf8(Bytes(file)));
+            int found = 0;
+            for (; ids.hasNext(); ++found) {
+                const QString tag = ids.next().captured(1) + end;
+                if (FindText(TagId(tag)).isNull())
+                    QTest::qFail(qPrintable(file + ": " + tag), __FILE__, __LINE__);
+            }
+            return found;
+        };
+        QVERIFY(count(SourceFile("src/core/text_ids.h"), QRegularExpression("TextId \\w+\\{(\\d+)\\};"),
+                      ";") > 50);
+        const QRegularExpression tag(
+            "name=\"(?:tag\"|suggerimento\") stdset=\"0\">\\s*<string[^>]*>([^<]*)<");
+        QDirIterator forms(SourceFile("src"), {"*.ui"}, QDir::Files, QDirIterator::Subdirectories);
+        QVERIFY(forms.hasNext());
+        while (forms.hasNext())
+            QVERIFY2(count(forms.next(), tag, "") > 0, qPrintable(forms.filePath()));
     }
 
     // A form is drawn with the texts that its tags name, so a wrong tag is noticed.
-    void everyTagInAFormHasAText()
+    static void everyCaptionIsDrawnAsItsTagNamesIt()
     {
         const QRegularExpression caption("name=\"(?:text|title|windowTitle)\"><string[^>]*>([^<]*)<.*\\s*"
                                          "(?:<property name=\"(?!tag|text|title).*\\s*)*<property "
                                          "name=\"tag\"[^>]*><string[^>]*>([^<]*)<");
         int captions = 0;
-        const QRegularExpression tag(
-            "name=\"(?:tag\"|suggerimento\") stdset=\"0\">\\s*<string[^>]*>([^<]*)<");
-        int count = 0;
-        for (const char* const folder : {"src/app", "src/ui/buffer", "src/ui/editor", "src/ui/help"}) {
-            QDirIterator forms(SourceFile(folder), {"*.ui"}, QDir::Files);
-            while (forms.hasNext()) {
-                const QString form = QString::fromUtf8(Bytes(forms.next()));
-                auto tags = tag.globalMatch(form);
-                QVERIFY2(tags.hasNext(), qPrintable(forms.filePath()));
-                for (; tags.hasNext(); ++count) {
-                    const QString id = tags.next().captured(1);
-                    QVERIFY2(!FindText(TagId(id)).isNull(), qPrintable(forms.filePath() + ": " + id));
-                }
-                for (auto drawn = caption.globalMatch(form); drawn.hasNext(); ++captions) {
-                    const QRegularExpressionMatch each = drawn.next();
-                    QCOMPARE(FindText(TagId(each.captured(2))),
-                             QTextDocumentFragment::fromHtml(each.captured(1)).toPlainText());
-                }
+        QDirIterator forms(SourceFile("src"), {"*.ui"}, QDir::Files, QDirIterator::Subdirectories);
+        while (forms.hasNext()) {
+            auto drawn = caption.globalMatch(QString::fromUtf8(Bytes(forms.next())));
+            for (; drawn.hasNext(); ++captions) {
+                const QRegularExpressionMatch each = drawn.next();
+                QCOMPARE(FindText(TagId(each.captured(2))),
+                         QTextDocumentFragment::fromHtml(each.captured(1)).toPlainText());
             }
         }
-        QVERIFY(count > 50);
         QVERIFY(captions > 70); // except those of the status, which its class makes
     }
 
-    void blanksAtTheEndOfATextStay() { QCOMPARE(Text(text::collisionMatch), QString("corrispondono ")); }
-
-    void aMissingIdGivesNoText()
+    static void tagHoldsTheNumberBeforeTheSemicolon()
     {
-        QVERIFY(FindText(0).isNull());
-        QVERIFY(FindText(99999).isNull());
+        for (const QJsonValue each : Vectors("tag_id"))
+            QVERIFY2(TagId(each["in"].toString()) == each["out"].toInt(), qPrintable(each["in"].toString()));
     }
 
-    void tagHoldsTheNumberBeforeTheSemicolon_data()
+    static void textsFollowTheUsersLanguageIfThereIsATable_data()
     {
-        QTest::addColumn<QString>("tag");
-        QTest::addColumn<int>("id");
-        const auto vectors = QJsonDocument::fromJson(Bytes(DataFile("conversions.json"))).object();
-        const QJsonArray cases = vectors["tag_id"].toArray();
-        QCOMPARE(cases.size(), 16);
-        for (const QJsonValue each : cases)
-            QTest::newRow(qPrintable('"' + each["in"].toString() + '"'))
-                << each["in"].toString() << each["out"].toInt();
+        QTest::addColumn<QLocale>("user");
+        QTest::addColumn<QLocale>("locale");
+        QTest::addColumn<QString>("saturday");
+        QTest::addColumn<QString>("cancel"); // one of Qt's own texts
+        const auto add = [](const char* name, const QLocale& user, const QLocale& locale,
+                            const char* saturday, const char* cancel) {
+            QTest::newRow(name) << user << locale << saturday << cancel;
+        };
+        const QLocale italian(QLocale::Italian, QLocale::Italy);
+        const QLocale french(QLocale::French, QLocale::France); // the table is the tests' own
+        add("Italian", italian, italian, "Sabato", "Annulla");
+        add("no table", QLocale(QLocale::German, QLocale::Germany), italian, "Sabato", "Annulla");
+        add("table", french, french, "Samedi", "Annuler");
+        add("without Qt's", italian, italian, "Sabato", "Cancel");
+        add("Qt's in one file", italian, italian, "Sabato", "Annulla"); // as windeployqt deploys them
     }
 
-    void tagHoldsTheNumberBeforeTheSemicolon()
+    static void textsFollowTheUsersLanguageIfThereIsATable()
     {
-        QFETCH(const QString, tag);
-        QFETCH(const int, id);
-
-        QCOMPARE(TagId(tag), id);
-    }
-
-    void qtsOwnTextsAreItalianToo()
-    {
-        QCOMPARE(QtCancelButton(), QString("Annulla"));
-        QCOMPARE(QLocale(), QLocale(QLocale::Italian, QLocale::Italy));
-    }
-
-    void aUserWithoutATableGetsItalian()
-    {
-        cleanup();
-        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::German, QLocale::Germany));
-
-        QCOMPARE(Text(text::saturday), QString("Sabato"));
-        QCOMPARE(QtCancelButton(), QString("Annulla"));
-        QCOMPARE(QLocale(), QLocale(QLocale::Italian, QLocale::Italy));
-    }
-
-    void aUserWithATableGetsItsTexts()
-    {
-        cleanup();
-        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
-
-        QCOMPARE(Text(text::saturday), QString("Samedi"));
-        QCOMPARE(QLocale().language(), QLocale::French);
-    }
-
-    void aTextThatTheUsersTableLacksIsItalian()
-    {
-        cleanup();
-        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
-
-        QCOMPARE(Text(text::sunday), QString("Domenica"));
-        QVERIFY(FindText(99999).isNull());
-    }
-
-    void qtsOwnTextsFollowTheUsersTable()
-    {
-        cleanup();
-        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::French, QLocale::France));
-
-        QCOMPARE(QtCancelButton(), QString("Annuler"));
-    }
-
-    // As windeployqt deploys them.
-    void qtsOwnTextsMayBeInOneFile()
-    {
-        cleanup();
+        QFETCH(const QLocale, user);
+        QFETCH(const QLocale, locale);
+        QFETCH(const QString, saturday);
+        QFETCH(const QString, cancel);
         const QTemporaryDir folder;
-        QVERIFY(QFile::copy(QLibraryInfo::path(QLibraryInfo::TranslationsPath) + "/qtbase_it.qm",
-                            folder.filePath("qt_it.qm")));
+        const QString qtFolder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+        const bool isOwnFolder = QByteArray(QTest::currentDataTag()).contains("Qt's");
+        if (qstrcmp(QTest::currentDataTag(), "Qt's in one file") == 0)
+            QVERIFY(QFile::copy(qtFolder + "/qtbase_it.qm", folder.filePath("qt_it.qm")));
+        qDeleteAll(QCoreApplication::instance()->findChildren<QTranslator*>());
 
-        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy), folder.path());
+        InstallTexts(*QCoreApplication::instance(), user, isOwnFolder ? folder.path() : qtFolder);
 
-        QCOMPARE(QtCancelButton(), QString("Annulla"));
-    }
-
-    void withoutQtsOwnTextsThoseAreEnglish()
-    {
-        cleanup();
-        const QTemporaryDir folder;
-
-        InstallTexts(*QCoreApplication::instance(), QLocale(QLocale::Italian, QLocale::Italy), folder.path());
-
-        QCOMPARE(QtCancelButton(), QString("Cancel"));
-        QCOMPARE(Text(text::saturday), QString("Sabato"));
+        QCOMPARE(Text(text::saturday), saturday);
+        QCOMPARE(Text(text::sunday), "Domenica"); // which the French table lacks
+        QCOMPARE(QCoreApplication::translate("QPlatformTheme", "Cancel"), cancel);
+        QCOMPARE(QLocale().language(), locale.language());
+        QVERIFY(FindText(99999).isNull());
     }
 };
 

@@ -19,11 +19,9 @@
 #include <QInputMethodEvent>
 #include <QProxyStyle>
 #include <QScreen>
-#include <QScrollArea>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
-#include <QTextDocumentFragment>
 #include <QToolTip>
 #include <QVBoxLayout>
 
@@ -47,11 +45,6 @@ void PutInColumn(QWidget& window, std::initializer_list<QWidget*> widgets)
     auto* const column = new QVBoxLayout(&window);
     for (QWidget* const widget : widgets)
         column->addWidget(widget);
-}
-
-bool IsWhole(const QWidget& control)
-{
-    return control.visibleRegion().boundingRect() == control.rect();
 }
 
 void SendKey(QWidget& widget, const QString& text)
@@ -215,36 +208,27 @@ private slots:
         QCOMPARE(dialog.pages.tabText(2), "File");
     }
 
-    static void toolTipsComeByTheirNumber()
+    static void aLongToolTipBreaksItsLines()
     {
         QDialog window;
-        QLabel label("x", &window);
         QLineEdit field(&window);
         QLineEdit missing(&window);
-        QLineEdit longest(&window);
-        label.setBuddy(&field);
-        field.setProperty(kToolTip, "20143;");
+        field.setProperty(kToolTip, "20112;"); // the longest
         missing.setProperty(kToolTip, "9999;");
-        longest.setProperty(kToolTip, "20112;");
-
         LocaliseDialog(window);
-
-        const QString tip("I comandi che riportano il modem ai valori di partenza, di solito &F.");
-        QCOMPARE(QTextDocumentFragment::fromHtml(field.toolTip()).toPlainText(), tip);
-        QCOMPARE(field.accessibleDescription(), tip);
-        QCOMPARE(label.toolTip(), field.toolTip());
-        QCOMPARE(missing.toolTip(), QString());
-
         window.show();
-        QToolTip::showText(longest.mapToGlobal(QPoint()), longest.toolTip(), &longest);
+
+        QToolTip::showText(field.mapToGlobal(QPoint()), field.toolTip(), &field);
+
         const auto windows = QApplication::topLevelWidgets();
-        const auto shown = std::ranges::find_if(windows, [](const QWidget* each) {
+        const auto tip = std::ranges::find_if(windows, [](const QWidget* each) {
             return each->isVisible() && each->windowType() == Qt::ToolTip;
         });
-        QVERIFY(shown != windows.end());
-        const QFontMetrics metrics = (*shown)->fontMetrics(); // the text is broken into lines
-        QVERIFY((*shown)->width() < metrics.horizontalAdvance(longest.accessibleDescription()));
+        QVERIFY(tip != windows.end());
+        const int oneLine = (*tip)->fontMetrics().horizontalAdvance(field.accessibleDescription());
+        QVERIFY((*tip)->width() < oneLine);
         QToolTip::hideText();
+        QCOMPARE(missing.toolTip(), QString());
     }
 
     static void aWindowIsCentredOnItsScreen()
@@ -290,37 +274,6 @@ private slots:
 
         QVERIFY(window.width() > window.fontMetrics().horizontalAdvance("Connessione modem"));
         QVERIFY(window.sizeHint().width() < window.width()); // only the title needs the width
-    }
-
-    static void contentsGetScrollBarsWhereTheScreenIsTooSmall_data()
-    {
-        QTest::addColumn<double>("part"); // of the screen's height
-        QTest::newRow("nearly the whole screen") << 0.8;
-        QTest::newRow("twice the screen") << 2.0;
-    }
-
-    static void contentsGetScrollBarsWhereTheScreenIsTooSmall()
-    {
-        QFETCH(const double, part);
-        const QScreen& screen = *QGuiApplication::primaryScreen();
-        QDialog window;
-        auto* const first = new QLineEdit; // has the focus when the window opens
-        auto* const large = new QFrame;
-        auto* const field = new QLineEdit;
-        auto* const ok = new QPushButton("OK");
-        large->setMinimumHeight(static_cast<int>(part * screen.availableSize().height()));
-        PutInColumn(window, {first, large, field, ok});
-
-        CentreDialog(window);
-        ShowActive(window);
-
-        const bool fits = part < 1;
-        QTRY_VERIFY(screen.availableGeometry().contains(window.frameGeometry()));
-        QCOMPARE(window.size() == window.sizeHint() && window.findChildren<QScrollArea*>().isEmpty(), fits);
-        QVERIFY(IsWhole(*ok));
-        QCOMPARE(IsWhole(*field), fits);
-        FocusField(*field);
-        QVERIFY(IsWhole(*field));
     }
 
     static void aWindowIsNoLargerThanTheScreen()
@@ -406,26 +359,6 @@ private slots:
             QCoreApplication::processEvents();
             QVERIFY(HasColour(fields.second, theme.color(QPalette::Active, QPalette::Text)));
         }
-    }
-
-    static void aFieldIsAsWideAsItsWidestText()
-    {
-        TwoFields fields;
-        const int byQt = fields.first.sizeHint().width();
-
-        fields.first.setWidestText("00:00");
-
-        const int text = fields.first.fontMetrics().horizontalAdvance("00:00");
-        QTRY_COMPARE(fields.first.width(), fields.first.sizeHint().width());
-        QVERIFY(fields.first.width() > text);
-        QVERIFY(fields.first.width() < std::min(2 * text, byQt));
-        // The whole text is visible: the caret at the end does not scroll it.
-        fields.first.setText("00:00");
-        fields.first.home(false);
-        const QRect atTheBegin = fields.first.inputMethodQuery(Qt::ImCursorRectangle).toRect();
-        fields.first.end(false);
-        const QRect atTheEnd = fields.first.inputMethodQuery(Qt::ImCursorRectangle).toRect();
-        QCOMPARE(atTheEnd.left() - atTheBegin.left(), text);
     }
 
     static void aSteadyLabelIsAsWideAsItsWidestText()
@@ -687,35 +620,6 @@ private slots:
         }
     }
 
-    static void codeTablesGiveTheirShownTexts()
-    {
-        QCOMPARE(ShownTexts(kHandshakes), QStringList({"Nessuno", "Software", "Hardware"}));
-        QCOMPARE(ShownTexts(kParities), QStringList({"Nessuna", "Pari", "Dispari"}));
-        QCOMPARE(ShownTexts(kDevices), QStringList({"Pabx", "Buffer", "Stratobox 1.1", "Stratobox 2.0",
-                                                    "Stratobox 3.0", "Stratobox Buffer"}));
-    }
-
-    static void theWheelMovesAListOnlyWithTheFocus()
-    {
-        QDialog window;
-        QLineEdit field;
-        QComboBox list;
-        PutInColumn(window, {&field, &list});
-        FillList(list, {"1", "2", "3"});
-        SetRow(list, 0);
-        GuardWheel(window);
-        ShowActive(window);
-
-        field.setFocus();
-        TurnWheelOver(list);
-        QCOMPARE(list.currentIndex(), 0);
-        QVERIFY(field.hasFocus());
-
-        list.setFocus();
-        TurnWheelOver(list);
-        QCOMPARE(list.currentIndex(), 1);
-    }
-
     static void aListMarksItsRows()
     {
         CheckList list;
@@ -841,50 +745,22 @@ private slots:
         QCOMPARE(box.text(), "12");
     }
 
-    static void returnInADigitsBoxPressesTheDefaultButton()
-    {
-        QDialog window;
-        DigitsEdit box(&window);
-        QPushButton ok("OK", &window);
-        ok.setDefault(true);
-        ShowActive(window);
-        box.setFocus();
-        const QSignalSpy clicks(&ok, &QPushButton::clicked);
-
-        QTest::keyClick(&box, Qt::Key_Return);
-
-        QCOMPARE(clicks.count(), 1);
-    }
-
     // Paths and texts
-    static void pathsAndNamesAreConverted_data()
-    {
-        using Convert = QString (*)(const QJsonValue&);
-        QTest::addColumn<QString>("converted");
-        QTest::addColumn<QString>("expected");
-        const std::vector<std::pair<const char*, Convert>> conversions{
-            {"trim", [](const QJsonValue& given) { return TrimBlanks(given["in"].toString()); }},
-            {"upper_case", [](const QJsonValue& given) { return UpperCase(given["in"].toString()); }},
-            {"proper_case_path",
-             [](const QJsonValue& given) { return ProperCasePath(given["in"].toString()); }},
-            {"capitalise_after_separator",
-             [](const QJsonValue& given) {
-                 const QChar separator = given["separator"].toString().front();
-                 return CapitaliseAfter(given["text"].toString(), separator);
-             }},
-        };
-        for (const auto& [list, convert] : conversions) {
-            for (const QJsonValue given : Vectors(list))
-                QTest::newRow(list) << convert(given) << given["out"].toString();
-        }
-        // Words end at blanks and line ends only.
-        QTest::newRow("words") << ProperCasePath("a.b 1c\td\u00a0e-f'g") << "A.b 1c\tD\u00a0e-f'g";
-    }
-
     static void pathsAndNamesAreConverted()
     {
-        QFETCH(const QString, converted);
-        QTEST(converted, "expected");
+        using Convert = QString (*)(const QString&);
+        const std::vector<std::pair<const char*, Convert>> conversions{
+            {"trim", TrimBlanks}, {"upper_case", UpperCase}, {"proper_case_path", ProperCasePath}};
+        for (const auto& [list, convert] : conversions) {
+            for (const QJsonValue given : Vectors(list))
+                QCOMPARE(convert(given["in"].toString()), given["out"].toString());
+        }
+        for (const QJsonValue given : Vectors("capitalise_after_separator")) {
+            const QChar separator = given["separator"].toString().front();
+            QCOMPARE(CapitaliseAfter(given["text"].toString(), separator), given["out"].toString());
+        }
+        // Words end at blanks and line ends only.
+        QCOMPARE(ProperCasePath("a.b 1c\td\u00a0e-f'g"), "A.b 1c\tD\u00a0e-f'g");
     }
 
     static void joinsPaths()
