@@ -1,8 +1,8 @@
 #include "tests/support/listed_sites.h"
 
 #include "app/frmSiti.h"
+#include "core/file/code_page.h"
 #include "core/site/site_list.h"
-#include "tests/support/page_text.h"
 #include "tests/support/reference_profile.h"
 
 namespace corvrec
@@ -13,9 +13,9 @@ namespace
 
 constexpr std::size_t kListSize = 500; // the program's buffer for each read
 
-QString Entry(const QString& code, const QString& name)
+QString Entry(const std::string& code, const std::string& name)
 {
-    return code + " = " + name;
+    return QString::fromStdString(code + " = " + name);
 }
 
 } // namespace
@@ -24,7 +24,7 @@ QStringList ListedSites(const frmSiti& list)
 {
     QStringList listed;
     for (const SiteRow& row : list.Sites())
-        listed.append(Entry(QString::fromStdString(row.code), QString::fromStdString(row.name)));
+        listed.append(Entry(row.code, row.name));
     return listed;
 }
 
@@ -32,7 +32,7 @@ QStringList ListedSites(ProfileFile& file)
 {
     QStringList listed;
     for (const SiteRow& site : ListSites(file))
-        listed.append(Entry(QString::fromStdString(site.code), QString::fromStdString(site.name)));
+        listed.append(Entry(site.code, site.name));
     return listed;
 }
 
@@ -44,7 +44,7 @@ QStringList ListedSites(const ReferenceProfile& file)
     for (std::size_t end = codes.find('\0'); end != std::string::npos; end = codes.find('\0', begin)) {
         const std::string code = codes.substr(begin, end - begin); // a code without its NUL is cut: no site
         const std::string name = file.Read("Siti", code, kListSize).value_or("-CaVacca-");
-        listed.append(Entry(PageText(code), name == "-CaVacca-" ? "0" : PageText(name)));
+        listed.append(Entry(Utf8FromCp1252(code), name == "-CaVacca-" ? "0" : Utf8FromCp1252(name)));
         begin = end + 1;
     }
     return listed;
