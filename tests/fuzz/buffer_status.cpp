@@ -6,8 +6,7 @@
 
 #include "core/file/code_page.h"
 #include "core/site/conversions.h"
-#include "tests/fuzz/check.h"
-#include "tests/fuzz/fields.h"
+#include "tests/fuzz/fuzzing.h"
 
 #include <algorithm>
 #include <chrono>

@@ -8,8 +8,7 @@
 #include "core/file/section.h"
 #include "core/site/site_keys.h"
 #include "core/site/site_list.h"
-#include "tests/fuzz/check.h"
-#include "tests/fuzz/fields.h"
+#include "tests/fuzz/fuzzing.h"
 #include "tests/fuzz/text_profile.h"
 #include "tests/support/reference_profile.h"
 

@@ -5,8 +5,7 @@
 // "##:##|t8|t:|p30|s0|2|t12|b|d".
 
 #include "core/masked_text.h"
-#include "tests/fuzz/check.h"
-#include "tests/fuzz/fields.h"
+#include "tests/fuzz/fuzzing.h"
 
 #include <algorithm>
 #include <string>

@@ -1,6 +1,6 @@
 #include "tests/fuzz/memory_calls.h"
 
-#include "tests/fuzz/check.h"
+#include "tests/fuzz/fuzzing.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -5,7 +5,7 @@
 #include "core/site/modem_catalogue.h"
 
 #include "core/file/code_page.h"
-#include "tests/fuzz/check.h"
+#include "tests/fuzz/fuzzing.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -7,8 +7,7 @@
 #include "core/file/section.h"
 #include "core/site/conversions.h"
 #include "core/site/site_keys.h"
-#include "tests/fuzz/check.h"
-#include "tests/fuzz/fields.h"
+#include "tests/fuzz/fuzzing.h"
 #include "tests/fuzz/text_profile.h"
 
 #include <algorithm>

@@ -4,8 +4,7 @@
 // Input: the file's bytes, then operations, all separated by '|'. An operation is a letter and its
 // parameters, the first of them directly after the letter: "[Siti]\nA=1|rSiti|A|missing|100|wSiti|B|two".
 
-#include "tests/fuzz/check.h"
-#include "tests/fuzz/fields.h"
+#include "tests/fuzz/fuzzing.h"
 #include "tests/fuzz/memory_calls.h"
 #include "tests/support/reference_profile.h"
 

@@ -2,7 +2,7 @@
 //
 // Input: the tag in UTF-8.
 
-#include "tests/fuzz/check.h"
+#include "tests/fuzz/fuzzing.h"
 #include "ui/widgets/texts.h"
 
 #include <cstddef>

@@ -4,11 +4,22 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <string_view>
 #include <utility>
 
 namespace corvrec::fuzz
 {
+
+// Prints what does not hold and aborts, which the fuzzer reports as a finding.
+inline void Check(bool holds, const char* what)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "Does not hold: %s\n", what);
+    std::abort();
+}
 
 // Splits the input at each '|', so that it is readable and easy for the fuzzer to extend. '|' has no meaning
 // in any tested grammar, so nothing is missed.
