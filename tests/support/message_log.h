@@ -1,7 +1,11 @@
 #pragma once
 
-#include <QObject>
+#include <QApplication>
+#include <QEvent>
+#include <QMessageBox>
 #include <QStringList>
+#include <QTest>
+#include <QTimer>
 
 namespace corvrec
 {
@@ -11,11 +15,19 @@ namespace corvrec
 class MessageLog : public QObject
 {
 public:
-    MessageLog();
+    MessageLog() { qApp->installEventFilter(this); }
 
     [[nodiscard]] const QStringList& Texts() const { return texts_; }
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* const box = qobject_cast<QMessageBox*>(watched);
+        if (box != nullptr && event->type() == QEvent::Show) {
+            texts_.append(box->text());
+            QTimer::singleShot(0, box, [box] { QTest::keyClick(box, Qt::Key_Return); });
+        }
+        return QObject::eventFilter(watched, event);
+    }
 
 private:
     QStringList texts_;
