@@ -1,10 +1,10 @@
+#include "tests/support/cases.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/probed_calls.h"
 #include "tests/support/registered_test.h"
 #include "tests/support/site_window.h"
-#include "tests/support/vectors.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -313,26 +313,20 @@ private slots:
         }
     }
 
-    static void commandsActOnTheMarkedRow_data()
-    {
-        QTest::addColumn<Gesture>("gesture");
-        for (const Gesture& gesture : kGestures)
-            QTest::newRow(gesture.name) << gesture;
-    }
-
+    static void commandsActOnTheMarkedRow_data() { AddCases(kGestures); }
     static void commandsActOnTheMarkedRow()
     {
-        QFETCH(const Gesture, gesture);
+        QFETCH(const Gesture, given);
         SiteList window(SettingsWith({"A", "B", "C"}));
         QTest::mouseClick(window.Grid().horizontalHeader()->viewport(), Qt::LeftButton); // marks nothing
         window.Press(Qt::Key_Down);
 
-        Make(gesture, window);
+        Make(given, window);
 
         const QModelIndexList rows = window.Grid().selectionModel()->selectedRows(1);
         QCOMPARE(rows.size(), 1);
-        QCOMPARE(rows.constFirst().data().toString(), gesture.marked);
-        QCOMPARE(window.Selected(), gesture.marked);
+        QCOMPARE(rows.constFirst().data().toString(), given.marked);
+        QCOMPARE(window.Selected(), given.marked);
         QCOMPARE(window.CurrentRow(), rows.constFirst().row());
     }
 

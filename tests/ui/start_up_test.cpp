@@ -151,43 +151,37 @@ private slots:
         QCOMPARE(place.Settings().Bytes(), SettingsWith({"A", "B"}));
     }
 
-    static void heldKeyActsOnce_data()
-    {
-        QTest::addColumn<Repeat>("repeat");
-        QTest::newRow("marked as a repeat") << Repeat::marked;
-        QTest::newRow("released and pressed at the same time") << Repeat::ofTheSameTime;
-    }
-
     static void heldKeyActsOnce()
     {
-        QFETCH(const Repeat, repeat);
-        Place place(SettingsWith({"A"}));
+        for (const Repeat repeat : {Repeat::marked, Repeat::ofTheSameTime}) {
+            Place place(SettingsWith({"A"}));
 
-        place.Run([repeat](frmSiti& list) {
-            QVERIFY(QTest::qWaitForWindowActive(&list, kPatienceMs));
-            const ModalVisit<frmDettaglio> editor([repeat](frmDettaglio& window) {
-                PressAgain(window, Qt::Key_Return, repeat); // would press OK
-                QVERIFY(window.isVisible());
-                const ModalVisit<frmFileAvanzate> alerts([repeat, &window](frmFileAvanzate& dialog) {
-                    QTest::keyClick(&dialog, Qt::Key_Escape);
-                    QVERIFY(!dialog.isVisible());
-                    PressAgain(window, Qt::Key_Escape, repeat);
+            place.Run([repeat](frmSiti& list) {
+                QVERIFY(QTest::qWaitForWindowActive(&list, kPatienceMs));
+                const ModalVisit<frmDettaglio> editor([repeat](frmDettaglio& window) {
+                    PressAgain(window, Qt::Key_Return, repeat); // would press OK
                     QVERIFY(window.isVisible());
+                    const ModalVisit<frmFileAvanzate> alerts([repeat, &window](frmFileAvanzate& dialog) {
+                        QTest::keyClick(&dialog, Qt::Key_Escape);
+                        QVERIFY(!dialog.isVisible());
+                        PressAgain(window, Qt::Key_Escape, repeat);
+                        QVERIFY(window.isVisible());
+                    });
+                    SiteWindow::Part<QPushButton>(window, "cmdFileAvanzate").click();
+                    QTest::keyClick(&window, Qt::Key_Escape);
                 });
-                SiteWindow::Part<QPushButton>(window, "cmdFileAvanzate").click();
-                QTest::keyClick(&window, Qt::Key_Escape);
+                QTest::keyClick(&SiteWindow::Part<QTableView>(list, "dgrdGrigliaSiti"), Qt::Key_Return);
+                if (QTest::currentTestFailed())
+                    return;
+                PressAgain(list, Qt::Key_Return, repeat); // would open the site again
+                QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
+                QTest::keyClick(&list, Qt::Key_F1);
+                PressAgain(WindowNamed("frmGuida"), Qt::Key_Escape, repeat);
+                QVERIFY(IsGuideShown());
             });
-            QTest::keyClick(&SiteWindow::Part<QTableView>(list, "dgrdGrigliaSiti"), Qt::Key_Return);
-            if (QTest::currentTestFailed())
-                return;
-            PressAgain(list, Qt::Key_Return, repeat); // would open the site again
-            QVERIFY(!list.findChild<frmDettaglio*>()->isVisible());
-            QTest::keyClick(&list, Qt::Key_F1);
-            PressAgain(WindowNamed("frmGuida"), Qt::Key_Escape, repeat);
-            QVERIFY(IsGuideShown());
-        });
 
-        QCOMPARE(place.Settings().Bytes(), SettingsWith({"A"}));
+            QCOMPARE(place.Settings().Bytes(), SettingsWith({"A"}));
+        }
     }
 
     static void fileWithoutComEndsTheProgramUnseen_data()

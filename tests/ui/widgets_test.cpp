@@ -374,75 +374,58 @@ private slots:
         }
     }
 
-    static void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage_data()
-    {
-        QTest::addColumn<bool>("shown");
-        QTest::newRow("before the first show") << false;
-        QTest::newRow("shown") << true;
-    }
-
     static void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage()
     {
-        QFETCH(const bool, shown);
-        PagedDialog dialog;
-        if (shown)
-            ShowActive(dialog.window);
-        const auto check = [&dialog](QWidget& field, int page, const QWidget& focused) {
-            FocusField(field);
-            QCOMPARE(dialog.pages.currentIndex(), page);
-            QCOMPARE(dialog.window.focusWidget(), &focused);
-        };
+        for (const bool shown : {false, true}) {
+            PagedDialog dialog;
+            if (shown)
+                ShowActive(dialog.window);
+            const auto check = [&dialog](QWidget& field, int page, const QWidget& focused) {
+                FocusField(field);
+                QCOMPARE(dialog.pages.currentIndex(), page);
+                QCOMPARE(dialog.window.focusWidget(), &focused);
+            };
 
-        check(dialog.file, 2, dialog.file);
-        check(dialog.name, 2, dialog.name);
-        dialog.time.setEnabled(false);
-        check(dialog.time, 1, dialog.check);
-        dialog.file.hide();
-        check(dialog.file, 2, dialog.log);
-        dialog.file.show();
-        dialog.group.setEnabled(false);
-        check(dialog.file, 2, dialog.log);
-        dialog.name.setEnabled(false);
-        check(dialog.name, 2, *dialog.pages.tabBar());
-    }
-
-    static void movedFocusSendsItsEventsOnce_data()
-    {
-        QTest::addColumn<bool>("afterABox");
-        QTest::newRow("in the active window") << false;
-        QTest::newRow("after a message box") << true;
+            check(dialog.file, 2, dialog.file);
+            check(dialog.name, 2, dialog.name);
+            dialog.time.setEnabled(false);
+            check(dialog.time, 1, dialog.check);
+            dialog.file.hide();
+            check(dialog.file, 2, dialog.log);
+            dialog.file.show();
+            dialog.group.setEnabled(false);
+            check(dialog.file, 2, dialog.log);
+            dialog.name.setEnabled(false);
+            check(dialog.name, 2, *dialog.pages.tabBar());
+        }
     }
 
     // With a window manager, the dialog is not yet active when its message box has closed.
     static void movedFocusSendsItsEventsOnce()
     {
-        QFETCH(const bool, afterABox);
-        PagedDialog dialog;
-        ShowActive(dialog.window);
-        dialog.name.setFocus();
         const QList<QEvent::Type> got{QEvent::FocusIn};
         const QList<QEvent::Type> gotAndLeft{QEvent::FocusIn, QEvent::FocusOut};
-        const Events name(dialog.name, gotAndLeft);
-        const Events file(dialog.file, gotAndLeft);
-        const auto showBox = [&] {
-            MessageProbe box(Qt::Key_Return);
-            ShowMessage(&dialog.window, "testo");
-            QCOMPARE(box.text(), "testo");
-        };
-
-        for (QWidget* const field : {&dialog.name, &dialog.file}) {
-            if (afterABox)
-                showBox();
-            FocusField(*field);
-            QCOMPARE(name.Seen(),
-                     field == &dialog.name ? got : gotAndLeft); // not left when it keeps the focus
-            QCOMPARE(file.Seen(), field == &dialog.name ? QList<QEvent::Type>() : got);
+        for (const bool afterABox : {false, true}) {
+            PagedDialog dialog;
             ShowActive(dialog.window);
+            dialog.name.setFocus();
+            const Events name(dialog.name, gotAndLeft);
+            const Events file(dialog.file, gotAndLeft);
+            for (QWidget* const field : {&dialog.name, &dialog.file}) {
+                if (afterABox) {
+                    const MessageProbe box(Qt::Key_Return);
+                    ShowMessage(&dialog.window, "testo");
+                }
+                FocusField(*field);
+                const bool isFile = field == &dialog.file;
+                QCOMPARE(name.Seen(), isFile ? gotAndLeft : got); // not left when it keeps the focus
+                QCOMPARE(file.Seen(), isFile ? got : QList<QEvent::Type>());
+                ShowActive(dialog.window);
+            }
+            QCOMPARE(QApplication::focusWidget(), &dialog.file);
+            QCOMPARE(name.Seen(), gotAndLeft);
+            QCOMPARE(file.Seen(), got);
         }
-
-        QCOMPARE(QApplication::focusWidget(), &dialog.file);
-        QCOMPARE(name.Seen(), gotAndLeft);
-        QCOMPARE(file.Seen(), got);
     }
 
     static void theFirstControlInTabOrderGetsTheFocus()
