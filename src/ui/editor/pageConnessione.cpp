@@ -15,10 +15,7 @@
 
 #include <QFocusEvent>
 
-#include <algorithm>
-#include <array>
-#include <cassert>
-#include <utility>
+#include <map>
 
 namespace corvrec
 {
@@ -145,16 +142,12 @@ void pageConnessione::FillFlowCharacters()
 
 QWidget& pageConnessione::FieldOf(std::string_view key)
 {
-    const std::array<std::pair<std::string_view, QWidget*>, 5> fields{{
-        {"Dispositivo", ui_->cboTipoConn},
-        {"Handshake", ui_->cboHandS},
-        {"Xon", ui_->txtXon},
-        {"Xoff", ui_->txtXoff},
-        {"Parita", ui_->cboParita},
-    }};
-    const auto* const field = std::ranges::find(fields, key, &std::pair<std::string_view, QWidget*>::first);
-    assert(field != fields.end());
-    return *field->second;
+    const std::map<std::string_view, QWidget*> fields{{"Dispositivo", ui_->cboTipoConn},
+                                                      {"Handshake", ui_->cboHandS},
+                                                      {"Xon", ui_->txtXon},
+                                                      {"Xoff", ui_->txtXoff},
+                                                      {"Parita", ui_->cboParita}};
+    return *fields.at(key);
 }
 
 bool pageConnessione::eventFilter(QObject* watched, QEvent* event)

@@ -41,7 +41,7 @@ public:
     // Runs the rules for leaving Xon and Xoff, wherever the focus is.
     void FillFlowCharacters();
 
-    // The field of a key without whose value a save stops.
+    // The field of a key without whose value a save stops. Throws std::out_of_range for any other key.
     QWidget& FieldOf(std::string_view key);
 
 protected:
