@@ -1,6 +1,6 @@
 // Peak heap use of reading, for any content of a file. Counted in bytes, so it does not depend on timing.
-#include "core/file/ini_text.h"
 #include "core/site/modem_catalogue.h"
+#include "tests/fuzz/text_profile.h"
 #include "tests/support/settings_file.h"
 
 #include <algorithm>
@@ -125,42 +125,21 @@ class Memory : public testing::TestWithParam<Content>
 {
 };
 
-TEST_P(Memory, OfATextIsAtMostTenTimesItsBytes)
+TEST_P(Memory, OfATextOrAFileIsAtMostTenTimesItsBytes)
 {
     const std::string bytes = GetParam().bytes();
-    const auto takes = [&](const std::function<void(IniText&)>& use) {
-        const std::size_t peak = PeakOf([&] {
-            IniText text(bytes);
-            use(text);
-        });
-        EXPECT_LE(peak, 10 * bytes.size());
+    const SettingsFile place(bytes);
+    const auto takes = [&](const std::function<void(ProfileFile&)>& use) {
+        EXPECT_LE(PeakOf([&] {
+                      fuzz::TextProfile text(bytes);
+                      use(text);
+                  }),
+                  10 * bytes.size());
+        place.Rewrite(bytes);
+        EXPECT_LE(PeakOf([&] { use(*OpenProfileFile(place.Path())); }), 10 * bytes.size());
     };
 
     for (const char* const section : {"", "[", "A", "zzz"}) {
-        SCOPED_TRACE(section);
-        takes([&](IniText& text) {
-            text.Read(section, "", "none", 100);
-            text.Keys(section, "none", 65536);
-            text.Apply(text.Put(section, "", "1").value_or(Edit{}));
-            text.Apply(text.Put(section, "key", "1").value_or(Edit{}));
-            text.Apply(text.Put("new", "key", "1").value_or(Edit{}));
-            text.Apply(text.EraseKey(section, "").value_or(Edit{}));
-        });
-        takes([&](IniText& text) { text.Apply(text.EraseSection(section).value_or(Edit{})); });
-    }
-}
-
-TEST_P(Memory, OfAFileIsAtMostTenTimesItsSize)
-{
-    const SettingsFile place;
-    place.Rewrite(GetParam().bytes());
-    const auto takes = [&](const std::function<void(ProfileFile&)>& use) {
-        // Erasing the key without a name may shrink the file to almost nothing.
-        const std::size_t size = std::max(std::filesystem::file_size(place.Path()), kMebibyte / 4);
-        EXPECT_LE(PeakOf([&] { use(*OpenProfileFile(place.Path())); }), 10 * size);
-    };
-
-    for (const char* const section : {"", "A"}) {
         SCOPED_TRACE(section);
         takes([&](ProfileFile& file) {
             file.Read(section, "", "none", 100);

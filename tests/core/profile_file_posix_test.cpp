@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
@@ -14,7 +13,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <vector>
 
@@ -78,10 +76,22 @@ public:
         calls.ForgetMade();
     }
 
+    // The calls that the next read makes.
+    std::vector<std::string> CallsOfARead()
+    {
+        calls.ForgetMade();
+        profile->Read("General", "Com", "", 100);
+        return calls.Made();
+    }
+
     ProbedCalls calls;
     SettingsFile file;
     std::unique_ptr<ProfileFile> profile;
 };
+
+const std::vector<std::string> kTrusted{"stat"};
+const std::vector<std::string> kCompared{"stat", "open", "pread", "fstat", "close"};
+const std::vector<std::string> kComparedAndFoundLocal{"stat", "open", "pread", "fstat", "fstatfs", "close"};
 
 // An operation on the trusted file, and the system calls that it makes.
 struct Cost {
@@ -137,40 +147,23 @@ TEST(ProfileFileCost, IsTheseCallsForATrustedSnapshot)
     }
 }
 
-TEST(ProfileFileCost, AReadOfAYoungFileComparesItsBytes)
+TEST(ProfileFileCost, AYoungFileIsComparedEachTimeAndAnAgedOneOnce)
 {
     Probed probed(SampleBytes());
-    probed.profile->Read("General", "Com", "", 100);
-    probed.calls.ForgetMade();
+    probed.CallsOfARead();
 
-    EXPECT_EQ(probed.profile->Read("DD", "Chiave33", "none", 100), "DD value");
-    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
-}
-
-// Another program may have written in the same tick.
-TEST(ProfileFileCost, AReadAfterAWriteComparesTheBytes)
-{
-    Probed probed(SampleBytes());
-    probed.Trust();
-    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM2"));
-    probed.calls.ForgetMade();
-
-    EXPECT_EQ(probed.profile->Read("General", "Com", "none", 100), "COM2");
-    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "fstatfs", "close"));
-}
-
-TEST(ProfileFileCost, AFileThatHasAgedIsComparedOnce)
-{
-    Probed probed(SampleBytes());
-    probed.profile->Read("General", "Com", "", 100);
-    probed.calls.ForgetMade();
+    EXPECT_EQ(probed.CallsOfARead(), kCompared);
     probed.calls.LetFilesAge();
+    EXPECT_EQ(probed.CallsOfARead(), kComparedAndFoundLocal);
+    EXPECT_EQ(probed.CallsOfARead(), kTrusted);
 
-    probed.profile->Read("General", "Com", "", 100);
-    probed.profile->Read("General", "Com", "", 100);
+    // Writing an equal value does not change the file, so the snapshot stays valid.
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM1"));
+    EXPECT_EQ(probed.CallsOfARead(), kTrusted);
 
-    EXPECT_THAT(probed.calls.Made(),
-                ElementsAre("stat", "open", "pread", "fstat", "fstatfs", "close", "stat"));
+    // After a change another program may have written in the same tick.
+    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM2"));
+    EXPECT_EQ(probed.CallsOfARead(), kComparedAndFoundLocal);
 }
 
 // Times in whole seconds may come from a file system that has no finer ones.
@@ -182,44 +175,26 @@ TEST(ProfileFileCost, AFileWithATimeInWholeSecondsIsComparedForTwoSeconds)
     timespec clock = StatusOf(probed.file.Path()).st_ctim;
     clock.tv_sec += 1;
     probed.calls.SetFileClock(clock);
-    probed.profile->Read("General", "Com", "", 100);
-    probed.calls.ForgetMade();
-
-    probed.profile->Read("General", "Com", "", 100);
-    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
+    probed.CallsOfARead();
+    EXPECT_EQ(probed.CallsOfARead(), kCompared);
 
     clock.tv_sec += 2;
     probed.calls.SetFileClock(clock);
-    probed.profile->Read("General", "Com", "", 100);
-    probed.calls.ForgetMade();
-
-    probed.profile->Read("General", "Com", "", 100);
-    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat"));
+    probed.CallsOfARead();
+    EXPECT_EQ(probed.CallsOfARead(), kTrusted);
 }
 
-TEST(ProfileFileCost, AFileOfAnotherMachineIsComparedEachTime)
+TEST(ProfileFileCost, AFileOfAnotherMachineOrOfAnUnknownFileSystemIsComparedEachTime)
 {
     constexpr std::uint32_t nfs = 0x6969;
-    Probed probed(SampleBytes());
-    probed.calls.SetFileSystemType(nfs);
-    probed.Trust();
-
-    probed.profile->Read("General", "Com", "", 100);
-
-    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
-}
-
-// Writing an equal value does not change the file, so the snapshot stays valid.
-TEST(ProfileFileCost, AnEqualValueKeepsTheSnapshotTrusted)
-{
-    Probed probed(SampleBytes());
-    probed.Trust();
-    EXPECT_TRUE(probed.profile->Write("General", "Com", "COM1"));
-    probed.calls.ForgetMade();
-
-    probed.profile->Read("General", "Com", "", 100);
-
-    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat"));
+    Probed remote(SampleBytes());
+    remote.calls.SetFileSystemType(nfs);
+    Probed unknown(SampleBytes());
+    unknown.calls.FailAll("fstatfs", EIO);
+    for (Probed* const probed : {&remote, &unknown}) {
+        probed->Trust();
+        EXPECT_EQ(probed->CallsOfARead(), kCompared);
+    }
 }
 
 TEST(ProfileFileCost, OfAValueOfTheSameLengthOnlyWhatDiffersIsWritten)
@@ -271,17 +246,6 @@ TEST(ProfileFileCost, FlushContinuesWithoutADirectoryThatCannotBeOpened)
     probed.profile->Flush();
 
     EXPECT_THAT(probed.calls.Made(), ElementsAre("open", "fdatasync", "open", "close"));
-}
-
-TEST(ProfileFileCost, AFileSystemOfUnknownTypeIsNotTrusted)
-{
-    Probed probed(SampleBytes());
-    probed.calls.FailAll("fstatfs", EIO);
-    probed.Trust();
-
-    probed.profile->Read("General", "Com", "", 100);
-
-    EXPECT_THAT(probed.calls.Made(), ElementsAre("stat", "open", "pread", "fstat", "close"));
 }
 
 TEST(ProfileFileFailures, AFailedReadGivesTheFallbackAndTheNextOneTheValue)
@@ -362,26 +326,6 @@ TEST(ProfileFileFailures, AnUnsupportedReservationIsReplacedByFiller)
 
         EXPECT_EQ(probed.file.Bytes(), SampleBytes() + "    \r\n");
     }
-}
-
-TEST(ProfileFileFailures, AFileSizeLimitIsAnErrorLikeAnyOther)
-{
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit oldLimit{};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &oldLimit), 0);
-    Probed probed(SampleBytes());
-    rlimit limit = oldLimit;
-    limit.rlim_cur = SampleBytes().size() + 5;
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-
-    const bool isAppended = probed.profile->Write("NA", "Ogni", "1");
-    const bool isMoved = probed.profile->Write("General", "Com", "COM1234567");
-
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &oldLimit), 0);
-    std::signal(SIGXFSZ, oldHandler);
-    EXPECT_FALSE(isAppended);
-    EXPECT_FALSE(isMoved);
-    EXPECT_EQ(probed.file.Bytes(), SampleBytes());
 }
 
 TEST(ProfileFileOnDisk, ALinkStaysALink)
