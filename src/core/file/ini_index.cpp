@@ -3,7 +3,6 @@
 #include "core/file/letter_case.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace corvrec::ini
 {
@@ -45,17 +44,62 @@ Entries ScanSections(std::string_view units, Span span)
     return found;
 }
 
-// section: the text from a header line to the next header.
-Entries ScanKeys(std::string_view section)
+Span Moved(Span span, std::size_t distance)
 {
-    Entries lines;
-    for (Line line = LineAt(section, 0); line.begin < section.size(); line = LineAt(section, line.end)) {
+    return {span.begin + distance, span.end + distance};
+}
+
+// Adds the key lines from `begin` on, the beginning of a line, to `lines`. `section` is the text from a
+// header line to the next header.
+void ScanKeys(std::string_view section, std::size_t begin, Entries& lines)
+{
+    for (Line line = LineAt(section, begin); line.begin < section.size(); line = LineAt(section, line.end)) {
         if (KindOf(section, line) != LineKind::key)
             continue;
         const Span name = KeyName(section, line.begin);
         lines.push_back({.begin = Narrow(line.begin), .hash = HashOf(Slice(section, name))});
     }
-    return lines;
+}
+
+// Adds the names of the lines from `first` on; of all lines when the table has no room for the new ones.
+void AddNames(const Text& text, Span section, std::size_t first, KeyIndex& keys)
+{
+    const std::string_view units = Slice(text.units, section);
+    const auto nameOf = [&](std::size_t line) { return KeyName(units, keys.lines[line].begin); };
+    const std::size_t names = MostNames(keys.lines.size(), units.size());
+    if (first == 0 || !keys.names.HasRoomFor(names)) {
+        keys.names.Reserve(names);
+        first = 0;
+    }
+    for (std::size_t i = first; i < keys.lines.size(); ++i) {
+        if (!text.wide.empty() && !text.IsExact(Moved(nameOf(i), section.begin)))
+            continue;
+        keys.names.AddFirst(keys.lines, i, [&](std::size_t other) {
+            return EqualIgnoringCase(Slice(units, nameOf(other)), Slice(units, nameOf(i)));
+        });
+    }
+}
+
+// Follows a change inside the section, `change` units after its beginning: a value, a new line or a
+// removed one. Scans again only what follows the change and the line before it, which may have got its
+// line end.
+void ChangeKeys(const Text& text, Span section, std::size_t change, KeyIndex& keys)
+{
+    Entries& lines = keys.lines;
+    const auto next =
+        std::upper_bound(lines.begin(), lines.end(), change,
+                         [](std::size_t place, const Entry& line) { return place < line.begin; });
+    const std::size_t had = lines.size();
+    const bool isInLast = had > 0 && change >= lines.back().begin;
+    // Start at the line before the last one that begins no later than the change.
+    const auto first = next - std::min<std::ptrdiff_t>(next - lines.begin(), 2);
+    const std::size_t begin = first == lines.begin() ? 0 : first->begin;
+    lines.erase(first, lines.end());
+    ScanKeys(Slice(text.units, section), begin, lines);
+
+    // The name table stays valid when only a value changed, or when lines were added after the last name.
+    const bool namesStand = lines.size() == had || (lines.size() > had && isInLast);
+    AddNames(text, section, namesStand ? had : 0, keys);
 }
 
 } // namespace
@@ -86,18 +130,8 @@ const KeyIndex& Index::KeysOf(const Text& text, std::size_t section)
         keys_.clear();
     KeyIndex& keys = keys_[section];
     const Span span = SpanOf(text, section);
-    const std::string_view units = Slice(text.units, span);
-    const auto nameOf = [&](std::size_t line) { return KeyName(units, keys.lines[line].begin); };
-    keys.lines = ScanKeys(units);
-    keys.names.Reserve(MostNames(keys.lines.size(), units.size()));
-    for (std::size_t i = 0; i < keys.lines.size(); ++i) {
-        const Span name = nameOf(i);
-        if (!text.IsExact({span.begin + name.begin, span.begin + name.end}))
-            continue;
-        keys.names.AddFirst(keys.lines, i, [&](std::size_t other) {
-            return EqualIgnoringCase(Slice(units, nameOf(other)), Slice(units, name));
-        });
-    }
+    ScanKeys(Slice(text.units, span), 0, keys.lines);
+    AddNames(text, span, 0, keys);
     return keys;
 }
 
@@ -126,16 +160,13 @@ void Index::Change(const Text& text, Span removed, std::size_t inserted)
     const std::size_t end = last == sections_.end() ? text.units.size() : last->begin;
 
     const Entries found = ScanSections(text.units, {begin, end});
-    const bool isWithinOne = last - first == 1 && found.size() == 1 && first->begin == found[0].begin;
-    if (isWithinOne) {
-        keys_.erase(static_cast<std::size_t>(first - sections_.begin()));
+    if (last - first == 1 && found.size() == 1 && first->begin == found[0].begin) {
+        const auto known = keys_.find(static_cast<std::size_t>(first - sections_.begin()));
+        if (known != keys_.end())
+            ChangeKeys(text, {begin, end}, removed.begin - begin, known->second);
         return;
     }
     keys_.clear();
-    if (std::ssize(found) == last - first) {
-        std::ranges::copy(found, first); // an edit can add or remove headers, but never renames one
-        return;
-    }
     const auto place = sections_.erase(first, last);
     sections_.insert(place, found.begin(), found.end());
     IndexNames(text);
@@ -150,11 +181,10 @@ void Index::IndexNames(const Text& text)
 {
     names_.Reserve(MostNames(sections_.size(), text.units.size()));
     for (std::size_t i = 0; i < sections_.size(); ++i) {
-        const Span name = HeaderName(text.units, sections_[i].begin);
-        if (!text.IsExact(name))
+        if (!text.wide.empty() && !text.IsExact(HeaderName(text.units, sections_[i].begin)))
             continue;
         names_.AddFirst(sections_, i, [&](std::size_t other) {
-            return EqualIgnoringCase(NameOf(text, other), Slice(text.units, name));
+            return EqualIgnoringCase(NameOf(text, other), NameOf(text, i));
         });
     }
 }

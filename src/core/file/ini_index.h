@@ -18,8 +18,7 @@ struct KeyIndex {
     NameTable names;
 };
 
-// Where sections and keys are. Every function is given the text that the index describes. A section's keys
-// are parsed at the first question about them.
+// Where sections and keys are. Every function is given the text that the index describes.
 class Index
 {
 public:

@@ -71,7 +71,6 @@ IniText::IniText(std::string bytes)
 
 IniText::~IniText() = default;
 IniText::IniText(IniText&& other) noexcept = default;
-IniText& IniText::operator=(IniText&& other) noexcept = default;
 
 ini::Text IniText::Text() const
 {

@@ -42,7 +42,6 @@ public:
     explicit IniText(std::string bytes = {});
     ~IniText();
     IniText(IniText&& other) noexcept;
-    IniText& operator=(IniText&& other) noexcept;
 
     [[nodiscard]] const std::string& Bytes() const { return bytes_; }
 

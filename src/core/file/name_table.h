@@ -35,6 +35,8 @@ public:
         slots_.assign(4 + names + names / 2, 0);
     }
 
+    [[nodiscard]] bool HasRoomFor(std::size_t names) const { return slots_.size() >= 4 + names + names / 3; }
+
     // isSame(index): whether an entry with the same hash has the same name.
     template <typename IsSame>
     void AddFirst(const Entries& entries, std::size_t index, IsSame isSame)
