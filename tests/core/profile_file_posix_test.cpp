@@ -365,6 +365,18 @@ TEST(ProfileFileOnDisk, ANewFileHasTheModeThatTheUmaskLeaves)
     EXPECT_EQ(StatusOf(file.Path()).st_mode & 07777U, 0640U);
 }
 
+TEST(ProfileFileOnDisk, IsWritableWhereItsFileOrOtherwiseItsDirectoryIs)
+{
+    Probed probed("[A]\r\n");
+    EXPECT_TRUE(probed.profile->IsWritable());
+    probed.calls.DenyWriting(EACCES);
+    EXPECT_FALSE(probed.profile->IsWritable());
+
+    const SettingsFile missing;
+    EXPECT_TRUE(OpenProfileFile(missing.Path())->IsWritable());
+    EXPECT_FALSE(OpenProfileFile(missing.Directory() / "missing" / "Corvrec.ini")->IsWritable());
+}
+
 TEST(ProfileFileOnDisk, AFifoIsNeitherReadNorWrittenNorWaitedFor)
 {
     SettingsFile file;

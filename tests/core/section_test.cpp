@@ -99,6 +99,11 @@ TEST(Section, ReportsFailures)
     EXPECT_THAT(file.writes, ElementsAre("[UFF]Baud=9600", "delete [UFF]Baud", "delete [UFF]"));
 }
 
+TEST(AsStored, IsWhatALaterReadGives)
+{
+    EXPECT_EQ(AsStored("a\r\nà€Ж"), "aà€?");
+}
+
 TEST(WithoutLineBreaks, KeepsEverythingElse)
 {
     EXPECT_EQ(WithoutLineBreaks("\r\n a\tb\0c è\r"s), " a\tbc è");

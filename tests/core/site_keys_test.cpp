@@ -1,3 +1,4 @@
+#include "core/site/new_site.h"
 #include "core/site/site_keys.h"
 #include "tests/support/recording_profile_file.h"
 #include "tests/support/sample_site.h"
@@ -321,6 +322,17 @@ TEST(SiteKeys, OfTheSampleAreLoadedAndSavedAsAWhole)
               "[Siti]\r\nUFF=Ufficio\r\n[UFF]\r\n" + SavedSite() + "[General]\r\nLog=Corvrec.log\r\n");
     EXPECT_TRUE(IsWhole(file, "UFF"));
     EXPECT_EQ(site, SampleSite());
+}
+
+TEST(SiteKeys, OfANewSiteAreAllWritten)
+{
+    SettingsFile file;
+    const SiteRecord site = NewSite({.year = 2026, .month = 3, .day = 3, .hour = 8, .minute = 5});
+
+    EXPECT_TRUE(SaveSite(*file, "UFF", "Ufficio", site, kToday).done);
+
+    EXPECT_TRUE(IsWhole(file, "UFF"));
+    EXPECT_EQ(site.startTime, "08:05");
 }
 
 TEST(LoadSite, TheIntervalOfASiteWithoutKindIsThatOfTheKindHeld)

@@ -153,6 +153,14 @@ TEST(ListSites, EveryReadHasABufferOf500)
                             "[B]SitoAbilitato 500", "[Siti]B 500", "[B]Ricorrenza 500"));
 }
 
+TEST(ListedName, IsWhatTheNextStartShows)
+{
+    EXPECT_EQ(ListedName("Città €"), "Città €");
+    EXPECT_EQ(ListedName("\t\"Alfa\" "), "Alfa");
+    EXPECT_EQ(ListedName("Ж\r\n"), "?");
+    EXPECT_EQ(ListedName("-CaVacca-"), "0");
+}
+
 TEST(ReadComPort, GivesTheTextUnchangedWithABufferOf500)
 {
     SettingsFile file("[General]\r\nCom=COM12 \r\n");
