@@ -101,8 +101,7 @@ std::string ListedName(std::string_view name)
 {
     IniText file;
     const std::string bytes = Cp1252FromUtf8(WithoutLineBreaks(name));
-    if (const std::optional<Edit> edit = file.Put("Siti", "1", bytes))
-        file.Apply(*edit);
+    file.Apply(file.Put("Siti", "1", bytes).value());
     const std::string listed = file.Read("Siti", "1", kMissing, kListSize);
     return listed == kMissing ? kNoName : Utf8FromCp1252(listed);
 }
