@@ -1,6 +1,7 @@
 #include "core/masked_text.h"
 #include "tests/support/json_cases.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <random>
 #include <string>
@@ -41,7 +42,7 @@ struct Edit {
     std::size_t caret;
 };
 
-constexpr Edit kEdits[] = {
+constexpr auto kEdits = std::to_array<Edit>({
     // typing overwrites without shifting; a digit at a literal is put after it
     {"##:##", "08:30", 1, 0, "9", true, "09:30", 3},
     {"##:##", "__:__", 2, 0, "7", true, "__:7_", 4},
@@ -75,7 +76,7 @@ constexpr Edit kEdits[] = {
     {"##:##", "08:30", 2000, 2000, "4", false, "08:30", 5},
     // without a mask any text is kept
     {"", "due giorni", 4, 6, "mesi", true, "due mesi", 8},
-};
+});
 
 TEST(MaskedText, ReplacesARange)
 {
