@@ -163,6 +163,36 @@ QStringList TabRound(QWidget& window)
     return names;
 }
 
+namespace
+{
+
+bool IsReadAfter(const QWidget& predecessor, const QWidget& control)
+{
+    const QWidget* group = control.parentWidget();
+    while (!group->isAncestorOf(&predecessor))
+        group = group->parentWidget();
+    const auto area = [group](const QWidget* part) {
+        while (part->parentWidget() != group)
+            part = part->parentWidget();
+        return part->geometry();
+    };
+    const QRect before = area(&predecessor);
+    const QRect after = area(&control);
+    return after.left() > before.right() || after.top() > before.bottom();
+}
+
+} // namespace
+
+QStringList OutOfReadingOrder(const QWidget& window, const QStringList& names)
+{
+    QStringList found;
+    for (qsizetype i = 1; i < names.size(); ++i) {
+        if (!IsReadAfter(*window.findChild<QWidget*>(names[i - 1]), *window.findChild<QWidget*>(names[i])))
+            found.append(names[i]);
+    }
+    return found;
+}
+
 QString AccessibleName(QWidget& control)
 {
     if (!control.accessibleName().isEmpty())

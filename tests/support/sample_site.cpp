@@ -45,6 +45,17 @@ SiteRecord SampleSite()
     };
 }
 
+const char* ShownSite()
+{
+    return R"(chkAbilitato: on|cboTipoConn: Stratobox 3.0|optLocale: off|optRemoto: on|cboHandS: Software|)"
+           R"(chkXon: on|txtXon: Q|chkXoff: on|txtXoff: S|cboVelocita: 9600|cboBitDati: 8|cboParita: Pari|)"
+           R"(cboBitStop: 1|cboRicorrenza: Giornaliera|lstGiorni: |mskValore: 2|mskOrario: 08:30|)"
+           R"(chkData: on|chkOra: off|chkNull: on|chkCrLf: off|txtDati: C:\Dati\Ufficio.txt|)"
+           R"(txtDati2: C:\Dati\Scambio.txt|txtStorico: C:\Dati\Storico.txt|txtLog: Corvrec.log|)"
+           R"(cboModem: Generico|txtStringaInit: ATX3S0=0|txtStringaReset: AT&F|optToni: on|optImpulsi: off|)"
+           R"(txtTelefono: 0123|txtTentImpor: 3|chkFile: on|txtFile: 600|chkSpazio: on|txtSpazio: 20)";
+}
+
 std::vector<KeyValue> SavedKeys(const std::vector<KeyValue>& changes)
 {
     std::vector<KeyValue> keys{
@@ -102,6 +113,33 @@ std::string SavedSite(const std::vector<KeyValue>& changes)
     for (const auto& [key, value] : SavedKeys(changes))
         lines += key + "=" + value + "\r\n";
     return lines;
+}
+
+std::string SavedNewSite(const std::vector<KeyValue>& changes)
+{
+    std::vector<KeyValue> values{
+        {"SitoAbilitato", "0"},
+        {"FlagCRLF", "0"},
+        {"Dispositivo", "COM"},
+        {"MODEM", "0"},
+        {"Handshake", "HDW"},
+        {"Parita", "N"},
+        {"Ricorrenza", "0"},
+        {"Ogni", "1"},
+        {"Ora", "12.00 21/11/2026"},
+        {"AggData", "0"},
+        {"EliminaNull", "0"},
+        {"Dati", R"(C:\Roma\Dati.txt)"},
+        {"Dati2", R"(C:\Roma\Scambio.txt)"},
+        {"Storico", R"(C:\Roma\Storico.txt)"},
+        {"StringaModem", "ATX3S0=0&M5&K0&C1&D2&R1"},
+        {"NumeroTel", "ATDT"},
+        {"Importazione", ""},
+        {"FileTimeout", "0"},
+        {"SpazioTimeout", "0"},
+    };
+    values.insert(values.end(), changes.begin(), changes.end());
+    return SavedSite(values);
 }
 
 bool IsWhole(const SettingsFile& file, std::string_view code)

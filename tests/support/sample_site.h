@@ -31,6 +31,14 @@ std::vector<KeyValue> SavedKeys(const std::vector<KeyValue>& changes = {});
 // The same as lines that end with CR LF, without the section's header.
 std::string SavedSite(const std::vector<KeyValue>& changes = {});
 
+// The same for the site that EditorWindow::AddRoma fills in and OK saves: new, continuous, on 21 November
+// 2026.
+std::string SavedNewSite(const std::vector<KeyValue>& changes = {});
+
+// What each control of the editor and its option dialogs shows of SampleSite, as "control: text" separated by
+// "|". The name and the code are not the record's.
+const char* ShownSite();
+
 // Whether the site's section has every key that a save writes.
 bool IsWhole(const SettingsFile& file, std::string_view code);
 

@@ -3,6 +3,7 @@
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/registered_test.h"
+#include "tests/support/sample_site.h"
 #include "tests/support/site_window.h"
 #include "ui/editor/frmFileAvanzate.h"
 #include "ui/editor/frmModem.h"
@@ -40,13 +41,22 @@ const QByteArray kRest = "; nota da conservare\r\n[DUE]\r\nSitoAbilitato=0\r\nRi
 
 // The site that FillWeeklyRemoteSite types in.
 const QByteArray kRavenna =
-    "[RA1]\r\nSitoAbilitato=1\r\nSTimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\nMTimeWrite=60\r\n"
-    "FlagCRLF=0\r\nDispositivo=STX40\r\nMODEM=1\r\nHandshake=HDW\r\nXon= 17\r\nXoff= 19\r\nBaud=115200\r\n"
-    "BitDati=8\r\nParita=N\r\nStop=1\r\nRicorrenza= 65\r\nOgni= 1209600\r\nOra=21:45 21/11/2026\r\n"
-    "AggData=1\r\nAggOra=0\r\nEliminaNull=0\r\nCorreggiCR=0\r\nDati=d:\\ra\\dati.txt\r\n"
-    "Dati2=d:\\ra\\scambio.txt\r\nStorico=d:\\ra\\storico.txt\r\nModello=Modello B\r\n"
-    "StringaModem=ATX4&K3=1\r\nStringaReset=AT&F\r\nNumeroTel=ATDP0544123456\r\nImportazione=3\r\n"
-    "FileTimeout=900\r\nSpazioTimeout=0\r\nTimeoutFineImp=15\r\nCharToDel=00\r\n";
+    "[RA1]\r\n" + QByteArray::fromStdString(SavedNewSite({{"SitoAbilitato", "1"},
+                                                          {"Dispositivo", "STX40"},
+                                                          {"MODEM", "1"},
+                                                          {"Baud", "115200"},
+                                                          {"Ricorrenza", " 65"},
+                                                          {"Ogni", " 1209600"},
+                                                          {"Ora", "21:45 21/11/2026"},
+                                                          {"AggData", "1"},
+                                                          {"Dati", R"(d:\ra\dati.txt)"},
+                                                          {"Dati2", R"(d:\ra\scambio.txt)"},
+                                                          {"Storico", R"(d:\ra\storico.txt)"},
+                                                          {"Modello", "Modello B"},
+                                                          {"StringaModem", "ATX4&K3=1"},
+                                                          {"NumeroTel", "ATDP0544123456"},
+                                                          {"Importazione", "3"},
+                                                          {"FileTimeout", "900"}}));
 
 constexpr std::string_view kCatalogue = "Modello A=X3S0=0\r\nModello B=X4&K3=1\r\n";
 
@@ -164,20 +174,20 @@ private slots:
 
         Click(window.List(), "cmdProperties");
 
-        QCOMPARE(
-            Lines(window.File()),
-            Lines("; Registratore di Bologna\r\n[General]\r\nCom=COM2\r\nLog=Vecchio.log\r\n\r\n"
-                  "[Siti]\r\n; codice=nome\r\nUNO=Sede di Forl\xEC\r\nDUE=Magazzino\r\n\r\n" +
-                  kRest +
-                  "[UNO]\r\nSitoAbilitato=1\r\nSTimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\n"
-                  "MTimeWrite=60\r\nFlagCRLF=0\r\nDispositivo=STX30\r\nMODEM=0\r\nHandshake=HDW\r\n"
-                  "Xon= 17\r\nXoff= 19\r\nBaud=9600\r\nBitDati=8\r\nParita=N\r\nStop=1\r\n"
-                  "Ricorrenza=-2\r\nOgni= 259200\r\nOra=08:30 21/11/2026p\r\n"
-                  "AggData=0\r\nAggOra=0\r\nEliminaNull=0\r\nCorreggiCR=0\r\n"
-                  "Dati=c:\\Dati\\Uno.txt\r\nDati2=c:\\Scambio\\Uno.txt\r\nStorico=c:\\Storico\\Uno.txt\r\n"
-                  "Modello=Modello A\r\nStringaModem=ATX3S0=0\r\nStringaReset=AT&F\r\n"
-                  "NumeroTel=ATDT\r\nImportazione=\r\nFileTimeout=0\r\nSpazioTimeout=0\r\n"
-                  "TimeoutFineImp=15\r\nCharToDel=00\r\n"));
+        QCOMPARE(Lines(window.File()),
+                 Lines("; Registratore di Bologna\r\n[General]\r\nCom=COM2\r\nLog=Vecchio.log\r\n\r\n"
+                       "[Siti]\r\n; codice=nome\r\nUNO=Sede di Forl\xEC\r\nDUE=Magazzino\r\n\r\n" +
+                       kRest + "[UNO]\r\n" +
+                       QByteArray::fromStdString(SavedNewSite({{"SitoAbilitato", "1"},
+                                                               {"Dispositivo", "STX30"},
+                                                               {"Ricorrenza", "-2"},
+                                                               {"Ogni", " 259200"},
+                                                               {"Ora", "08:30 21/11/2026p"},
+                                                               {"Dati", R"(c:\Dati\Uno.txt)"},
+                                                               {"Dati2", R"(c:\Scambio\Uno.txt)"},
+                                                               {"Storico", R"(c:\Storico\Uno.txt)"},
+                                                               {"Modello", "Modello A"},
+                                                               {"StringaModem", "ATX3S0=0"}}))));
     }
 
     static void leavingTheEditorWritesNothing()

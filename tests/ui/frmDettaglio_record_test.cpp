@@ -4,6 +4,7 @@
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/registered_test.h"
+#include "tests/support/sample_site.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -17,23 +18,45 @@ namespace
 constexpr auto kEmptySettings = "[Siti]\r\n[General]\r\nCom=COM2\r\n";
 constexpr auto kCatalogue = "Alfa=A1\r\nBeta=B2\r\nBeta due=B3\r\n";
 
+// The entries with these changed, each found by what precedes the separator.
+QStringList Changed(QStringList entries, const QStringList& changes, const QString& separator)
+{
+    for (const QString& change : changes) {
+        const QString start = change.section(separator, 0, 0) + separator;
+        const auto changed =
+            std::ranges::find_if(entries, [&start](const QString& entry) { return entry.startsWith(start); });
+        if (changed == entries.end())
+            qFatal("no entry %s", qPrintable(start));
+        *changed = change;
+    }
+    return entries;
+}
+
 // A whole file, and what the editor shows of it.
-const QStringList kFile = Parts(
-    "[Siti]|A=Alfa & figli|[General]|Com=COM2|Log=Comune.log|[A]|SitoAbilitato=1|STimeRead=20|"
-    "STimeWrite=20|MTimeRead=60|MTimeWrite=60|FlagCRLF=0|Dispositivo=STX30|MODEM=0|Handshake=HDW|Xon= 17|"
-    "Xoff= 19|Baud=9600|BitDati=8|Parita=N|Stop=1|Ricorrenza= 2|Ogni= 1209600|Ora=08:30 21/11/2026|"
-    "AggData=0|AggOra=0|EliminaNull=0|CorreggiCR=0|Dati=C:\\A\\Dati.txt|Dati2=C:\\A\\Scambio.txt|"
-    "Storico=C:\\A\\Storico.txt|Modello=Alfa|StringaModem=ATX3|StringaReset=ATZ|NumeroTel=ATDT0123|"
-    "Importazione=3|FileTimeout=700|SpazioTimeout=30|TimeoutFineImp=15|CharToDel=00");
-const QStringList kShown = Parts(
-    "txtNomeSito: Alfa & figli|txtCodice: A|chkAbilitato: on|cboTipoConn: Stratobox 3.0|optLocale: on|"
-    "optRemoto: off|cboHandS: Hardware|chkXon: on|txtXon: Q|chkXoff: on|txtXoff: S|cboVelocita: "
-    "9600|cboBitDati: 8|"
-    "cboParita: Nessuna|cboBitStop: 1|cboRicorrenza: Settimanale|lstGiorni: 0|mskValore:  2|"
-    "mskOrario: 08:30|chkData: off|chkOra: off|chkNull: off|chkCrLf: off|txtDati: C:\\A\\Dati.txt|"
-    "txtDati2: C:\\A\\Scambio.txt|txtStorico: C:\\A\\Storico.txt|txtLog: Comune.log|cboModem: Alfa|"
-    "txtStringaInit: ATX3|txtStringaReset: ATZ|optToni: on|optImpulsi: off|txtTelefono: 0123|txtTentImpor: 3|"
-    "chkFile: on|txtFile: 700|chkSpazio: on|txtSpazio: 30");
+const QStringList kFile = Parts("[Siti]|A=Alfa & figli|[General]|Com=COM2|Log=Comune.log|[A]") +
+                          QString::fromStdString(SavedSite({{"MODEM", "0"},
+                                                            {"Handshake", "HDW"},
+                                                            {"Parita", "N"},
+                                                            {"Ricorrenza", " 2"},
+                                                            {"Ogni", " 1209600"},
+                                                            {"Ora", "08:30 21/11/2026"},
+                                                            {"AggData", "0"},
+                                                            {"EliminaNull", "0"},
+                                                            {"Modello", "Alfa"},
+                                                            {"StringaModem", "ATX3"},
+                                                            {"StringaReset", "ATZ"},
+                                                            {"FileTimeout", "700"},
+                                                            {"SpazioTimeout", "30"}}))
+                              .split("\r\n", Qt::SkipEmptyParts);
+const QStringList kShown =
+    Parts("txtNomeSito: Alfa & figli|txtCodice: A") +
+    Changed(Parts(ShownSite()),
+            Parts("optLocale: on|optRemoto: off|cboHandS: Hardware|cboParita: Nessuna|cboRicorrenza: "
+                  "Settimanale|lstGiorni: 0|"
+                  "mskValore:  2|chkData: off|chkNull: off|txtLog: Comune.log|cboModem: Alfa|txtStringaInit: "
+                  "ATX3|txtStringaReset: ATZ|"
+                  "txtFile: 700|txtSpazio: 30"),
+            ": ");
 
 // Lines of the file and what controls show. Several are separated by "|".
 struct Case {
@@ -109,20 +132,6 @@ constexpr std::array kSavedOnly{
     Case{"SpazioTimeout=0", "chkSpazio: off"},
 };
 
-// The entries with these changed, each found by what precedes the separator.
-QStringList Changed(QStringList entries, const QStringList& changes, const QString& separator)
-{
-    for (const QString& change : changes) {
-        const QString start = change.section(separator, 0, 0) + separator;
-        const auto changed =
-            std::ranges::find_if(entries, [&start](const QString& entry) { return entry.startsWith(start); });
-        if (changed == entries.end())
-            qFatal("no entry %s", qPrintable(start));
-        *changed = change;
-    }
-    return entries;
-}
-
 QStringList FileWith(const char* lines)
 {
     return Changed(kFile, Parts(lines), "=");
@@ -141,10 +150,7 @@ QStringList Lines(const EditorWindow& window)
 // The file after saving the new site RM up to, but not including, this key.
 QByteArray SavedUpTo(const char* key)
 {
-    const QByteArray site =
-        "SitoAbilitato=0\r\nSTimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\nMTimeWrite=60\r\n"
-        "FlagCRLF=0\r\nDispositivo=COM\r\nMODEM=0\r\nHandshake=XON\r\nXon= 17\r\nXoff= 19\r\n"
-        "Baud=9600\r\nBitDati=8\r\nParita=N\r\n";
+    const QByteArray site = QByteArray::fromStdString(SavedNewSite({{"Handshake", "XON"}}));
     return "[Siti]\r\nRM=Roma\r\n[General]\r\nCom=COM2\r\n[RM]\r\n" + site.left(site.indexOf(key));
 }
 
@@ -280,16 +286,8 @@ private slots:
 
         QVERIFY(!window.Editor().isVisible());
         QVERIFY(!window.Editor().Cancel());
-        QCOMPARE(
-            window.File(),
-            "[Siti]\r\nRM=Roma\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n[RM]\r\nSitoAbilitato=0\r\n"
-            "STimeRead=20\r\nSTimeWrite=20\r\nMTimeRead=60\r\nMTimeWrite=60\r\nFlagCRLF=0\r\n"
-            "Dispositivo=COM\r\nMODEM=0\r\nHandshake=HDW\r\nXon= 17\r\nXoff= 19\r\nBaud=9600\r\n"
-            "BitDati=8\r\nParita=N\r\nStop=1\r\nRicorrenza=0\r\nOra=12.00 21/11/2026\r\nOgni=1\r\n"
-            "AggData=0\r\nAggOra=0\r\nEliminaNull=0\r\nCorreggiCR=0\r\nDati=C:\\Roma\\Dati.txt\r\n"
-            "Dati2=C:\\Roma\\Scambio.txt\r\nStorico=C:\\Roma\\Storico.txt\r\nModello=Generico\r\n"
-            "StringaModem=ATX3S0=0&M5&K0&C1&D2&R1\r\nStringaReset=AT&F\r\nNumeroTel=ATDT\r\n"
-            "Importazione=\r\nFileTimeout=0\r\nSpazioTimeout=0\r\nTimeoutFineImp=15\r\nCharToDel=00\r\n");
+        QCOMPARE(window.File(), "[Siti]\r\nRM=Roma\r\n[General]\r\nCom=COM2\r\nLog=Corvrec.log\r\n[RM]\r\n" +
+                                    QByteArray::fromStdString(SavedNewSite()));
     }
 
     static void codeIsSavedAsTypedWhenEnterIsPressed()

