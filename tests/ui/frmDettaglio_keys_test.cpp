@@ -30,14 +30,14 @@ struct Round {
 
 // Tab enters a group of option buttons at the checked one.
 const std::array<Round, 4> kRounds{{
-    {"Connessione", {"cboHandS: Software"}, 0, "cboTipoConn|cboHandS", "cboParita|cboBitStop"},
+    {"Connessione", {"cboHandS: Software"}, 0, "cboTipoConn|cboHandS", "cboBitStop"},
     {"Connessione of a remote site",
      {"cboTipoConn: Stratobox Buffer", "optRemoto"},
      0,
      "cboTipoConn|cmdSX|optRemoto|btnModem",
-     "cboParita|cboBitStop"},
-    {"Acquisizione", {"cboRicorrenza: Settimanale"}, 1, "cboRicorrenza|mskValore", "lstGiorni|cmdTAvanzate"},
-    {"File", {}, 2, "txtDati|cmdSfoglia1", "txtLog|cmdFileAvanzate"},
+     "cboBitStop"},
+    {"Acquisizione", {"cboRicorrenza: Settimanale"}, 1, "cboRicorrenza|mskValore", "cmdTAvanzate"},
+    {"File", {}, 2, "txtDati|cmdSfoglia1", "cmdFileAvanzate"},
 }};
 
 // What a field shows after this was typed into it and it was left.
@@ -122,7 +122,7 @@ private slots:
         const QStringList round = TabRound(window.Editor());
         const QStringList start =
             Parts("txtNomeSito|txtCodice|chkAbilitato|qt_tabwidget_tabbar") + Parts(given.first);
-        const QStringList end = Parts(given.last) + Parts("OK|Annulla");
+        const QStringList end{given.last, "OK", "Annulla"};
         QCOMPARE(round.first(start.size()), start);
         QCOMPARE(round.last(end.size()), end);
         QCOMPARE(OutOfReadingOrder(window.Editor(), round), QStringList());

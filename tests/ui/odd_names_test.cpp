@@ -1,6 +1,7 @@
 // Names, codes, paths and numbers that nobody types, entered into every field of the editor and its dialogs.
 // The settings file must be the one that the core writes for what the fields held.
 #include "core/file/code_page.h"
+#include "core/site/new_site.h"
 #include "core/site/site_keys.h"
 #include "core/site/site_list.h"
 #include "tests/support/listed_sites.h"
@@ -9,7 +10,6 @@
 #include "tests/support/odd_texts.h"
 #include "tests/support/registered_test.h"
 #include "tests/support/sample.h"
-#include "tests/support/sample_site.h"
 #include "tests/support/site_window.h"
 #include "tests/support/text_entry.h"
 #include "tests/ui/watched_file.h"
@@ -215,10 +215,10 @@ std::string Editing::FillAtLeastOneLetter(QWidget& form, const char* field, Take
 
 void Editing::FillEditor(frmDettaglio& form)
 {
-    site_ = SampleSite();
-    site_.remote = false;
-    site_.parity = 0;
-    site_.addDate = site_.dropNulls = false;
+    site_ = NewSite(SiteWindow::kNow);
+    site_.enabled = true;
+    site_.handshake = handshake::software;
+    site_.modemModel = "Generico";
     FillIdentity(form);
     QTest::keyClick(&Part<QComboBox>(form, "cboTipoConn"), Qt::Key_End); // can use a modem
     Part<QRadioButton>(form, "optRemoto").click();
