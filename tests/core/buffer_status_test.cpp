@@ -1,5 +1,5 @@
 #include "core/device/buffer_status.h"
-#include "tests/support/string_table.h"
+#include "tests/support/json_cases.h"
 
 #include <gtest/gtest.h>
 #include <map>

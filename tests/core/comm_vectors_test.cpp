@@ -5,7 +5,6 @@
 #include "core/site/conversions.h"
 #include "tests/support/json_cases.h"
 #include "tests/support/serial_line.h"
-#include "tests/support/string_table.h"
 
 #include <array>
 #include <cstdint>

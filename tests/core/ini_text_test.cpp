@@ -98,6 +98,31 @@ TEST(IniText, KeysAreFoundWhileTheirSectionGrowsAndShrinks)
     EXPECT_EQ(text.Read("B", "fine", "none", 100), "1");
 }
 
+TEST(IniText, AValueThatOnlyReadsLikeTheNewOneIsReplaced)
+{
+    IniText text(Wide("[A]\nk=\x02\n"));
+    EXPECT_EQ(text.Read("A", "k", "none", 100), "?");
+
+    text.Apply(text.Put("A", "k", "?").value());
+
+    EXPECT_EQ(text.Bytes(), Wide("[A]\nk=?\n"));
+    EXPECT_TRUE(text.Put("A", "k", "?").value().ChangesNothing());
+}
+
+TEST(IniText, EditsOfWholeLinesAreFollowed)
+{
+    IniText text("[A]\nk=1\n[B]\nk=2\n");
+    text.Apply({.offset = 4, .removed = 0, .inserted = "j=0\n"}); // before the first question
+    EXPECT_EQ(text.Read("A", "k", "none", 100) + text.Read("A", "j", "none", 100), "10");
+    text.Apply({.offset = 0, .removed = 0, .inserted = "; nota\n"}); // moves the first header
+    EXPECT_EQ(text.Read("A", "k", "none", 100) + text.Read("B", "k", "none", 100), "12");
+    text.Apply({.offset = 15, .removed = 0, .inserted = "[C]\n"}); // divides the first section
+    EXPECT_EQ(text.Read("A", "k", "none", 100) + text.Read("C", "k", "none", 100), "none1");
+    text.Apply({.offset = 7, .removed = 12, .inserted = ""}); // removes two headers
+    EXPECT_EQ(text.Bytes(), "; nota\nk=1\n[B]\nk=2\n");
+    EXPECT_EQ(text.Read("C", "k", "none", 100) + text.Read("B", "k", "none", 100), "none2");
+}
+
 // Random files made of awkward pieces, and random edits. A fixed seed repeats the same cases in every run.
 class RandomIniText : public testing::Test
 {

@@ -175,6 +175,8 @@ TEST_P(FullDisk, RefusesCallsAndLosesNothing)
     for (const Scenario& scenario : Scenarios()) {
         for (const std::size_t rest : {0U, 1024U}) {
             for (const std::size_t comment : {0U, 700U, 1400U, 2100U, 2800U, 3500U}) {
+                if (kIsSanitized && comment % 1400 != 0)
+                    continue;
                 SCOPED_TRACE(scenario.Name() + ", " + std::to_string(rest) + " free, comment of " +
                              std::to_string(comment));
                 disk.MakeRoom();

@@ -375,6 +375,7 @@ TEST(ProfileFileOnDisk, IsWritableWhereItsFileOrOtherwiseItsDirectoryIs)
     const SettingsFile missing;
     EXPECT_TRUE(OpenProfileFile(missing.Path())->IsWritable());
     EXPECT_FALSE(OpenProfileFile(missing.Directory() / "missing" / "Corvrec.ini")->IsWritable());
+    EXPECT_TRUE(OpenProfileFile("missing.ini")->IsWritable()); // in the current directory
 }
 
 TEST(ProfileFileOnDisk, AFifoIsNeitherReadNorWrittenNorWaitedFor)
@@ -385,6 +386,26 @@ TEST(ProfileFileOnDisk, AFifoIsNeitherReadNorWrittenNorWaitedFor)
     EXPECT_EQ(file->Read("A", "k", "none", 100), "none");
     EXPECT_FALSE(file->Write("A", "k", "1"));
     EXPECT_FALSE(file->DeleteSection("A"));
+}
+
+TEST(ProfileFileOnDisk, ADeviceIsNeitherReadNorWritten)
+{
+    const auto file = OpenProfileFile("/dev/null");
+
+    EXPECT_EQ(file->Read("A", "k", "none", 100), "none");
+    EXPECT_FALSE(file->Write("A", "k", "1"));
+}
+
+TEST(ProfileFileOnDisk, AFileThatDisappearsAfterItsFirstWriteIsCreatedAgain)
+{
+    SettingsFile file;
+    EXPECT_TRUE(file->Write("A", "k", "1"));
+    file.Remove();
+
+    EXPECT_TRUE(file->Write("A", "k", "2"));
+
+    file->Flush();
+    EXPECT_EQ(file.Line("A", "k"), "k=2");
 }
 
 TEST(ProfileFileOnDisk, AFileReplacedByADirectoryReadsAsMissing)

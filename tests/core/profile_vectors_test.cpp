@@ -1,4 +1,5 @@
 #include "core/file/profile_file.h"
+#include "tests/support/json_cases.h"
 #include "tests/support/settings_file.h"
 
 #include <algorithm>
@@ -7,7 +8,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -20,10 +20,8 @@ namespace corvrec
 namespace
 {
 
-using nlohmann::json;
-
 // Each character of the text is the byte with its number, so it is encoded in one or two bytes of UTF-8.
-std::optional<std::string> BytesOf(const json& value)
+std::optional<std::string> BytesOf(const Json& value)
 {
     if (value.is_null())
         return std::nullopt;
@@ -38,7 +36,7 @@ std::optional<std::string> BytesOf(const json& value)
 }
 
 struct VectorCase {
-    json data;
+    Json data;
     [[nodiscard]] std::string Name() const { return data.at("name"); }
 };
 
@@ -53,7 +51,7 @@ std::vector<VectorCase> VectorsOf(const std::string& file)
     std::ifstream lines(std::string(CORVREC_TEST_DATA "/profile/") + file + ".jsonl");
     std::vector<VectorCase> vectors;
     for (std::string line; std::getline(lines, line);)
-        vectors.push_back({json::parse(line)});
+        vectors.push_back({ParsedJson(line)});
     return vectors;
 }
 
@@ -66,7 +64,7 @@ std::string TestName(const testing::TestParamInfo<VectorCase>& info)
     return name;
 }
 
-void PlayRead(ProfileFile& file, const json& operation)
+void PlayRead(ProfileFile& file, const Json& operation)
 {
     const std::string section = BytesOf(operation.at("section")).value();
     const auto key = BytesOf(operation.at("key"));
@@ -80,7 +78,7 @@ void PlayRead(ProfileFile& file, const json& operation)
     EXPECT_EQ(answer.size(), operation.at("count")) << operation.dump();
 }
 
-void PlayWrite(ProfileFile& file, const json& operation)
+void PlayWrite(ProfileFile& file, const Json& operation)
 {
     const std::string section = BytesOf(operation.at("section")).value();
     const auto key = BytesOf(operation.at("key"));
@@ -93,9 +91,9 @@ void PlayWrite(ProfileFile& file, const json& operation)
     EXPECT_EQ(isDone, operation.at("ok")) << operation.dump();
 }
 
-void Play(SettingsFile& directory, ProfileFile& file, const json& operations)
+void Play(SettingsFile& directory, ProfileFile& file, const Json& operations)
 {
-    for (const json& operation : operations) {
+    for (const Json& operation : operations) {
         const std::string kind = operation.at("op");
         if (kind == "read") {
             PlayRead(file, operation);
@@ -144,7 +142,7 @@ class ProfileVectors : public testing::TestWithParam<VectorCase>
 
 TEST_P(ProfileVectors, GiveTheseAnswersAndTheseBytes)
 {
-    const json& vector = GetParam().data;
+    const Json& vector = GetParam().data;
     const std::string fixture = vector.value("fixture", "");
     SettingsFile directory(BytesOf(vector.at("before")));
     const auto path = PathOf(directory, fixture);

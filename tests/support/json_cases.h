@@ -1,6 +1,7 @@
 #pragma once
 
-#include <fstream>
+#include "core/text_ids.h"
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -10,12 +11,11 @@ namespace corvrec
 
 using Json = nlohmann::json;
 
+// The text as JSON. Throws if it is none.
+Json ParsedJson(const std::string& text);
+
 // The lists of tests/data/conversions.json; the README.md there explains their fields.
-inline const Json& Lists()
-{
-    static const Json lists = Json::parse(std::ifstream(CORVREC_TEST_DATA "/conversions.json"));
-    return lists;
-}
+const Json& Lists();
 
 // Runs the check on each case of the list, which must not be empty. A failure prints the case.
 template <class Check>
@@ -28,6 +28,9 @@ void ForEachCase(const char* list, Check check)
         check(one);
     }
 }
+
+// The expected text from tests/data/texts.json. Throws when there is none.
+std::string ExpectedText(TextId id);
 
 inline std::string TextOf(const Json& one, const char* field)
 {

@@ -13,4 +13,12 @@ Value SampleOrAll(Value sample, Value all)
     return std::getenv("CORVREC_LONG") == nullptr ? sample : all;
 }
 
+// Under AddressSanitizer a process takes tens of milliseconds to fork, and a save ten times as long: the
+// tests that do thousands of both take fewer cases then.
+#ifdef CORVREC_SANITIZED
+inline constexpr bool kIsSanitized = true;
+#else
+inline constexpr bool kIsSanitized = false;
+#endif
+
 } // namespace corvrec
