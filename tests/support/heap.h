@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <malloc.h>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef CORVREC_SANITIZED
 // Declared here because g++ lacks the header of the sanitizer's run-time library.
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
@@ -15,7 +15,7 @@ namespace corvrec
 // Heap bytes in use. Only the difference of two such figures means something.
 inline std::size_t AllocatedBytes()
 {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef CORVREC_SANITIZED
     return __sanitizer_get_current_allocated_bytes();
 #else
     return mallinfo2().uordblks;
