@@ -76,10 +76,10 @@ bool MaskedText::Replace(std::size_t start, std::size_t length, std::u32string_v
 
 std::size_t MaskedText::CaretForBackspace(std::size_t caret) const
 {
-    std::size_t behind = std::min(caret, mask_.size());
-    while (behind > 0 && !IsPlace(behind - 1))
-        --behind;
-    return behind;
+    std::size_t place = std::min(caret, mask_.size());
+    while (place > 0 && !IsPlace(place - 1))
+        --place;
+    return place;
 }
 
 std::size_t MaskedText::CaretForDelete(std::size_t caret) const

@@ -48,14 +48,14 @@ struct stat StatusOf(const std::filesystem::path& path)
 void AwaitNextTick(const SettingsFile& file)
 {
     const timespec time = StatusOf(file.Path()).st_ctim;
-    const auto beside = file.Directory() / "tick";
+    const auto other = file.Directory() / "tick";
     for (;;) {
-        std::ofstream(beside) << "x";
-        const timespec now = StatusOf(beside).st_ctim;
+        std::ofstream(other) << "x";
+        const timespec now = StatusOf(other).st_ctim;
         if (now.tv_sec != time.tv_sec || now.tv_nsec != time.tv_nsec)
             break;
     }
-    std::filesystem::remove(beside);
+    std::filesystem::remove(other);
 }
 
 // A settings file opened over probed calls.

@@ -207,11 +207,11 @@ private:
     {
         if (selected_ > 0)
             return Replace(caret_, selected_, {});
-        const std::size_t behind = masked_.CaretForBackspace(caret_);
-        Check(behind <= caret_ && (behind == 0 || !model_.IsLiteral(behind - 1)),
+        const std::size_t place = masked_.CaretForBackspace(caret_);
+        Check(place <= caret_ && (place == 0 || !model_.IsLiteral(place - 1)),
               "a backspace starts after a place");
-        if (behind > 0)
-            Replace(behind - 1, 1, {});
+        if (place > 0)
+            Replace(place - 1, 1, {});
     }
 
     void EraseAt()

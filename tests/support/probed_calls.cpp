@@ -95,9 +95,9 @@ void ProbedCalls::CarryOut(const Rewriting& rewriting)
         Rewrite(rewriting.file, rewriting.bytes);
         return;
     }
-    const std::filesystem::path beside = rewriting.file.string() + ".new";
-    Rewrite(beside, rewriting.bytes);
-    std::filesystem::rename(beside, rewriting.file);
+    const std::filesystem::path replacement = rewriting.file.string() + ".new";
+    Rewrite(replacement, rewriting.bytes);
+    std::filesystem::rename(replacement, rewriting.file);
 }
 
 std::size_t ProbedCalls::Shortened(std::size_t count) const

@@ -1,4 +1,4 @@
-// The choosers behind "Sfoglia...".
+// The file choosers that "Sfoglia..." opens.
 #include "tests/support/cases.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/patience.h"
