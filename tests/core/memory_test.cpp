@@ -62,7 +62,7 @@ namespace
 {
 
 constexpr std::size_t kMebibyte = std::size_t{1024} * 1024;
-constexpr std::size_t kFileSize = kMebibyte;
+constexpr std::size_t kFileSize = kMebibyte / 2;
 
 // The most bytes that the action allocates at a time, in addition to what is allocated already.
 std::size_t PeakOf(const std::function<void()>& action)

@@ -57,7 +57,7 @@ std::vector<std::u16string> ForeignLines(std::string_view bytes, std::string_vie
     const ReferenceProfile profile(bytes);
     for (const ReferenceProfile::Line& line : profile.Lines()) {
         if (line.kind != ReferenceProfile::Kind::blank && !IsOfSite(line, code))
-            foreign.push_back(line.text);
+            foreign.emplace_back(line.text);
     }
     return foreign;
 }

@@ -3,6 +3,7 @@
 #include "core/file/code_page.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace corvrec
 {
@@ -51,10 +52,10 @@ std::u16string_view Trimmed(std::u16string_view text)
     return text;
 }
 
-std::u16string WithoutNul(std::u16string_view text)
+std::u16string_view WithoutNul(std::u16string_view text)
 {
     text = Trimmed(text);
-    return std::u16string(Trimmed(text.substr(0, text.find(u'\0'))));
+    return Trimmed(text.substr(0, text.find(u'\0')));
 }
 
 ReferenceProfile::Line LineOf(std::u16string_view text, std::u16string_view section)
@@ -124,7 +125,7 @@ std::u16string NameParameter(std::string_view text)
 // The same line, with a line end added when it has none.
 std::u16string Ended(const ReferenceProfile::Line& line)
 {
-    return line.text + (line.end.empty() ? u"\r\n" : line.end);
+    return std::u16string(line.text).append(line.end.empty() ? u"\r\n" : line.end);
 }
 
 } // namespace
@@ -140,10 +141,12 @@ ReferenceProfile::ReferenceProfile(std::string_view bytes)
     rest_ = bytes.substr(bytes.size() - bytes.size() % 2);
 }
 
-void ReferenceProfile::Parse(std::u16string_view text)
+void ReferenceProfile::Parse(std::u16string newText)
 {
+    text_ = std::move(newText);
     lines_.clear();
-    std::u16string section;
+    std::u16string_view text = text_;
+    std::u16string_view section;
     while (!text.empty()) {
         const std::size_t length = std::min(text.find_first_of(u"\r\n"), text.size());
         lines_.push_back(LineOf(text.substr(0, length), section));
@@ -197,10 +200,11 @@ bool ReferenceProfile::Write(std::string_view section, std::string_view key, std
         return true;
     }
     if (const Index found = Key(header, key); found < lines_.size()) {
-        Line& line = lines_[found];
+        Line line = lines_[found];
         if (line.value == newValue)
             return true;
-        line.text.replace(line.text.find(u'=') + 1, std::u16string::npos, newValue);
+        const std::u16string text = std::u16string(line.text.substr(0, line.text.find(u'=') + 1)) + newValue;
+        line.text = text;
         Parse(With(found, Ended(line)));
         return true;
     }
@@ -225,14 +229,15 @@ bool ReferenceProfile::DeleteSection(std::string_view section)
     if (!rest_.empty())
         return false;
     const Index header = Header(section);
+    const Index end = End(header);
     std::u16string left;
     for (Index line = 0; line < lines_.size(); ++line) {
         const Kind kind = lines_[line].kind;
-        const bool isInside = line >= header && line < End(header);
+        const bool isInside = line >= header && line < end;
         if (!isInside || kind == Kind::comment || kind == Kind::blank)
-            left += lines_[line].text + lines_[line].end;
+            left.append(lines_[line].text).append(lines_[line].end);
     }
-    Parse(left);
+    Parse(std::move(left));
     return true;
 }
 
@@ -271,9 +276,12 @@ ReferenceProfile::Index ReferenceProfile::Key(Index header, std::string_view key
 std::u16string ReferenceProfile::With(Index line, std::u16string_view replacement) const
 {
     std::u16string text;
+    text.reserve(text_.size() + replacement.size());
     for (Index i = 0; i < lines_.size(); ++i)
-        text += i == line ? std::u16string(replacement) : lines_[i].text + lines_[i].end;
-    return line == lines_.size() ? text.append(replacement) : text;
+        text.append(i == line ? replacement : lines_[i].text).append(i == line ? u"" : lines_[i].end);
+    if (line == lines_.size())
+        text.append(replacement);
+    return text;
 }
 
 bool IsOfSite(const ReferenceProfile::Line& line, std::string_view code)

@@ -16,17 +16,23 @@ class ReferenceProfile
 public:
     enum class Kind { blank, header, comment, key, bare };
 
-    // Texts consist of characters: for a byte by the code page, for a UTF-16 unit its own number.
+    // Texts consist of characters: for a byte by the code page, for a UTF-16 unit its own number. They are
+    // valid until the next change.
     struct Line {
         Kind kind = Kind::blank;
-        std::u16string text;    // without its end
-        std::u16string end;     // CR, LF, both, or none
-        std::u16string section; // the name in the header above, or in this one
-        std::u16string name;    // of a key
-        std::u16string value;   // of a key: everything after the '='
+        std::u16string_view text;    // without its end
+        std::u16string_view end;     // CR, LF, both, or none
+        std::u16string_view section; // the name in the header above, or in this one
+        std::u16string_view name;    // of a key
+        std::u16string_view value;   // of a key: everything after the '='
     };
 
     explicit ReferenceProfile(std::string_view bytes = {});
+    ReferenceProfile(const ReferenceProfile&) = delete;
+    ReferenceProfile& operator=(const ReferenceProfile&) = delete;
+    ReferenceProfile(ReferenceProfile&&) = delete;
+    ReferenceProfile& operator=(ReferenceProfile&&) = delete;
+    ~ReferenceProfile() = default;
 
     // What fits into a buffer of that size; nullopt when there is no such key, or none at all.
     [[nodiscard]] std::optional<std::string> Read(std::string_view section, std::string_view key,
@@ -44,7 +50,7 @@ public:
 private:
     using Index = std::size_t;
 
-    void Parse(std::u16string_view text);
+    void Parse(std::u16string newText);
     // The indices of the section's header, of the header after it, and of a key; the number of lines when
     // there is none.
     [[nodiscard]] Index Header(std::string_view section) const;
@@ -55,6 +61,7 @@ private:
 
     bool isWide_;
     std::string rest_; // of UTF-16: half a character at the end
+    std::u16string text_;
     std::vector<Line> lines_;
 };
 
