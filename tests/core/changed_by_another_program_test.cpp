@@ -23,7 +23,7 @@ namespace corvrec
 namespace
 {
 
-const unsigned kChangesInside = SampleOrAll(625U, 10'000U);
+const unsigned kChangesInside = SampleOrAll(625U, 625U, 10'000U);
 
 // All seeds, or only the one in CORVREC_SEED, which a failure names.
 std::vector<unsigned> Seeds()

@@ -15,7 +15,7 @@ namespace corvrec
 {
 
 // Only every kStride-th case is run.
-inline const std::size_t kStride = SampleOrAll<std::size_t>(kIsSanitized ? 64 : 16, 1);
+inline const std::size_t kStride = SampleOrAll<std::size_t>(16, 64, 1);
 
 template <typename Cases>
 Cases TakenOf(const Cases& all)

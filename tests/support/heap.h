@@ -1,13 +1,8 @@
 #pragma once
 
-#include <cstddef>
-#include <malloc.h>
+#include "tests/support/sanitized.h"
 
-#ifdef CORVREC_SANITIZED
-// Declared here because g++ lacks the header of the sanitizer's run-time library.
-// NOLINTNEXTLINE(bugprone-reserved-identifier)
-extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
-#endif
+#include <malloc.h>
 
 namespace corvrec
 {
@@ -15,11 +10,7 @@ namespace corvrec
 // Heap bytes in use. Only the difference of two such figures means something.
 inline std::size_t AllocatedBytes()
 {
-#ifdef CORVREC_SANITIZED
-    return __sanitizer_get_current_allocated_bytes();
-#else
-    return mallinfo2().uordblks;
-#endif
+    return IsSanitized() ? __sanitizer_get_current_allocated_bytes() : mallinfo2().uordblks;
 }
 
 } // namespace corvrec

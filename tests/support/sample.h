@@ -1,24 +1,20 @@
 #pragma once
 
+#include "tests/support/sanitized.h"
+
 #include <cstdlib>
 
 namespace corvrec
 {
 
-// Exhaustive tests run a fixed sample by default, and everything when CORVREC_LONG is in the environment
-// (scripts/test --long).
+// Exhaustive tests run a fixed sample by default, a smaller one with the sanitized libraries, and everything
+// when CORVREC_LONG is in the environment (scripts/test --long).
 template <typename Value>
-Value SampleOrAll(Value sample, Value all)
+Value SampleOrAll(Value sample, Value sanitizedSample, Value all)
 {
-    return std::getenv("CORVREC_LONG") == nullptr ? sample : all;
+    if (std::getenv("CORVREC_LONG") != nullptr)
+        return all;
+    return IsSanitized() ? sanitizedSample : sample;
 }
-
-// Under AddressSanitizer a process takes tens of milliseconds to fork, and a save ten times as long: the
-// tests that do thousands of both take fewer cases then.
-#ifdef CORVREC_SANITIZED
-inline constexpr bool kIsSanitized = true;
-#else
-inline constexpr bool kIsSanitized = false;
-#endif
 
 } // namespace corvrec

@@ -125,9 +125,9 @@ bool LogOff(LabWorld& /*world*/)
     return true;
 }
 
-// Every n-th case is run. Neither number divides the length of a part that repeats in a dialogue.
-const std::size_t kSteps = SampleOrAll<std::size_t>(7, 1);
-const std::size_t kLengths = SampleOrAll<std::size_t>(5, 1);
+// Every n-th case is run. No number divides the length of a part that repeats in a dialogue.
+const std::size_t kSteps = SampleOrAll<std::size_t>(13, 29, 1);
+const std::size_t kLengths = SampleOrAll<std::size_t>(5, 11, 1);
 
 std::vector<DeviceRow> Stratoboxes()
 {
@@ -294,13 +294,14 @@ private slots:
         device.faults.silence = true; // so that no answer in between ends a wait
         LabWorld world(device);
         MessageLog boxes;
-        world.pump.SetPassesPerStep(SampleOrAll(40, 200)); // with 200 a hundred thousand bytes in each wait
+        world.pump.SetPassesPerStep(
+            SampleOrAll(40, 40, 200)); // with 200 a hundred thousand bytes in each wait
         std::size_t early = 0;
         std::size_t late = 0;
 
         world.editor.Visit([&](frmSX& window) {
             world.pump.AtPass(4000, [&early] { early = AllocatedBytes(); });
-            world.pump.AtPass(SampleOrAll(20000, 100000), [&late] { late = AllocatedBytes(); });
+            world.pump.AtPass(SampleOrAll(20000, 20000, 100000), [&late] { late = AllocatedBytes(); });
             Click(window, "cmdStato");
             QVERIFY(window.isVisible());
         });

@@ -330,7 +330,7 @@ class monkey_test : public QObject
     Q_OBJECT
 
     QTemporaryDir configuration_;
-    int events_ = FromEnvironment("CORVREC_MONKEY_EVENTS", SampleOrAll(10'000, 1'000'000));
+    int events_ = FromEnvironment("CORVREC_MONKEY_EVENTS", SampleOrAll(10'000, 10'000, 1'000'000));
     Seen seen_;
 
 private slots:

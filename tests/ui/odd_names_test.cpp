@@ -449,7 +449,7 @@ std::size_t Cases()
 {
     bool given = false;
     const int cases = qEnvironmentVariableIntValue("CORVREC_ODD_NAME_CASES", &given);
-    return given ? static_cast<std::size_t>(cases) : SampleOrAll<std::size_t>(300, kTexts);
+    return given ? static_cast<std::size_t>(cases) : SampleOrAll<std::size_t>(300, 100, kTexts);
 }
 
 } // namespace
