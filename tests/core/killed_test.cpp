@@ -20,7 +20,7 @@ namespace corvrec
 namespace
 {
 
-// A kill inside a pwrite tears it only at multiples of this.
+// A kill inside a pwrite tears it at multiples of this and nowhere else.
 constexpr std::size_t kPageSize = 4096;
 
 // Where the process ends: before the call with this number, or after the first bytes of that pwrite.
@@ -53,7 +53,7 @@ std::vector<Stop> CleanStops(const Rehearsal& rehearsal)
     return stops;
 }
 
-// Inside each pwrite that appends, at any byte.
+// Inside each pwrite that appends: after some of its bytes, and at each page border.
 std::vector<Stop> AppendingStops(const Rehearsal& rehearsal)
 {
     std::vector<Stop> stops;
@@ -175,8 +175,8 @@ void ExpectOldBytesAndAPrefixOfTheNew(const Rehearsal& rehearsal, KilledChange& 
     ASSERT_TRUE(left == step.before + step.after.substr(step.before.size(), stop.bytes));
 }
 
-// The kernel may copy only part of a pwrite, up to a page border. Where the file grows, the bytes in the way
-// of the new ones are lost; where it shrinks, blanks replace the removed bytes until the file is truncated.
+// The kernel may copy only part of a pwrite, up to a page border. Where the file grows, the bytes that the
+// new ones replace are lost; where it shrinks, blanks replace the removed bytes until the file is truncated.
 void ExpectNewBytesBeforeTheBorderAndOldOnesAfter(const Rehearsal& rehearsal, KilledChange& change,
                                                   const Stop& stop)
 {
@@ -194,15 +194,15 @@ void ExpectNewBytesBeforeTheBorderAndOldOnesAfter(const Rehearsal& rehearsal, Ki
     ASSERT_TRUE(left.substr(border) == step.before.substr(oldBegin));
 }
 
-class KilledBetweenCalls : public testing::TestWithParam<Scenario>
+class Killed : public testing::TestWithParam<Scenario>
 {
 protected:
-    // The stops of all scenarios, whether taken or not.
+    // Counts the stops of all scenarios, whether in the sample or not.
     static void TearDownTestSuite()
     {
-        std::cout << "every " << kStride << "th of " << clean << " stops, " << appending
+        std::cout << "1 in " << kStride << " of " << clean << " kills between calls, " << appending
                   << " inside an appending write, " << tearing << " inside a write across a page border\n";
-        if (scenarios < Scenarios().size()) // only some were chosen
+        if (scenarios < Scenarios().size()) // a filter has left some out
             return;
         EXPECT_GE(clean, 2500U);
         EXPECT_GT(appending, 0U);
@@ -228,7 +228,7 @@ protected:
     static inline std::size_t tearing = 0;
 };
 
-TEST_P(KilledBetweenCalls, LosesNothing)
+TEST_P(Killed, LosesNoMoreThanTheKnownLimitAllows)
 {
     ++scenarios;
     TakeFrom(CleanStops(rehearsal), clean, ExpectOneStepOrNone);
@@ -236,7 +236,7 @@ TEST_P(KilledBetweenCalls, LosesNothing)
     TakeFrom(TearingStops(rehearsal), tearing, ExpectNewBytesBeforeTheBorderAndOldOnesAfter);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, KilledBetweenCalls, testing::ValuesIn(Scenarios()),
+INSTANTIATE_TEST_SUITE_P(All, Killed, testing::ValuesIn(Scenarios()),
                          [](const auto& test) { return test.param.Name(); });
 
 } // namespace
