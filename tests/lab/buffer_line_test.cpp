@@ -35,7 +35,7 @@ TEST(BufferLine, SendsAnAnswerAtOnce)
     EXPECT_EQ(line.Send(8), "");
 }
 
-TEST(BufferLine, SpoilsAnswers)
+TEST(BufferLine, AppliesFaultsToAnswers)
 {
     struct Spoilt {
         Faults faults;
@@ -57,7 +57,7 @@ TEST(BufferLine, SpoilsAnswers)
     }
 }
 
-TEST(BufferLine, NeverEndsOnceItIsSpokenTo)
+TEST(BufferLine, SendsEndlesslyAfterTheFirstReceivedByte)
 {
     BufferLine line = Line({.endless = true});
     EXPECT_EQ(line.Send(0), "");

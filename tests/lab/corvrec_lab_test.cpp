@@ -172,7 +172,7 @@ TEST(CorvrecLab, IsRawFromTheStart)
     EXPECT_EQ(settings.c_iflag & static_cast<tcflag_t>(ICRNL | IXON), 0U);
 }
 
-TEST(CorvrecLab, PlaysEveryDeviceOnItsOwnPort)
+TEST(CorvrecLab, SimulatesEachDeviceOnItsOwnPort)
 {
     Program program({"--port", "3", "--model", "1.1", "--port", "2", "--clock", "09:05 31/12/26"});
     const std::string announced = program.OutputLine();
@@ -293,7 +293,7 @@ TEST(CorvrecLab, EndsCleanlyOnASignal)
     }
 }
 
-TEST(CorvrecLab, ReportsAndEnds)
+TEST(CorvrecLab, PrintsInformationOrAnErrorAndEnds)
 {
     struct Call {
         std::vector<std::string> arguments;

@@ -114,8 +114,8 @@ TEST(LabOptions, SayWhereTheTraceGoes)
 TEST(LabOptions, ReportWhatIsWrong)
 {
     const std::vector<std::pair<std::vector<const char*>, const char*>> mistakes{
-        {{"--modl", "3.0"}, "what is \"--modl\"?"},
-        {{"file"}, "what is \"file\"?"},
+        {{"--modl", "3.0"}, "no option \"--modl\""},
+        {{"file"}, "no option \"file\""},
         {{"--port"}, "--port needs a value"},
         {{"--quiet=1"}, "--quiet takes no value"},
         {{"--port", "0"}, "--port: \"0\" is not a whole number from 1 on"},

@@ -166,7 +166,7 @@ Options ParseOptions(std::span<const char* const> arguments, std::chrono::sys_se
         const auto [name, joined] = Split(argument);
         const auto* const option = std::ranges::find(kOptions, name, &Option::name);
         if (option == kOptions.end())
-            throw UsageError("what is \"" + std::string(argument) + "\"?");
+            throw UsageError("no option \"" + std::string(argument) + "\"");
         const bool isJoined = name.size() < argument.size();
         if (!option->hasValue && isJoined)
             throw UsageError(std::string(name) + " takes no value");
@@ -200,9 +200,9 @@ std::string_view Help()
 {
     return R"(Usage: corvrec-lab [OPTION]...
 
-Plays Stratobox buffer devices, directly on a serial line or behind a modem, on pseudo-terminals of its own. For each
-device it prints a line like CORVREC_COM1=/dev/pts/3: the configuration editor, started with that in its environment,
-takes the device for what is on its port COM1. Then every byte is traced, until Ctrl+C.
+Simulates Stratobox buffer devices on pseudo-terminals, each on a serial line or behind a modem. For each device it prints
+a line like CORVREC_COM1=/dev/pts/3: a configuration editor started with this in its environment finds the device on its
+port COM1. Then every byte is traced, until Ctrl+C.
 
 A device:
   --port N             the editor's port (1); a second --port begins a second device, and so on
@@ -210,17 +210,17 @@ A device:
   --field NAME=VALUE   a field of the status reply: memory, percent, used (V, M, P), repetitions, download-hours,
                        data-hours, faults, version, firmware, printer, modem; no model has all of them
   --clock TIME         "hh:mm dd/mm/yy" or now: the device's clock at the start (00:00 01/01/00); a 1.1 has none
-  --fault FAULT        silence; partial=N: N bytes of each answer; garbage: damaged bytes; slow=MS: so much time
-                       before each byte; burst: all of a status in one go; echo; endless; nuls: one after each byte;
+  --fault FAULT        silence; partial=N: N bytes of each answer; garbage: damaged bytes; slow=MS: a pause
+                       before each byte; burst: a status in one piece; echo; endless; nuls: one after each byte;
                        drop=N: the line breaks after N bytes. Several can be given.
 
 A modem in front of it (--modem alone, or any of the others):
   --modem              a Hayes modem
   --modem-echo         it echoes commands
   --modem-silent       it is switched off
-  --dial-answer TEXT   what comes after dialling: "CONNECT 9600", BUSY, "NO CARRIER", "NO ANSWER"; an empty text for
-                       nothing at all
-  --dial-delay MS      how long that takes (1000)
+  --dial-answer TEXT   the answer to dialling: "CONNECT 9600", BUSY, "NO CARRIER", "NO ANSWER"; with an empty text
+                       there is none
+  --dial-delay MS      how long dialling takes (1000)
 
 The program:
   --trace FILE         writes the trace there and not to standard output

@@ -54,8 +54,8 @@ public:
         int closed = 0;
     };
 
-    // How often the device was opened and closed since the last call. A close discards what was sent and not
-    // fetched, and takes back a right of exclusive use (TIOCEXCL) that an editor could not return.
+    // How often the device was opened and closed since the last call. After a close, also discards what was
+    // sent and not fetched, and ends exclusive use (TIOCEXCL) that the editor did not end.
     Visits TakeVisits();
 
 private:

@@ -261,7 +261,7 @@ std::string SimulatedBuffer::Status(std::int64_t nowMs)
         Put(reply, date->position, DateText(Time(nowMs)));
     if (const FieldPlace* const time = PlaceOf(model_, StatusField::time))
         Put(reply, time->position, TimeText(Time(nowMs)));
-    // In one go, the answer to the 0x13 that is still to come is sent together with the end mark.
+    // In a burst, the answer to the 0x13 that is still to come follows the end mark at once.
     if (burst_)
         return IsCounted() ? reply : reply.append(kLineClear);
     if (IsCounted()) {
