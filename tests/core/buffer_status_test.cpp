@@ -84,7 +84,7 @@ TEST_P(Layout, EachByteBelongsToOneField)
     EXPECT_EQ(places, sample.places);
 }
 
-TEST_P(Layout, AShortReplyShowsWhatHasCome)
+TEST_P(Layout, AShortReplyShowsWhatHasArrived)
 {
     const Sample& sample = GetParam();
     const BufferStatus whole = StatusOf(sample.model, sample.reply, kContext);
@@ -209,7 +209,7 @@ TEST(StatusOf, ShowsReceivedBytesInCodePage1252)
     EXPECT_EQ(Shown(k30, reply, date), "°±/07/25");
 }
 
-TEST(StatusOf, TakesAPercentageThatIsNoNumberForZero)
+TEST(StatusOf, ReadsAPercentageThatIsNoNumberAsZero)
 {
     std::string reply(k40.reply);
     reply.replace(8, 7, "ERRORE!");

@@ -111,7 +111,7 @@ const std::vector<Conversion> kConversions{
      }},
 };
 
-TEST(ConversionVectors, HaveTheseResults)
+TEST(ConversionVectors, GiveTheListedResults)
 {
     for (const Conversion& conversion : kConversions) {
         SCOPED_TRACE(conversion.list);
@@ -120,7 +120,7 @@ TEST(ConversionVectors, HaveTheseResults)
     }
 }
 
-TEST(ConversionVectors, MayBeWithoutAResult)
+TEST(ConversionVectors, MayHaveNoResult)
 {
     ForEachCase("control_char_load", [](const Json& one) {
         const auto character = ReadFlowCharacter(TextOf(one, "in"));

@@ -82,7 +82,7 @@ TEST(ForText, OfOk)
 
              Waiting{"LowerCase", "", "\r\nok\r\n", "", kSuccess, "\r\nok", 0, "...", "\r\n"},
              // The first letter is taken before the first pass.
-             Waiting{"WaitsAlready", "", "OK", "", kSuccess, "OK", 0, "."},
+             Waiting{"IsWaitingAlready", "", "OK", "", kSuccess, "OK", 0, "."},
              Waiting{"InTheCallersBuffer", "an OK in front", "", "", kSuccess, "an OK in front", 0, "."},
              Waiting{"BeginsInTheCallersBuffer", "O", "", "100: K", kSuccess, "OK", 100, ".r"},
              Waiting{"OneByOne", "", "", "100: O | 200: O | 300: K", kSuccess, "OOK", 300, ".rrr"},
@@ -134,7 +134,7 @@ TEST_P(EitherWait, MakesNoPassWhenAlreadyCancelled)
     EXPECT_THAT(line_.pump.MayRest(), IsEmpty());
 }
 
-TEST_P(EitherWait, ReadsOneByOneAndThenAsBefore)
+TEST_P(EitherWait, ReadsOneByOneAndRestoresInputLen)
 {
     line_.port.SetInputLen(7);
     int during = 0;
@@ -149,7 +149,7 @@ TEST_P(EitherWait, ReadsOneByOneAndThenAsBefore)
     EXPECT_EQ(line_.port.InputLen(), 7);
 }
 
-TEST_P(EitherWait, PassesThePortsErrorOnAndReadsAsBefore)
+TEST_P(EitherWait, PassesThePortsErrorOnAndRestoresInputLen)
 {
     line_.port.SetInputLen(7);
     line_.pump.At(100, [this] { line_.port.Receive("a"); });
@@ -238,7 +238,7 @@ TEST_F(Flood, KeepsTheBeginningAndTheEndInTheBuffer)
     EXPECT_EQ(buffer_.substr(65'535), "xCONNECT");
 }
 
-TEST_F(Flood, IsTimedOutLikeSilence)
+TEST_F(Flood, TimesOutLikeSilence)
 {
     EXPECT_EQ(line_.wait.ForText(290'000, "connect", buffer_), Wait::timeOut);
 
@@ -268,7 +268,7 @@ TEST_F(Flood, IsEndedByTheCancelFlag)
 }
 
 // The text is found wherever it is relative to the part that the buffer keeps.
-TEST(ForText, FindsTheTextWhateverItKeeps)
+TEST(ForText, FindsTheTextWhateverTheBufferKeeps)
 {
     for (std::size_t keptHead = 0; keptHead < 12; ++keptHead) {
         SerialLine line;

@@ -150,7 +150,7 @@ TEST(CloseModem, EscapesAndHangsUp)
     }
 }
 
-TEST(CloseModem, TakesAnOkThatCameBeforeForTheFirstAnswer)
+TEST(CloseModem, MistakesAnEarlierOkForTheFirstAnswer)
 {
     SerialLine line;
     line.port.Receive("OK\r\nOK\r\n");

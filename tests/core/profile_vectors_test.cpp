@@ -140,7 +140,7 @@ class ProfileVectors : public testing::TestWithParam<VectorCase>
 {
 };
 
-TEST_P(ProfileVectors, GiveTheseAnswersAndTheseBytes)
+TEST_P(ProfileVectors, GiveTheListedAnswersAndBytes)
 {
     const Json& vector = GetParam().data;
     const std::string fixture = vector.value("fixture", "");

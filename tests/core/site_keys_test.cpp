@@ -335,7 +335,7 @@ TEST(SiteKeys, OfANewSiteAreAllWritten)
     EXPECT_EQ(site.startTime, "08:05");
 }
 
-TEST(LoadSite, TheIntervalOfASiteWithoutKindIsThatOfTheKindHeld)
+TEST(LoadSite, AnIntervalWithoutAStoredKindHasTheUnitOfTheRecordsKind)
 {
     SiteRecord site;
     EXPECT_EQ(Loaded("Ogni=5400", site).first, site);

@@ -175,7 +175,7 @@ TEST(ReadComPort, GivesTheTextUnchangedWithABufferOf500)
     EXPECT_THAT(missing.reads, ElementsAre("[General]Com 500"));
 }
 
-TEST(RemoveSite, TakesTheSectionAndTheKeyAndNothingElse)
+TEST(RemoveSite, DeletesTheSectionAndTheKeyAndNothingElse)
 {
     SettingsFile file(
         "; elenco\r\n[Siti]\r\nA=Alfa\r\nCITT\xC0=Citt\xE0\r\nC=Gamma\r\n\r\n"
@@ -187,7 +187,7 @@ TEST(RemoveSite, TakesTheSectionAndTheKeyAndNothingElse)
                             "[C]\r\nCITT\xC0=resta\r\n[General]\r\nCom=COM1\r\n");
 }
 
-TEST(RemoveSite, TakesTheSectionFirstAndTheKeyEvenIfThatFails)
+TEST(RemoveSite, DeletesTheSectionFirstAndTheKeyEvenIfThatFails)
 {
     RecordingProfileFile file;
     file.failing = {"A"};

@@ -48,7 +48,7 @@ const std::vector<Difference>& Differences()
           "write: new section after carriage return", "delete: line feed file",
           "delete: carriage return file"}},
         {"A write drops blank lines.",
-         {"RemoveSite.TakesTheSectionAndTheKeyAndNothingElse", "write: new section after blank lines",
+         {"RemoveSite.DeletesTheSectionAndTheKeyAndNothingElse", "write: new section after blank lines",
           "write: new key before trailing blank lines", "write: zero-filled tail: new key and new section",
           "write: control Z at the end", "delete: blank lines survive their section"}},
         {"A write cuts lines at a NUL.",

@@ -47,8 +47,8 @@ bool IsEnabled(const QWidget& control);
 // Names of the controls that Tab reaches, starting with the focused one, once round the window.
 QStringList TabRound(QWidget& window);
 
-// Those of these controls that are neither to the right of their predecessor nor below it, or whose group is
-// neither to the right of the predecessor's group nor below it.
+// The controls that break the reading order: neither to the right of their predecessor nor below it, or in a
+// group that is neither to the right of the predecessor's group nor below it.
 QStringList OutOfReadingOrder(const QWidget& window, const QStringList& names);
 
 // What a screen reader calls the control: its accessible name, or else its label's caption.

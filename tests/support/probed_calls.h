@@ -49,7 +49,7 @@ public:
     // Just before that call, another program rewrites the file in place or replaces it.
     void RewriteAt(std::size_t number, std::filesystem::path file, std::string bytes);
     void ReplaceAt(std::size_t number, std::filesystem::path file, std::string bytes);
-    // Cancels all of the above from now on.
+    // Cancels all of the above.
     void Mend();
 
     // The time by the clock of file times. It does not run, so the calls made never depend on the machine's

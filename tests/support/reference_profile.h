@@ -34,7 +34,7 @@ public:
     ReferenceProfile& operator=(ReferenceProfile&&) = delete;
     ~ReferenceProfile() = default;
 
-    // What fits into a buffer of that size; nullopt when there is no such key, or none at all.
+    // What fits into a buffer of that size; nullopt without such a key (Read) or without any key (Keys).
     [[nodiscard]] std::optional<std::string> Read(std::string_view section, std::string_view key,
                                                   std::size_t size) const;
     [[nodiscard]] std::optional<std::string> Keys(std::string_view section, std::size_t size) const;

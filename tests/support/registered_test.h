@@ -18,7 +18,7 @@ inline std::map<QByteArray, MakeTest>& RegisteredTests()
     return tests;
 }
 
-// Registers a QtTest class with the program: a static object of this type is at the end of the class's file.
+// Registers a QtTest class with the program, by a static object of this type at the end of the class's file.
 template <class Test>
 class RegisteredTest
 {

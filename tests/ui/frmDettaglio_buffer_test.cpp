@@ -1,4 +1,4 @@
-// The editor's buffer button: what the buffer window is given of the site.
+// The editor's buffer button: which settings of the site the buffer window gets.
 #include "tests/support/cases.h"
 #include "tests/support/editor_window.h"
 #include "tests/support/fake_port.h"
@@ -22,7 +22,7 @@ namespace corvrec
 namespace
 {
 
-// The stored line of a site, and what the buffer window's port gets of it. A local site never shakes hands.
+// The stored line of a site, and the settings that the port gets from it. A local site has no handshake.
 struct Line {
     const char* name;
     const char* settings;
@@ -42,7 +42,7 @@ constexpr std::array<Line, 10> kLines{{
     {"Dispositivo=STX11|MODEM=1|Handshake=HDW", "9600,N,8,1", 2},
 }};
 
-// A device, the model as which it is queried, and whether its clock can be set.
+// A device, the model whose protocol it uses, and whether its clock can be set.
 struct Model {
     const char* name;
     int number;
@@ -193,7 +193,7 @@ private slots:
         });
     }
 
-    // The clock stands still in the program's own event loop, so only the key can end these waits.
+    // The fake clock does not move in the program's own event loop, so only the key can end these waits.
     static void escapeEndsARequest()
     {
         Fixture site("Dispositivo=STX30");

@@ -19,7 +19,7 @@ namespace corvrec
 namespace
 {
 
-// Which page Tab goes round, after these choices, and where it goes first and last there.
+// The controls that Tab visits first and last on a page, after these choices.
 struct Round {
     const char* name;
     QStringList choices;

@@ -175,7 +175,7 @@ private slots:
         window.ExpectShown(changed);
     }
 
-    static void defaultsPutTheTimeOfDayOverAnyStartTime()
+    static void defaultsReplaceAnyStartTimeByTheTimeOfDay()
     {
         EditorWindow window(SettingsWith({}));
         for (const char* const before : {"__:__", "_1:_2", "23:59"}) {

@@ -1,5 +1,5 @@
-// The buffer window with the real port and every device of the laboratory: once through everything. What each
-// byte does is tested without a window, what the window does without a device.
+// The buffer window with the real port and every device of the laboratory. What each byte does is tested
+// without a window, what the window does without a device.
 #include "core/clock.h"
 #include "tests/support/buffer_window.h"
 #include "tests/support/lab_world.h"
@@ -175,7 +175,7 @@ private slots:
         }
     }
 
-    static void unplugAfterAWholeReplyDoesNotCostIt()
+    static void unplugAfterACompleteReplyKeepsTheReply()
     {
         constexpr std::size_t kUpToTheStar = 1 + 38; // including the answer to the first line clear
         for (const std::size_t bytes : {kUpToTheStar, kUpToTheStar + 1}) {

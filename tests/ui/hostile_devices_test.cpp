@@ -1,4 +1,4 @@
-// Devices at their worst, and users who leave at the worst moment.
+// Devices that misbehave, and users who leave at any moment.
 #include "tests/support/buffer_window.h"
 #include "tests/support/heap.h"
 #include "tests/support/lab_world.h"
@@ -125,7 +125,7 @@ bool LogOff(LabWorld& /*world*/)
     return true;
 }
 
-// Every n-th case is run. No number divides the length of a part that repeats in a dialogue.
+// One case in n is run. Neither n divides the length of a part that repeats in a dialogue.
 const std::size_t kSteps = SampleOrAll<std::size_t>(13, 29, 1);
 const std::size_t kLengths = SampleOrAll<std::size_t>(5, 11, 1);
 
@@ -153,7 +153,7 @@ private slots:
     static void initTestCase()
     {
         InstallTexts(*QCoreApplication::instance());
-        qInfo("every %zuth step of a dialogue, every %zuth length of a reply", kSteps, kLengths);
+        qInfo("1 in %zu steps of a dialogue, 1 in %zu lengths of a reply", kSteps, kLengths);
     }
 
     static void anythingAtEveryStep_data()

@@ -284,7 +284,7 @@ void Run::Escape()
     if (++escapes_ > kMostEscapes)
         Report("no way back to the list");
     if (escapes_ > 10 * kMostEscapes)
-        qFatal("no way back to the list at all");
+        qFatal("Escape does not lead back to the list");
     monkey_.PressEscape(Front());
 }
 

@@ -138,7 +138,7 @@ public:
     // field: the field's number.
     const QString& For(std::size_t field) const { return texts_[(turn_ + field * 577) % kTexts]; }
     Entry WayFor(std::size_t field) const { return kEntries[(turn_ + turn_ / 4 + field) % kEntries.size()]; }
-    // True in one of oneIn groups of sixteen turns; in each group, every field is used with every way of
+    // True for one in `oneIn` groups of sixteen turns; within a group, every field is used with every way of
     // entry.
     bool Chooses(std::size_t oneIn) const { return turn_ / 16 % oneIn == 0; }
 

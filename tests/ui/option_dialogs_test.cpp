@@ -244,8 +244,8 @@ private slots:
         }
     }
 
-    static void enterPressesOkAndOnAnnullaAnnulla_data() { AddCases(kDialogs); }
-    static void enterPressesOkAndOnAnnullaAnnulla()
+    static void enterPressesOkOrTheFocusedAnnulla_data() { AddCases(kDialogs); }
+    static void enterPressesOkOrTheFocusedAnnulla()
     {
         QFETCH(const Dialog, given);
         OptionsEditor window;

@@ -184,7 +184,7 @@ private slots:
         }
     }
 
-    static void fileWithoutComEndsTheProgramUnseen_data()
+    static void fileWithoutComEndsTheProgramAfterAMessage_data()
     {
         using Bytes = std::optional<std::string>;
         QTest::addColumn<Bytes>("bytes");
@@ -197,7 +197,7 @@ private slots:
         QTest::newRow("directory") << Bytes();
     }
 
-    static void fileWithoutComEndsTheProgramUnseen()
+    static void fileWithoutComEndsTheProgramAfterAMessage()
     {
         QFETCH(const std::optional<std::string>, bytes);
         Place place(bytes);

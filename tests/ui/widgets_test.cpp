@@ -374,7 +374,7 @@ private slots:
         }
     }
 
-    static void aFieldThatCannotTakeTheFocusLeavesItToTheFirstOfItsPage()
+    static void aFieldThatCannotTakeTheFocusPassesItToTheFirstOfItsPage()
     {
         for (const bool shown : {false, true}) {
             PagedDialog dialog;

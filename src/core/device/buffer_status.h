@@ -59,8 +59,8 @@ const ReplyLayout& LayoutOf(BufferModel model);
 // A decoded reply: the text of each StatusField, in UTF-8.
 using BufferStatus = std::array<std::string, kStatusFields>;
 
-// Decode the reply of a model 1.1, of a 2.0 or 3.0, and of a Stratobox Buffer. Nothing is an error: missing
-// positions give short or empty texts, and numbers of 0.
+// Decode the reply of a model 1.1, of a 2.0 or 3.0, and of a Stratobox Buffer; StatusOf chooses by the model.
+// Nothing is an error: missing positions give short or empty texts, and numbers of 0.
 BufferStatus Sx11Status(std::string_view reply, const StatusContext& context);
 BufferStatus Sx30Status(std::string_view reply, const StatusContext& context);
 BufferStatus Sx40Status(std::string_view reply, const StatusContext& context);

@@ -81,7 +81,7 @@ Wait ReplyWait::ForText(int timeOutMs, std::string_view text, std::string& buffe
             buffer += port_.Input();
         found = Holds(std::string_view(buffer).substr(searchFrom), text);
         allSearched = true;
-        // Not found, so the text can only begin within as many of the last characters as it has.
+        // Not found, so the text can begin only in the last characters, as many as it has itself.
         KeepHeadAndTail(buffer, keptHead, text.size());
         searchFrom = buffer.size() - std::min(buffer.size(), text.size());
     }

@@ -16,7 +16,7 @@ struct Moment {
 
     bool operator==(const Moment&) const = default;
     [[nodiscard]] bool IsBefore(const Moment& other) const;
-    // Then the file system may keep no finer times.
+    // True for every time of a file system that keeps no finer ones.
     [[nodiscard]] bool IsWholeSecond() const { return nanoseconds == 0; }
 };
 

@@ -21,7 +21,7 @@ struct Text {
     std::string_view wide;
 
     // Whether every character of the span has a byte in the page, so that no '?' stands for a missing one. A
-    // name or value with a missing character equals no parameter.
+    // name or value with a missing character never equals a parameter.
     [[nodiscard]] bool IsExact(Span span) const;
 };
 

@@ -14,8 +14,8 @@ namespace
 // all.
 constexpr std::size_t kMostIndexed = 256;
 
-// Upper bound for the number of different names among the entries of a text. Fewer than 600 names have no
-// unit or one; any other entry takes at least four units with its line end.
+// Upper bound for the number of different names among the entries of a text. Fewer than 600 names are shorter
+// than two units; any other entry takes at least four units with its line end.
 std::size_t MostNames(std::size_t entries, std::size_t units)
 {
     constexpr std::size_t shortNames = 600;

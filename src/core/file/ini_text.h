@@ -33,9 +33,9 @@ struct Edit {
 //
 // A file of even length that starts with FF FE is UTF-16 little endian; any other file is single bytes.
 //
-// Sections are indexed at the first question, a section's keys at the first question about that section.
-// Apply keeps as much of both as it can. Text and index together take less than ten times the room of the
-// bytes, whatever they are.
+// Sections are indexed at the first query, a section's keys at the first query about that section. Apply
+// keeps as much of both as it can. Text and index together take less than ten times the room of the bytes,
+// whatever they are.
 class IniText
 {
 public:
@@ -74,7 +74,7 @@ private:
     std::string bytes_;
     bool isUtf16_;
     std::string narrowed_; // UTF-16 only: a byte per unit after the mark, '?' where the page has none
-    std::unique_ptr<ini::Index> index_; // null before the first question
+    std::unique_ptr<ini::Index> index_; // null before the first query
 };
 
 } // namespace corvrec

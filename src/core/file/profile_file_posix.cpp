@@ -201,7 +201,7 @@ private:
         return std::nullopt;
     }
 
-    // Asked each time that "yes" would lead to trust. "No" is remembered, since the answer may come over a
+    // Asks the system each time, except after a "no", which is remembered: the answer may come over a
     // network.
     bool IsLocal(const Descriptor& file, dev_t device)
     {

@@ -24,8 +24,7 @@ std::string WithoutLineBreaks(std::string_view text);
 // lacks. Blanks and quotes at the ends, which a read would drop, stay.
 std::string AsStored(std::string_view text);
 
-// One section of the settings file, in UTF-8. The only place that knows the missing-key rule and the code
-// page.
+// One section of the settings file, in UTF-8. Applies the missing-key rule and the code page to each value.
 class Section
 {
 public:

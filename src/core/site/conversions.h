@@ -53,7 +53,7 @@ ScheduleKind ScheduleKindOf(std::string_view ricorrenza);
 std::string IntervalText(ScheduleKind kind, std::string_view storedSeconds);
 std::string StoredInterval(ScheduleKind kind, std::string_view interval);
 
-// A start time ("Ora") as the start field shows it.
+// A start time ("Ora") as the field shows it.
 struct StartTime {
     std::string field;   // "hh:mm", or "__:__" when the time cannot be read
     bool marked = false; // "Ora" ended in "p", a mark of the recorder

@@ -18,7 +18,7 @@ struct ModemModel {
 };
 
 // Splits a line, in UTF-8, at its first "=": the name before it, the initialisation string after it. A line
-// without "=" has an empty name and is all string.
+// without "=" is all initialisation string and has an empty name.
 ModemModel ParseCatalogueLine(std::string_view line);
 
 // The models in a catalogue of less than 4 GiB: one per line, in code page 1252. Lines end with CR LF, LF or

@@ -22,7 +22,7 @@ SiteRecord NewSite(const DateTime& now)
         .weekdays = 0,
         .interval = "1",
         .startTime = TwoDigits(now.hour) + ":" + TwoDigits(now.minute),
-        .marked = std::nullopt, // stays that of the last loaded site
+        .marked = std::nullopt, // the last loaded site's stays
         .addDate = false,
         .addTime = false,
         .dropNulls = false,

@@ -184,7 +184,7 @@ bool IsPeriodic(const SiteRecord& site)
     return HasSchedule(site) && !IsContinuous(site);
 }
 
-// Whatever the check box says, off for a device that keeps them.
+// Always off for a device that keeps NULs, whatever the check box says.
 std::optional<std::string> StoredDropNulls(const SiteRecord& site, const DateTime& /*today*/)
 {
     const bool keepsNulls = DeviceOf(site.device.value_or(-1)).keepsNulls;

@@ -44,7 +44,8 @@ std::optional<std::string> ReadComPort(ProfileFile& file);
 // Deletes the site's section, then its key in "Siti". Failures are not reported.
 void RemoveSite(ProfileFile& file, std::string_view code);
 
-// A site's file names as typed. Two sites collide when the same one of the three is exactly equal.
+// A site's file names as typed. Two sites collide when their data, exchange or history file is exactly
+// equal.
 struct SiteFiles {
     std::string data;
     std::string exchange;

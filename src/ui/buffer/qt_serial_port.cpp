@@ -109,7 +109,7 @@ void QtSerialPort::Open()
     Close(); // a lost device may still be open in Qt
     const QString device = ResolvedDevice(PortDevice(line_.commPort));
     if (device.isEmpty() || !ApplySettings(port_, ToQt(line_.settings)))
-        throw PortError("no such port or line");
+        throw PortError("no such port, or invalid line settings");
     port_.setFlowControl(FlowControlOf(line_.handshaking));
     port_.setPortName(device);
     if (IsLocked(device))
@@ -216,7 +216,7 @@ void QtSerialPort::ClearInput()
 
 void QtSerialPort::ClearOutput()
 {
-    // Not without need: a pseudo-terminal would discard what it has accepted and its other side has not read
+    // Only when output is pending: otherwise a pseudo-terminal would discard what its other side has not read
     // yet.
     if (IsOpen() && (port_.bytesToWrite() > 0 || !HasSent(port_.handle())))
         port_.clear(QSerialPort::Output);
@@ -254,7 +254,7 @@ void QtSerialPort::NoteError(QSerialPort::SerialPortError error)
 void QtSerialPort::CheckUsable() const
 {
     if (!IsOpen())
-        throw PortError("the port is closed or has gone");
+        throw PortError("the port is closed or has disappeared");
 }
 
 // Takes what Qt holds, otherwise what the kernel holds, up to the buffer's size. The rest stays there and is

@@ -48,7 +48,7 @@ private:
     void SendRest() noexcept;
 
     LineSettings line_;
-    // Mutable because pinoutSignals(), although a query, is not a const member.
+    // Mutable because pinoutSignals(), although a query, is not const.
     mutable QSerialPort port_;
     // Input not yet read, without NULs: at most kBufferSize, but for a lost device also everything that Qt
     // held.

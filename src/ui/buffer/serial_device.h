@@ -25,7 +25,7 @@ QString ResolvedDevice(const QString& name);
 // and those without a process, are removed where permissions allow.
 bool IsLocked(const QString& device);
 
-// Settings of an open port that QSerialPort does not make. Closing the port, or the end of the process,
+// Makes the settings of an open port that QSerialPort lacks. Closing the port, or the end of the process,
 // lowers DTR. Output stopped by XOFF resumes at XON only. With parity, characters with a parity error are
 // marked or replaced by "?". Returns whether they are marked; then the input must go through ParityMarks.
 bool SetUpLine(PortHandle port, bool hasParity);

@@ -19,7 +19,7 @@ struct Environment {
     ProfileFile& settings;
     Clock& clock;
     EventPump& events;
-    std::function<std::unique_ptr<SerialPort>()> makePort;
+    std::function<std::unique_ptr<SerialPort>()> makePort; // called for each buffer window
 };
 
 } // namespace corvrec

@@ -13,7 +13,7 @@ namespace
 {
 
 // Determines file types by name. By default the chooser reads each file in the folder to find its type, and
-// hangs on one that never ends or never begins, such as a FIFO.
+// hangs on one that never ends or never yields a byte, such as a FIFO.
 class TypesByName : public QFileIconProvider
 {
 public:

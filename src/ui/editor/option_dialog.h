@@ -21,8 +21,8 @@ public:
     // Remembers the values that Annulla restores. To be called before each showing.
     virtual void RegisterUndo();
 
-    // What the button of the editor that shows the dialog does. It also takes the focus, since a mnemonic
-    // clicks it without: the field being left then runs its rule.
+    // Shows the dialog for this button of the editor. Focuses the button first, because a mnemonic clicks it
+    // without doing so: the field being left then runs its rule.
     void Open(QWidget& button);
 
     // A value that the record lacks stays as it is.

@@ -51,7 +51,7 @@ pageConnessione::pageConnessione(QWidget* parent)
     ui_->setupUi(this);
     connect(ui_->cboTipoConn, &QComboBox::currentIndexChanged, this, &pageConnessione::cboTipoConn_Click);
     connect(ui_->cboHandS, &QComboBox::currentIndexChanged, this, &pageConnessione::cboHandS_Click);
-    // An option button's rule runs when it is switched on; nothing runs for the other one, which goes off.
+    // An option button's rule runs when it is switched on. The other one is switched off and runs none.
     connect(ui_->optLocale, &QRadioButton::toggled, this, [this](bool on) {
         if (on)
             optLocale_Click();

@@ -148,12 +148,12 @@ QSize PlainEdit::AsWideAsText(const QSize& size) const
 {
     if (widestText_.isEmpty())
         return size;
-    constexpr int besideText = 2; // pixels that QLineEdit leaves free at each side of its text
+    constexpr int textMargin = 2; // pixels that QLineEdit leaves free at each side of its text
     QStyleOptionFrame option;
     initStyleOption(&option);
     const QMargins margins = textMargins() + contentsMargins();
     const int caret = style()->pixelMetric(QStyle::PM_TextCursorWidth, &option, this);
-    const int text = fontMetrics().horizontalAdvance(widestText_) + caret + 2 * besideText + margins.left() +
+    const int text = fontMetrics().horizontalAdvance(widestText_) + caret + 2 * textMargin + margins.left() +
                      margins.right();
     const QSize whole = style()->sizeFromContents(QStyle::CT_LineEdit, &option, {text, size.height()}, this);
     return {whole.width(), size.height()};

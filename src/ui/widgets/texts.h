@@ -21,7 +21,7 @@ void InstallTexts(QCoreApplication& application, const QLocale& user = QLocale::
 // The text with this id. A test makes sure that every id used in code is in the table.
 QString Text(TextId id);
 
-// The text with any number; a null string when the table lacks it.
+// The text with this number; a null string when the table lacks it.
 QString FindText(int id);
 
 // The number before the first ";" of a localisation tag such as "501;" or "801;2". 0, the number of no text,
