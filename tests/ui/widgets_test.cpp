@@ -251,6 +251,7 @@ private slots:
     {
         if (!IsOffscreen())
             QSKIP("the virtual screen is a single one");
+        QVERIFY2(QGuiApplication::screens().size() == 2, "CORVREC_SCREEN: see tests/CMakeLists.txt");
         const QRect right(1024, 100, 1601, 901);
         QCOMPARE(QGuiApplication::screens().at(1)->geometry(), right);
         QDialog parent;
