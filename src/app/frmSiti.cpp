@@ -315,15 +315,15 @@ void frmSiti::EnableCommands()
     ui_->cmdRimuovi->setEnabled(hasSites);
 }
 
-// Nothing else reports a failed write, or a site for which the list will have no room at the next start. Say
-// so here before it surprises anybody.
+// Nothing else reports a file that cannot be written, or sites for which the list has no room. Say so here
+// before it surprises anybody.
 void frmSiti::ShowFile()
 {
     const QString path = ShownPath(environment_.directory / "Corvrec.ini");
     QString note;
     if (!environment_.settings.IsWritable())
         note += " – " + Text(text::readOnly);
-    if (!ListHolds(sites_.Rows()))
+    if (!ListHoldsAllSites(environment_.settings))
         note += " – " + Text(text::listFull);
     const QFontMetrics metrics = ui_->lblFile->fontMetrics();
     const int room = ui_->lblFile->width() - metrics.horizontalAdvance(note);

@@ -388,6 +388,18 @@ private slots:
         checkNote("sola lettura");
     }
 
+    static void fileLineCountsTheSitesThatTheListDoesNotShow()
+    {
+        const std::string longCode(493, 'L'); // with its NUL, 494 of 498 bytes
+        SiteList window(SettingsWith({longCode, "ABCDE"}));
+        QCOMPARE(window.Count(), 1);
+
+        window.Add("D", "D");
+
+        QVERIFY(window.FileLine().text().endsWith(
+            " – elenco pieno: al prossimo avvio mancheranno gli ultimi siti"));
+    }
+
     // The list would lose a longer code at the next start.
     static void codeIsNoLongerThanTheListCanRead()
     {

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace corvrec
 {
@@ -88,12 +89,11 @@ std::vector<SiteRow> ListSites(ProfileFile& file)
     return listed;
 }
 
-bool ListHolds(std::span<const SiteRow> sites)
+// Asks the file, since the rows lack the sites that were cut off at the start.
+bool ListHoldsAllSites(ProfileFile& file)
 {
-    std::size_t length = 0;
-    for (const SiteRow& site : sites)
-        length += Cp1252FromUtf8(site.code).size() + 1;
-    return length <= kListSize - 2; // the read ends a list that it cuts with two NULs
+    const std::string keys = file.Keys("Siti", "", 2 * kListSize);
+    return keys.size() <= kListSize - 2; // a read that cuts a list ends it with two NULs
 }
 
 // Writes and reads the name in an otherwise empty file, so that the file's own rules apply.

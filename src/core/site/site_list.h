@@ -29,9 +29,8 @@ std::vector<std::string> SplitKeys(std::string_view keys);
 // field rely on, so a long list loses its last sites.
 std::vector<SiteRow> ListSites(ProfileFile& file);
 
-// Whether the next ListSites will still list all of these sites, that is, whether their codes fit into the
-// key list.
-bool ListHolds(std::span<const SiteRow> sites);
+// Whether the codes of all sites in the file fit into the key list. If not, ListSites loses the last ones.
+bool ListHoldsAllSites(ProfileFile& file);
 
 // The name that the list will show for a site saved with this name: characters that the file cannot hold
 // become '?', blanks and a pair of quotes at the ends disappear.
