@@ -26,9 +26,8 @@ using namespace corvrec::lab;
 // Exit status for a mistake on the command line.
 constexpr int kUsage = 2;
 
-// Write end of the pipe that ends the program's main loop.
-int stopWriteEnd =
-    -1; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables): a signal handler has no other
+// Write end of the pipe that ends the program's main loop. Global for the signal handler.
+int stopWriteEnd = -1;
 
 void Stop(int /*signal*/)
 {

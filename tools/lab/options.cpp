@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <limits>
+#include <system_error>
 
 namespace corvrec::lab
 {

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <span>
 #include <stdexcept>
+#include <system_error>
 #include <utility>
 
 namespace corvrec::lab

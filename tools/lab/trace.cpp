@@ -1,7 +1,6 @@
 #include "tools/lab/trace.h"
 
 #include <array>
-#include <cstddef>
 #include <cstdio>
 #include <ostream>
 #include <stdexcept>

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <string>
-#include <utility>
 
 namespace corvrec
 {

@@ -16,6 +16,7 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <system_error>
 #include <termios.h>
 #include <unistd.h>
 

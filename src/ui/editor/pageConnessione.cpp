@@ -1,6 +1,5 @@
 #include "ui/editor/pageConnessione.h"
 
-#include "core/device/event_pump.h"
 #include "core/device/line_settings.h"
 #include "core/device/serial_port.h"
 #include "core/file/section.h"

@@ -5,7 +5,6 @@
 #include <QPalette>
 #include <QScrollBar>
 #include <QTextBlock>
-#include <QTextList>
 #include <QTextTable>
 #include <QtMath>
 
