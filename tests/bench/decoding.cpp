@@ -15,7 +15,7 @@ constexpr StatusContext kContext{.now = {.year = 2026, .month = 11, .day = 21},
 
 void Decode(benchmark::State& state, BufferModel model, const std::string& reply)
 {
-    for (auto each : state)
+    while (state.KeepRunning())
         benchmark::DoNotOptimize(StatusOf(model, reply, kContext));
     state.SetItemsProcessed(state.iterations());
 }

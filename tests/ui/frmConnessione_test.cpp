@@ -6,7 +6,6 @@
 #include "tests/support/site_window.h"
 #include "tests/support/unanswered_boxes.h"
 #include "ui/buffer/frmConnessione.h"
-#include "ui/widgets/texts.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -64,8 +63,6 @@ class frmConnessione_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void captionsComeFromTheStringTable()
     {
         Fixture window;

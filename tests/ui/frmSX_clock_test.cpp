@@ -3,7 +3,6 @@
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/registered_test.h"
-#include "ui/widgets/texts.h"
 
 #include <QTest>
 
@@ -31,8 +30,6 @@ class frmSX_clock_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void sendsTheDigitsWithTheirPauses()
     {
         BufferWindow window;

@@ -2,7 +2,6 @@
 #include "tests/support/buffer_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/registered_test.h"
-#include "ui/widgets/texts.h"
 
 #include <QLabel>
 #include <QTest>
@@ -61,8 +60,6 @@ class frmSX_close_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void everyWayHangsUpAndCloses_data() { AddWays(); }
 
     static void everyWayHangsUpAndCloses()

@@ -9,7 +9,6 @@
 #include "tools/lab/laboratory.h"
 #include "tools/lab/options.h"
 #include "ui/buffer/qt_event_pump.h"
-#include "ui/widgets/texts.h"
 
 #include <QLabel>
 #include <QTest>
@@ -58,8 +57,6 @@ class frmSX_lab_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void everyModelIsShown_data()
     {
         QTest::addColumn<BufferModel>("model");

@@ -2,7 +2,6 @@
 #include "tests/support/buffer_window.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/registered_test.h"
-#include "ui/widgets/texts.h"
 
 #include <QProgressBar>
 #include <QTest>
@@ -37,8 +36,6 @@ class frmSX_status_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void requests_data()
     {
         QTest::addColumn<Reached>("reached");

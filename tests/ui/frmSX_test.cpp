@@ -2,7 +2,6 @@
 #include "tests/support/buffer_window.h"
 #include "tests/support/controls.h"
 #include "tests/support/registered_test.h"
-#include "ui/widgets/texts.h"
 
 #include <QLabel>
 #include <QTest>
@@ -15,8 +14,6 @@ class frmSX_test : public QObject
     Q_OBJECT
 
 private slots:
-    static void initTestCase() { InstallTexts(*QCoreApplication::instance()); }
-
     static void captionsComeFromTheStringTable()
     {
         BufferWindow window;

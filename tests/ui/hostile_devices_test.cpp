@@ -6,7 +6,6 @@
 #include "tests/support/registered_test.h"
 #include "tests/support/sample.h"
 #include "tests/support/site_window.h"
-#include "ui/widgets/texts.h"
 
 #include <QLabel>
 #include <QPushButton>
@@ -152,7 +151,6 @@ class hostile_devices_test : public QObject
 private slots:
     static void initTestCase()
     {
-        InstallTexts(*QCoreApplication::instance());
         qInfo("1 in %zu steps of a dialogue, 1 in %zu lengths of a reply", kSteps, kLengths);
     }
 

@@ -7,6 +7,7 @@
 #include "core/site/conversions.h"
 
 #include <cassert>
+#include <iterator>
 
 namespace corvrec
 {
@@ -17,8 +18,9 @@ namespace
 // Whether every field has arrived, even if the device disappeared before it answered the line clear.
 bool HasAllFields(std::string_view reply, const ReplyLayout& layout)
 {
-    const auto counted = static_cast<std::size_t>(layout.counted + layout.countedAfterLineClear);
-    return counted != 0 ? reply.size() >= counted : reply.find(kEndOfStatus) != std::string_view::npos;
+    if (layout.counted == 0)
+        return reply.find(kEndOfStatus) != std::string_view::npos;
+    return std::ssize(reply) >= layout.counted + layout.countedAfterLineClear;
 }
 
 } // namespace

@@ -58,7 +58,7 @@ private:
     template <typename IsSame>
     std::size_t PlaceOf(const Entries& entries, std::uint32_t hash, IsSame isSame) const
     {
-        std::size_t place = static_cast<std::size_t>(std::uint64_t{hash} * slots_.size() >> 32);
+        auto place = static_cast<std::size_t>(std::uint64_t{hash} * slots_.size() >> 32);
         while (slots_[place] != 0 && !(entries[slots_[place] - 1].hash == hash && isSame(slots_[place] - 1)))
             place = place + 1 == slots_.size() ? 0 : place + 1;
         return place;

@@ -13,7 +13,7 @@ namespace corvrec
 {
 
 // The site's two alerts: data file missing for some seconds, and little free space on drive C:.
-class frmFileAvanzate : public OptionDialog
+class frmFileAvanzate final : public OptionDialog
 {
     Q_OBJECT
 

@@ -17,7 +17,7 @@ namespace corvrec
 
 // The dial-up settings of a remote site, and the modem catalogue, which offers an initialisation string for
 // each model.
-class frmModem : public OptionDialog
+class frmModem final : public OptionDialog
 {
     Q_OBJECT
 

@@ -16,7 +16,7 @@ namespace corvrec
 {
 
 // The line transformations that the recorder applies to what the exchange sends.
-class frmTrasfAvanzate : public OptionDialog
+class frmTrasfAvanzate final : public OptionDialog
 {
     Q_OBJECT
 
