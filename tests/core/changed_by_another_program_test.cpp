@@ -63,7 +63,8 @@ std::string AnyValue(Choices& choices)
 {
     // Few lengths, so that files of equal size are common.
     constexpr std::array<std::size_t, 5> lengths = {0, 4, 4, 4, 40};
-    return std::string(choices.AnyOf(lengths), static_cast<char>('a' + choices.Below(26)));
+    std::string value(choices.AnyOf(lengths), static_cast<char>('a' + choices.Below(26)));
+    return value;
 }
 
 std::string AnyLine(Choices& choices)

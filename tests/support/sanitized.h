@@ -3,7 +3,8 @@
 #include <cstddef>
 
 // Of AddressSanitizer's run-time library; declared here because g++ lacks its header. Null in programs
-// without it. NOLINTNEXTLINE(bugprone-reserved-identifier)
+// without it.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace corvrec
