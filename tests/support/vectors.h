@@ -12,9 +12,9 @@ namespace corvrec
 inline QJsonArray Vectors(const char* list)
 {
     QFile file(CORVREC_TEST_DATA "/conversions.json");
-    const QJsonArray cases = file.open(QIODevice::ReadOnly)
-                                 ? QJsonDocument::fromJson(file.readAll()).object().value(list).toArray()
-                                 : QJsonArray();
+    QJsonArray cases = file.open(QIODevice::ReadOnly)
+                           ? QJsonDocument::fromJson(file.readAll()).object().value(list).toArray()
+                           : QJsonArray();
     if (cases.isEmpty())
         qFatal("no vectors %s", list);
     return cases;

@@ -1,5 +1,5 @@
-#include "core/file/file_stamp.h"
-#include "core/file/in_place_change.h"
+#include "core/file/file_stamp_posix.h"
+#include "core/file/in_place_change_posix.h"
 #include "core/file/ini_text.h"
 #include "core/file/posix_calls.h"
 #include "core/file/profile_file.h"

@@ -1,4 +1,4 @@
-#include "core/file/in_place_change.h"
+#include "core/file/in_place_change_posix.h"
 
 #include "core/file/posix_calls.h"
 

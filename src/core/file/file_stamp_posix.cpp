@@ -1,4 +1,4 @@
-#include "core/file/file_stamp.h"
+#include "core/file/file_stamp_posix.h"
 
 #include <algorithm>
 #include <array>
