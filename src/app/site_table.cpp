@@ -5,6 +5,7 @@
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QTextDocument>
 #include <QToolTip>
 
@@ -90,8 +91,21 @@ bool SiteTable::viewportEvent(QEvent* event)
 void SiteTable::contextMenuEvent(QContextMenuEvent* event)
 {
     const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
-    const QPoint belowRow = viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft());
-    emit MenuRequested(isByKey ? belowRow : event->globalPos());
+    emit MenuRequested(isByKey ? MenuPlace() : event->globalPos());
+}
+
+// Under X11, Qt makes no context menu event of Shift+F10, only of the Menu key, which many keyboards lack.
+void SiteTable::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
+        emit MenuRequested(MenuPlace());
+    else
+        QTableView::keyPressEvent(event);
+}
+
+QPoint SiteTable::MenuPlace() const
+{
+    return viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft());
 }
 
 // In a narrow window name and code give way: the code keeps up to half of their common width, the name gets

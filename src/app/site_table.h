@@ -38,10 +38,14 @@ protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     QSize viewportSizeHint() const override;
     void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
+    // Below the marked row.
+    [[nodiscard]] QPoint MenuPlace() const;
+
     // Distributes the view's width to the columns.
     void SetColumnWidths();
 

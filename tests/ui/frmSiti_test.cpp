@@ -426,6 +426,11 @@ private slots:
         QCOMPARE(window.OpenMenu(QContextMenuEvent::Keyboard, {}), menu);
         const QPoint belowRow = window.Grid().visualRect(window.Cell(1, 0)).bottomLeft();
         QCOMPARE(menu->pos(), window.Grid().viewport()->mapToGlobal(belowRow));
+        menu->close();
+
+        QTest::keyClick(&window.Grid(), Qt::Key_F10, Qt::ShiftModifier);
+        QCOMPARE(QApplication::activePopupWidget(), menu);
+        QCOMPARE(menu->pos(), window.Grid().viewport()->mapToGlobal(belowRow));
         MessageProbe question(QString("Sì"));
         QTest::keyClick(menu, Qt::Key_R);
         QCOMPARE(question.title(), "Si desidera continuare?");
