@@ -2,6 +2,7 @@
 
 #include "app/frmSiti.h"
 #include "ui/help/guide.h"
+#include "ui/widgets/dialogs.h"
 #include "ui/widgets/texts.h"
 
 #include <QApplication>
@@ -75,6 +76,7 @@ int RunEditor(QApplication& application, const Environment& environment)
     QApplication::setDesktopFileName(QStringLiteral("org.corvanerecorder.CorvrecConfig"));
     const Guide guide(application);
     const HeldKeys heldKeys(application);
+    const FocusReturn focusReturn(application);
     frmSiti list(environment);
     if (!list.Load())
         return 1;

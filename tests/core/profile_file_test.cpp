@@ -196,8 +196,7 @@ TEST(ProfileFile, EveryKeyOfALongListIsFoundAfterASave)
     for (int site = 0; site < 1000; ++site) {
         for (const std::string key : {"0", "1", "2"}) {
             const std::string number = std::to_string(site);
-            const std::string value = std::string(number).append(" ").append(key);
-            ASSERT_EQ(file->Read("S" + number, "K" + key, "none", 100), value);
+            ASSERT_EQ(file->Read("S" + number, "K" + key, "none", 100), number + " " + key);
         }
     }
 }

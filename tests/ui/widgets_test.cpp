@@ -1,5 +1,6 @@
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
+#include "tests/support/patience.h"
 #include "tests/support/registered_test.h"
 #include "tests/support/text_entry.h"
 #include "tests/support/vectors.h"
@@ -22,6 +23,7 @@
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 #include <QToolTip>
 #include <QVBoxLayout>
 
@@ -536,6 +538,27 @@ private slots:
     }
 
     // What other tests rely on.
+    // Several times, because it depends on how soon the window manager follows.
+    static void theKeyboardReturnsToAWindowWhoseDialogClosesWithItsMessage()
+    {
+        const FocusReturn focusReturn(*qApp);
+        QWidget owner;
+        ShowActive(owner);
+        for (int round = 0; round < 20; ++round) {
+            QDialog dialog(&owner);
+            QTimer::singleShot(0, &dialog, [&dialog] {
+                QTRY_VERIFY_WITH_TIMEOUT(IsInFront(dialog), kPatienceMs);
+                ShowMessage(&dialog, "testo");
+                dialog.accept();
+            });
+            MessageProbe message(Qt::Key_Return, [] { BringToFront(*QApplication::activeModalWidget()); });
+
+            dialog.exec();
+
+            QTRY_VERIFY_WITH_TIMEOUT(IsInFront(owner), kPatienceMs);
+        }
+    }
+
     static void aProbeReportsAMessageThatIsMissingUnexpectedOrNotAnswered()
     {
         MessageProbe::SetPatience(std::chrono::milliseconds(100));

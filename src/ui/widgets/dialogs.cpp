@@ -4,7 +4,8 @@
 #include "ui/widgets/texts.h"
 
 #include <QAbstractButton>
-#include <QCoreApplication>
+#include <QApplication>
+#include <QDialog>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QFontMetrics>
@@ -19,6 +20,7 @@
 #include <QStyle>
 #include <QTabWidget>
 #include <QTextDocument>
+#include <QTimer>
 #include <QVariant>
 #include <QWidget>
 
@@ -338,6 +340,41 @@ void FocusFirst(QWidget& window)
 {
     if (QWidget* const first = FirstOf(window))
         first->setFocus(Qt::OtherFocusReason);
+}
+
+namespace
+{
+
+bool HasOpenDialog(const QWidget& window)
+{
+    const auto dialogs = window.findChildren<QDialog*>();
+    return std::ranges::any_of(dialogs, [](const QDialog* dialog) { return dialog->isVisible(); });
+}
+
+} // namespace
+
+FocusReturn::FocusReturn(QApplication& application)
+{
+    application.installEventFilter(this);
+}
+
+// Only while the program has the keyboard: a window that closes by itself must not take it from another
+// program.
+bool FocusReturn::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::Hide || event->spontaneous() ||
+        QGuiApplication::applicationState() != Qt::ApplicationActive)
+        return false;
+    const auto* const dialog = qobject_cast<const QDialog*>(watched);
+    if (dialog == nullptr || dialog->parentWidget() == nullptr)
+        return false;
+    // Once the calls that closed the window have ended: they may close its owner too.
+    const QPointer<QWidget> owner = dialog->parentWidget()->window();
+    QTimer::singleShot(0, this, [owner] {
+        if (owner != nullptr && owner->isVisible() && !HasOpenDialog(*owner))
+            owner->activateWindow();
+    });
+    return false;
 }
 
 BusyPointer::BusyPointer(const QList<QWidget*>& windows)

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QList>
+#include <QObject>
 #include <QPointer>
 
+class QApplication;
 class QFocusEvent;
 class QWidget;
 
@@ -48,6 +50,16 @@ void FocusField(QWidget& field);
 // Focuses the first control of the window, in tab order, that can take the focus. In an inactive window no
 // rule runs: the field being left may belong to another site.
 void FocusFirst(QWidget& window);
+
+// Gives the keyboard to a window's owner when the window is hidden. When two windows of a program close at
+// once, some window managers give it to the window between them, which has gone, and every key is dead until
+// a click.
+class FocusReturn : public QObject
+{
+public:
+    explicit FocusReturn(QApplication& application);
+    bool eventFilter(QObject* watched, QEvent* event) override;
+};
 
 // Shows the busy pointer on some windows until Restore or the end of its lifetime. A window may be destroyed
 // earlier.
