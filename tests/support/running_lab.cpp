@@ -17,7 +17,7 @@ RunningLab::RunningLab(std::unique_ptr<lab::LineDevice> device, int port)
 {
     ports_.emplace_back(port, std::make_unique<RecordingDevice>(std::move(device), *traffic_), *trace_);
     qputenv(variable_, ports_.front().Name().c_str());
-    if (pipe2(stop_, O_CLOEXEC) != 0)
+    if (pipe2(stop_.data(), O_CLOEXEC) != 0)
         qFatal("no pipe");
     thread_ = std::thread([this] { lab::Serve(ports_, stop_[0]); });
 }

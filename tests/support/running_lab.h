@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -45,7 +46,7 @@ private:
     std::unique_ptr<lab::Trace> trace_;
     std::unique_ptr<Traffic> traffic_;
     std::vector<lab::LabPort> ports_;
-    int stop_[2] = {-1, -1};
+    std::array<int, 2> stop_{-1, -1}; // a pipe
     std::thread thread_;
 };
 
