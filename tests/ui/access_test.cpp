@@ -100,6 +100,7 @@ private:
 bool LeadsToAll(QWidget& window, const QKeySequence& mnemonic, const std::vector<QWidget*>& targets)
 {
     std::vector<std::unique_ptr<Arrival>> arrivals;
+    arrivals.reserve(targets.size());
     for (QWidget* const target : targets)
         arrivals.push_back(std::make_unique<Arrival>(*target));
     std::set<const Arrival*> come;
