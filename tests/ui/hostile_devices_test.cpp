@@ -292,14 +292,15 @@ private slots:
         device.faults.silence = true; // so that no answer in between ends a wait
         LabWorld world(device);
         MessageLog boxes;
-        world.pump.SetPassesPerStep(
-            SampleOrAll(40, 40, 200)); // with 200 a hundred thousand bytes in each wait
+        // 200: a hundred thousand bytes in each wait
+        world.pump.SetPassesPerStep(SampleOrAll<std::size_t>(40, 40, 200));
         std::size_t early = 0;
         std::size_t late = 0;
 
         world.editor.Visit([&](frmSX& window) {
             world.pump.AtPass(4000, [&early] { early = AllocatedBytes(); });
-            world.pump.AtPass(SampleOrAll(20000, 20000, 100000), [&late] { late = AllocatedBytes(); });
+            world.pump.AtPass(SampleOrAll<std::size_t>(20000, 20000, 100000),
+                              [&late] { late = AllocatedBytes(); });
             Click(window, "cmdStato");
             QVERIFY(window.isVisible());
         });
