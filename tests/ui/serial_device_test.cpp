@@ -229,12 +229,11 @@ class serial_device_test : public QObject
 {
     Q_OBJECT
 
-private:
-    static inline std::optional<Process> living_;
+    static inline std::optional<Process> otherProcess;
 
 private slots:
-    static void initTestCase() { living_.emplace(); }
-    static void cleanupTestCase() { living_.reset(); }
+    static void initTestCase() { otherProcess.emplace(); }
+    static void cleanupTestCase() { otherProcess.reset(); }
 
     static void deviceComesFromTheEnvironmentFirst()
     {
@@ -285,7 +284,7 @@ private slots:
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<bool>("locked");
 
-        const pid_t living = living_->Id();
+        const pid_t living = otherProcess->Id();
         const pid_t dead = Process().End();
         for (const char* const directory : kLockDirectories) {
             const auto add = [directory](const char* name, const QByteArray& content, bool locked = false) {
