@@ -13,12 +13,15 @@
 #include "ui/widgets/steady_label.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QDialog>
 #include <QGroupBox>
 #include <QImage>
 #include <QInputMethodEvent>
 #include <QProxyStyle>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTabWidget>
