@@ -369,9 +369,9 @@ bool FocusReturn::eventFilter(QObject* watched, QEvent* event)
     if (dialog == nullptr || dialog->parentWidget() == nullptr)
         return false;
     // Once the calls that closed the window have ended: they may close its owner too.
-    const QPointer<QWidget> owner = dialog->parentWidget()->window();
-    QTimer::singleShot(0, this, [owner] {
-        if (owner != nullptr && owner->isVisible() && !HasOpenDialog(*owner))
+    QWidget* const owner = dialog->parentWidget()->window();
+    QTimer::singleShot(0, owner, [owner] {
+        if (owner->isVisible() && !HasOpenDialog(*owner))
             owner->activateWindow();
     });
     return false;
