@@ -39,7 +39,7 @@ run_tests()
         "$@" || true
     run=$(junit_count tests "$report") && failures=$(junit_count failures "$report") &&
         notRun=$(junit_count skipped "$report") || return 1
-    # What could not be started, as without its program, is skipped for ctest, but a failure here.
+    # A test that ctest could not start, because its program is missing for example, is skipped for ctest, but failed here.
     skips=$(grep --count '<skipped message="SKIP_RETURN_CODE=' "$report" || true)
     failures=$(( failures + notRun - skips ))
     failed=$(( failed + failures ))

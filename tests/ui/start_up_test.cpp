@@ -1,5 +1,6 @@
 // The program from start to end, over good, bad and missing files.
 #include "app/start_up.h"
+#include "tests/support/activation.h"
 #include "tests/support/all_windows.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/modal_visit.h"
@@ -182,6 +183,20 @@ private slots:
 
             QCOMPARE(place.Settings().Bytes(), SettingsWith({"A"}));
         }
+    }
+
+    static void keyboardReturnsToTheListWhenTheEditorCloses()
+    {
+        Place place(SettingsWith({"A"}));
+        place.Run([](frmSiti& list) {
+            BringToFront(list);
+            const ModalVisit<frmDettaglio> editor([](frmDettaglio& window) {
+                BringToFront(window);
+                QTest::keyClick(&window, Qt::Key_Escape);
+            });
+            SiteWindow::Part<QPushButton>(list, "cmdProperties").click();
+            QTRY_VERIFY_WITH_TIMEOUT(list.isActiveWindow(), kPatienceMs);
+        });
     }
 
     static void fileWithoutComEndsTheProgramAfterAMessage_data()
