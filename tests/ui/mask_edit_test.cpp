@@ -244,6 +244,19 @@ private slots:
         }
     }
 
+    static void fullFieldIsEnteredAtItsStart()
+    {
+        Fixture time("##:##", "08:30");
+        for (const int caret : {5, 3}) {
+            time.PutCaret(caret);
+            QTest::keyClick(&time.box, Qt::Key_Backtab);
+            QVERIFY(!time.box.hasFocus());
+
+            QTest::keyClick(time.box.window()->focusWidget(), Qt::Key_Tab);
+            QCOMPARE(time.box.cursorPosition(), caret == 5 ? 0 : caret);
+        }
+    }
+
     static void withoutAMaskItIsAPlainBox()
     {
         Fixture plain("", "1");

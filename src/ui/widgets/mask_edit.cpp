@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <utility>
 
@@ -125,6 +126,12 @@ void MaskEdit::focusInEvent(QFocusEvent* event)
     QFocusEvent quiet(event->type(), Qt::OtherFocusReason);
     PlainEdit::focusInEvent(&quiet);
     selectedByFocus_.reset();
+    // After the last place no digit can be typed.
+    const std::array reasons{Qt::TabFocusReason, Qt::BacktabFocusReason, Qt::ShortcutFocusReason,
+                             Qt::OtherFocusReason};
+    const bool isEntered = std::ranges::find(reasons, event->reason()) != reasons.end();
+    if (isEntered && !masked_.Mask().empty() && !hasSelectedText() && cursorPosition() == text().size())
+        setCursorPosition(0);
     if (event->reason() == Qt::MouseFocusReason && hasSelectedText())
         selectedByFocus_ = Selection{.start = selectionStart(), .length = selectionLength()};
 }
