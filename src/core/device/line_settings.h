@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -14,6 +15,21 @@ struct LineSettings {
 
     bool operator==(const LineSettings&) const = default;
 };
+
+// The meaning of LineSettings::settings.
+enum class LineParity { none, even, odd, mark, space };
+enum class LineStopBits { one, oneAndHalf, two };
+struct LineFormat {
+    int baud = 0; // bits per second, above 0
+    LineParity parity = LineParity::none;
+    int dataBits = 0; // 5 to 8
+    LineStopBits stopBits = LineStopBits::one;
+
+    bool operator==(const LineFormat&) const = default;
+};
+
+// Nullopt for a text that is not complete or has a value that no line knows.
+std::optional<LineFormat> FormatOf(std::string_view settings);
 
 // The settings text from the texts of the lists and a row of kParities. A part that is not chosen (empty
 // text, row -1) stays empty, and then the port refuses to open.

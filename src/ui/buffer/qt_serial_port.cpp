@@ -5,14 +5,13 @@
 
 #include <QDeadlineTimer>
 #include <QMetaObject>
-#include <QStringList>
 #include <QThread>
 
 #include <algorithm>
 #include <array>
 #include <iterator>
-#include <optional>
 #include <string>
+#include <string_view>
 
 namespace corvrec
 {
@@ -26,30 +25,34 @@ constexpr qint64 kBufferSize = 1024;
 constexpr int kSendBeforeCloseMs = 500;
 constexpr unsigned kPollMs = 5; // between two checks whether everything is sent
 
-std::optional<QSerialPort::Parity> ParityOf(const QString& letter)
+QSerialPort::Parity ParityOf(LineParity parity)
 {
-    if (letter == "N")
-        return QSerialPort::NoParity;
-    if (letter == "E")
+    switch (parity) {
+    case LineParity::even:
         return QSerialPort::EvenParity;
-    if (letter == "O")
+    case LineParity::odd:
         return QSerialPort::OddParity;
-    if (letter == "M")
+    case LineParity::mark:
         return QSerialPort::MarkParity;
-    if (letter == "S")
+    case LineParity::space:
         return QSerialPort::SpaceParity;
-    return std::nullopt;
+    case LineParity::none:
+        break;
+    }
+    return QSerialPort::NoParity;
 }
 
-std::optional<QSerialPort::StopBits> StopBitsOf(const QString& text)
+QSerialPort::StopBits StopBitsOf(LineStopBits stopBits)
 {
-    if (text == "1")
-        return QSerialPort::OneStop;
-    if (text == "1.5")
+    switch (stopBits) {
+    case LineStopBits::oneAndHalf:
         return QSerialPort::OneAndHalfStop;
-    if (text == "2")
+    case LineStopBits::two:
         return QSerialPort::TwoStop;
-    return std::nullopt;
+    case LineStopBits::one:
+        break;
+    }
+    return QSerialPort::OneStop;
 }
 
 QSerialPort::FlowControl FlowControlOf(int handshaking)
@@ -66,21 +69,12 @@ QSerialPort::FlowControl FlowControlOf(int handshaking)
 
 // Applies the settings text to the port. Before opening, so that a device that does not support all of it
 // still opens. False when the text is not valid.
-bool ApplySettings(QSerialPort& port, const QString& settings)
+bool ApplySettings(QSerialPort& port, std::string_view settings)
 {
-    const QStringList parts = settings.split(',');
-    if (parts.size() != 4)
-        return false;
-    bool isSpeed = false;
-    bool isDataBits = false;
-    const int speed = parts[0].toInt(&isSpeed);
-    const auto parity = ParityOf(parts[1]);
-    const int dataBits = parts[2].toInt(&isDataBits);
-    const auto stopBits = StopBitsOf(parts[3]);
-    if (!isSpeed || speed <= 0 || !parity || !isDataBits || dataBits < 5 || dataBits > 8 || !stopBits)
-        return false;
-    return port.setBaudRate(speed) && port.setParity(*parity) &&
-           port.setDataBits(static_cast<QSerialPort::DataBits>(dataBits)) && port.setStopBits(*stopBits);
+    const auto format = FormatOf(settings);
+    return format && port.setBaudRate(format->baud) && port.setParity(ParityOf(format->parity)) &&
+           port.setDataBits(static_cast<QSerialPort::DataBits>(format->dataBits)) &&
+           port.setStopBits(StopBitsOf(format->stopBits));
 }
 
 } // namespace
@@ -108,7 +102,7 @@ void QtSerialPort::Open()
         throw PortError("the port is open");
     Close(); // a lost device may still be open in Qt
     const QString device = ResolvedDevice(PortDevice(line_.commPort));
-    if (device.isEmpty() || !ApplySettings(port_, ToQt(line_.settings)))
+    if (device.isEmpty() || !ApplySettings(port_, line_.settings))
         throw PortError("no such port, or invalid line settings");
     port_.setFlowControl(FlowControlOf(line_.handshaking));
     port_.setPortName(device);
