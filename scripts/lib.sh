@@ -16,7 +16,16 @@ benchPackages=(pkg-config libbenchmark-dev libglib2.0-dev libinih-dev libsimplei
 # Also needed for fuzzing: the compiler that has libFuzzer, and its sanitizers.
 fuzzPackages=(clang-14 libclang-rt-14-dev)
 
-# To build and check the package, and to create the fresh system in which it is tested.
+# To build for Windows, with Qt from Debian's source package, and to test under Wine, with the line partner of the tests.
+windowsPackages=(
+    cmake ninja-build g++ libgtest-dev libgmock-dev g++-mingw-w64-x86-64-posix wine64 googletest nlohmann-json3-dev
+    qt6-base-dev dpkg-dev
+)
+
+# To make setup.exe and the zip and to test them, in addition to those for Windows.
+setupPackages=(git nsis zip unzip icoutils binutils locales qt6-tools-dev qt6-translations-l10n xvfb xdotool)
+
+# To build and check the Debian package, and to create the fresh system in which it is tested.
 packagingPackages=(git dpkg-dev file lintian man-db desktop-file-utils appstream debootstrap strace)
 
 # For a virtual screen: fonts, and a window manager for the frames.
@@ -134,7 +143,7 @@ stop_screen()
 window()
 {
     local id
-    id=$(timeout 30 xdotool search --sync --onlyvisible --name "$1" | tail -n 1)
+    id=$(timeout 120 xdotool search --sync --onlyvisible --name "$1" | tail -n 1)
     timeout 30 xdotool windowactivate --sync "$id"
 }
 
