@@ -2,7 +2,7 @@
 #include "core/clock.h"
 #include "core/file/profile_file.h"
 #include "ui/buffer/qt_event_pump.h"
-#include "ui/buffer/qt_serial_port.h"
+#include "ui/buffer/system_serial_port.h"
 #include "ui/editor/environment.h"
 
 #include <QApplication>
@@ -27,6 +27,5 @@ int main(int argc, char* argv[])
         corvrec::OpenProfileFile(directory / "Corvrec.ini");
     corvrec::SystemClock clock;
     corvrec::QtEventPump events(clock);
-    return corvrec::RunEditor(application, {directory, *settings, clock, events,
-                                            [] { return std::make_unique<corvrec::QtSerialPort>(); }});
+    return corvrec::RunEditor(application, {directory, *settings, clock, events, corvrec::MakeSerialPort});
 }

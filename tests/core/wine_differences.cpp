@@ -1,5 +1,7 @@
 // Where the profile functions of Wine 8 differ from those of Windows. Not used on Windows itself.
 
+#include "tests/support/wine.h"
+
 #include <algorithm>
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
@@ -8,7 +10,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-#include <windows.h>
 
 namespace corvrec
 {
@@ -171,11 +172,6 @@ class InvertedResults final : public testing::EmptyTestEventListener
     const Difference* difference_ = nullptr;
     std::unique_ptr<Kept> kept_;
 };
-
-bool IsWine()
-{
-    return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-}
 
 [[maybe_unused]] const bool isTurnedRound = [] {
     if (IsWine())

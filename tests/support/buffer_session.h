@@ -5,7 +5,7 @@
 #include "tests/support/unanswered_boxes.h"
 #include "ui/buffer/frmConnessione.h"
 #include "ui/buffer/frmSX.h"
-#include "ui/buffer/qt_serial_port.h"
+#include "ui/buffer/system_serial_port.h"
 
 #include <QString>
 #include <QStringList>
@@ -33,7 +33,7 @@ public:
 
 private:
     SettingsFile settings_;
-    std::function<std::unique_ptr<SerialPort>()> makePort_ = [] { return std::make_unique<QtSerialPort>(); };
+    std::function<std::unique_ptr<SerialPort>()> makePort_ = MakeSerialPort;
     UnansweredBoxes unansweredBoxes_;
     frmSiti list_;
 };

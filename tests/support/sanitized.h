@@ -2,10 +2,12 @@
 
 #include <cstddef>
 
+#ifndef _WIN32 // MinGW has no sanitizers
 // Of AddressSanitizer's run-time library; declared here because g++ lacks its header. Null in programs
 // without it.
 // NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" __attribute__((weak)) std::size_t __sanitizer_get_current_allocated_bytes();
+#endif
 
 namespace corvrec
 {
@@ -13,7 +15,11 @@ namespace corvrec
 // Whether the program is linked with the sanitized libraries.
 inline bool IsSanitized()
 {
+#ifdef _WIN32
+    return false;
+#else
     return &__sanitizer_get_current_allocated_bytes != nullptr;
+#endif
 }
 
 } // namespace corvrec

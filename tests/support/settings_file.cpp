@@ -27,7 +27,7 @@ std::filesystem::path NewDirectory()
 
 SettingsFile::SettingsFile(std::optional<std::string_view> bytes)
     : directory_(NewDirectory())
-    , file_(OpenProfileFile(Path()))
+    , file_(OpenSettings(Path()))
 {
     if (bytes)
         Rewrite(*bytes);

@@ -11,6 +11,10 @@
 namespace corvrec
 {
 
+// Opens the file as the program does. In the tests of the windows, under Wine, by a model of the profile
+// functions.
+std::unique_ptr<ProfileFile> OpenSettings(const std::filesystem::path& file);
+
 // A temporary directory with a real Corvrec.ini, opened as ProfileFile, and removed with the object. All
 // texts are the file's own bytes.
 class SettingsFile

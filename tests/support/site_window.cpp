@@ -13,9 +13,9 @@ namespace corvrec
 {
 
 SiteWindow::SiteWindow(std::string_view settings, std::optional<std::string_view> catalogue,
-                       PosixCalls& calls)
+                       const OpenFile& open)
     : settings_(settings)
-    , profile_(OpenProfileFile(settings_.Path(), calls))
+    , profile_(open(settings_.Path()))
 {
     clock_.SetNow(kNow);
     if (catalogue)
@@ -56,6 +56,11 @@ QStringList SiteWindow::Rows()
 QByteArray SiteWindow::File() const
 {
     return QByteArray::fromStdString(settings_.Bytes());
+}
+
+QString ToText(const std::filesystem::path& path)
+{
+    return QString::fromStdString(std::filesystem::path(path).make_preferred().string());
 }
 
 std::string SettingsWith(std::initializer_list<std::string_view> codes)

@@ -2,7 +2,6 @@
 
 #include "app/frmSiti.h"
 #include "core/device/serial_port.h"
-#include "core/file/posix_calls.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/settings_file.h"
 #include "ui/buffer/qt_event_pump.h"
@@ -12,6 +11,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -30,10 +30,12 @@ public:
     static constexpr DateTime kNow{
         .year = 2026, .month = 11, .day = 21, .hour = 18, .minute = 3, .second = 0};
 
-    // settings: bytes of Corvrec.ini. catalogue: bytes of modem.dat, nullopt for no such file. calls: used by
-    // the windows' settings file; must outlive this object.
+    using OpenFile = std::function<std::unique_ptr<ProfileFile>(const std::filesystem::path&)>;
+
+    // settings: bytes of Corvrec.ini. catalogue: bytes of modem.dat, nullopt for no such file. open: opens
+    // the settings file for the windows.
     explicit SiteWindow(std::string_view settings, std::optional<std::string_view> catalogue = std::nullopt,
-                        PosixCalls& calls = SystemCalls());
+                        const OpenFile& open = OpenSettings);
     ~SiteWindow();
 
     frmSiti& List() { return *list_; }
@@ -66,6 +68,9 @@ private:
     std::function<std::unique_ptr<SerialPort>()> makePort_ = [this] { return std::move(nextPort_); };
     std::unique_ptr<frmSiti> list_;
 };
+
+// The path as the windows show it, with the system's separators.
+QString ToText(const std::filesystem::path& path);
 
 // A settings file with these sites (the text is both code and name), all hourly, enabled and local, on COM2.
 std::string SettingsWith(std::initializer_list<std::string_view> codes);

@@ -5,6 +5,7 @@
 #include "tests/support/modal_visit.h"
 #include "tests/support/registered_test.h"
 #include "tests/support/sample_site.h"
+#include "ui/widgets/paths.h"
 
 #include <QPushButton>
 #include <QTest>
@@ -231,7 +232,7 @@ private slots:
                                 Bytes(alfa.mid(alfa.indexOf("[A]"))) +
                                 "[b]\r\nAltro=1\r\nb=no\r\n[C]\r\nRicorrenza= 64\r\nModello=Alfa\r\n",
                             kCatalogue);
-        const QString folder = QString::fromStdString(window.Settings().Directory().string()) + "/";
+        const QString folder = ToText(window.Settings().Directory() / "");
         window.Open(0);
 
         window.Open(1);
@@ -258,9 +259,9 @@ private slots:
                             "chkOra: on",
                             "chkNull: on",
                             "chkCrLf: on",
-                            "txtDati: " + folder + "Corvrec.txt",
-                            "txtDati2: " + folder + "CRemoto.txt",
-                            "txtStorico: " + folder + "Storico.txt",
+                            "txtDati: " + ProperCasePath(folder + "Corvrec.txt"),
+                            "txtDati2: " + ProperCasePath(folder + "CRemoto.txt"),
+                            "txtStorico: " + ProperCasePath(folder + "Storico.txt"),
                             "txtLog: Corvrec.log",
                             "cboModem: Beta",
                             "txtStringaInit: ATX3",

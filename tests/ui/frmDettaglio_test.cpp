@@ -4,6 +4,7 @@
 #include "tests/support/registered_test.h"
 #include "ui/widgets/check_list.h"
 #include "ui/widgets/mask_edit.h"
+#include "ui/widgets/paths.h"
 
 #include <QTabWidget>
 #include <QTest>
@@ -139,7 +140,7 @@ private slots:
     static void newSiteStartsWithTheDefaults()
     {
         EditorWindow window(SettingsWith({}));
-        const QString folder = QString::fromStdString(window.Settings().Directory().string()) + "/";
+        const QString folder = ToText(window.Settings().Directory() / "");
 
         window.Add();
 
@@ -149,9 +150,10 @@ private slots:
                             "cboParita: Nessuna", "cboBitStop: 1"});
         window.ExpectShown({"cboRicorrenza: Continua", "mskValore: 1", "mskOrario: 18:03",
                             "lstGiorni: ", "chkData: off", "chkOra: off", "chkNull: off", "chkCrLf: off"});
-        window.ExpectShown({"txtDati: " + folder + "Corvrec.txt", "txtDati2: " + folder + "CRemoto.txt",
-                            "txtStorico: " + folder + "Storico.txt", "txtLog: Corvrec.log", "chkFile: off",
-                            "txtFile: 600", "chkSpazio: off", "txtSpazio: 20"});
+        window.ExpectShown({"txtDati: " + ProperCasePath(folder + "Corvrec.txt"),
+                            "txtDati2: " + ProperCasePath(folder + "CRemoto.txt"),
+                            "txtStorico: " + ProperCasePath(folder + "Storico.txt"), "txtLog: Corvrec.log",
+                            "chkFile: off", "txtFile: 600", "chkSpazio: off", "txtSpazio: 20"});
         window.ExpectShown({"cboModem: Generico", "txtTelefono: ", "txtTentImpor: ",
                             "txtStringaInit: X3S0=0&M5&K0&C1&D2&R1", "txtStringaReset: &F", "optToni: on"});
         QCOMPARE(EnabledControls(window), kHandshakeOnly);

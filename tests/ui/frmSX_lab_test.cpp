@@ -1,14 +1,10 @@
-// The buffer window with the real port and every device of the laboratory. What each byte does is tested
-// without a window, what the window does without a device.
-#include "core/clock.h"
+// The buffer window with the real port and every device of the laboratory, in time that the test moves. What
+// each byte does is tested without a window, what the window does without a device.
 #include "tests/support/buffer_window.h"
 #include "tests/support/lab_world.h"
 #include "tests/support/message_probe.h"
 #include "tests/support/registered_test.h"
-#include "tests/support/running_lab.h"
-#include "tools/lab/laboratory.h"
 #include "tools/lab/options.h"
-#include "ui/buffer/qt_event_pump.h"
 
 #include <QLabel>
 #include <QTest>
@@ -188,28 +184,6 @@ private slots:
                 });
             }
         }
-    }
-
-    // As for a user: the device, its modem and the clock are not the test's.
-    static void everythingWorksInRealTime()
-    {
-        const lab::DeviceOptions device = ByModem({.echo = true, .dialDelayMs = 20});
-        RunningLab lab(lab::MakeDevice(device, lab::NowMs()));
-        SystemClock clock;
-        QtEventPump events(clock);
-        BufferSession editor(clock, events, SiteLines(device));
-
-        editor.Visit([](frmSX& window) {
-            SetClock(window);
-            Click(window, "cmdStato");
-            QCOMPARE(Shows(window, "lblMemoria"), "0131072");
-            QCOMPARE(Shows(window, "lblData"), "31/12/26");
-            QCOMPARE(Shows(window, "lblOra"), "09:05");
-        });
-
-        lab.Unplug();
-        const std::string call = "AT&F\rATX3\rATDT0123\r";
-        QCOMPARE(lab.Received(), call + "\x0F" + "0905311226" + call + kRequest + "+++ATH\r");
     }
 };
 

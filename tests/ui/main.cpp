@@ -10,6 +10,7 @@
 #include "ui/widgets/texts.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -44,7 +45,7 @@ void SetScreens(QTemporaryFile& file)
     }
     file.write(QJsonDocument(QJsonObject{{"screens", screens}}).toJson());
     file.close();
-    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + file.fileName().toUtf8());
+    qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + QFileInfo(file).fileName().toUtf8());
 }
 
 } // namespace
@@ -56,7 +57,8 @@ int main(int argc, char* argv[])
             std::puts(name.constData());
         return 2;
     }
-    QTemporaryFile screens;
+    // In the current directory: a drive's colon would end the platform's options.
+    QTemporaryFile screens("screens-XXXXXX");
     SetScreens(screens);
     QCoreApplication::setAttribute(Qt::AA_Use96Dpi);
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);

@@ -1,4 +1,7 @@
 #include "core/clock.h"
+#include "core/device/modComExtension.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/fake_port.h"
 #include "tests/support/patience.h"
 #include "tests/support/registered_test.h"
 #include "ui/buffer/qt_event_pump.h"
@@ -71,6 +74,24 @@ private slots:
         const std::int64_t deadline = clock.TickMs() + kPatienceMs;
         while (events.isEmpty())
             pump.Process(deadline);
+
+        QVERIFY(clock.TickMs() < deadline); // the event ended the rest
+    }
+
+    // A button of the modem dialog raises it in the same way: in the handler of an event.
+    static void aCancelRaisedDuringAWaitEndsIt()
+    {
+        const SystemClock clock;
+        QtEventPump pump(clock);
+        FakeClock portClock;
+        FakePort port(portClock);
+        port.Open();
+        CancelFlag cancel;
+        ReplyWait wait(port, clock, pump, cancel);
+        QTimer::singleShot(20, QCoreApplication::instance(), [&cancel] { cancel.raised = true; });
+        const std::int64_t deadline = clock.TickMs() + kPatienceMs;
+
+        QCOMPARE(wait.ForText(kPatienceMs, "OK"), Wait::cancelled);
 
         QVERIFY(clock.TickMs() < deadline); // the event ended the rest
     }

@@ -1,4 +1,5 @@
 // A disk that refuses every write: the windows report nothing and continue as if it had succeeded.
+#include "tests/support/activation.h"
 #include "tests/support/cases.h"
 #include "tests/support/controls.h"
 #include "tests/support/message_probe.h"
@@ -8,6 +9,7 @@
 #include "tests/support/site_window.h"
 #include "tests/support/unanswered_boxes.h"
 
+#include <QLabel>
 #include <QPushButton>
 #include <QTest>
 
@@ -65,7 +67,8 @@ struct Program {
 
     UnansweredBoxes unansweredBoxes;
     ProbedCalls calls;
-    SiteWindow window{SettingsWith({"A", "B"}), std::nullopt, calls};
+    SiteWindow window{SettingsWith({"A", "B"}), std::nullopt,
+                      [this](const std::filesystem::path& file) { return OpenProfileFile(file, calls); }};
 };
 
 // What a user does, and what the list shows afterwards.
@@ -154,6 +157,23 @@ private slots:
         QCOMPARE(program.Line("SitoAbilitato"), "SitoAbilitato=0");
         QCOMPARE(program.Line("Ricorrenza"), "Ricorrenza=0");
         QCOMPARE(program.window.Rows(), kActions.front().rows);
+    }
+
+    static void listSaysThatTheFileIsReadOnly()
+    {
+        Program program;
+        const auto& line = SiteWindow::Part<QLabel>(program.window.List(), "lblFile");
+        QCOMPARE(line.text().section(" – ", 1), "");
+
+        // The permissions change while another program is in front.
+        program.calls.DenyWriting(EACCES);
+        QWidget other;
+        other.show();
+        BringToFront(other);
+        BringToFront(program.window.List());
+
+        QCOMPARE(line.text().section(" – ", 1), "sola lettura");
+        QVERIFY(line.fontMetrics().horizontalAdvance(line.text()) <= line.width());
     }
 };
 

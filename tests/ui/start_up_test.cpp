@@ -101,8 +101,8 @@ void PressAgain(QWidget& window, Qt::Key key, Repeat repeat)
         QKeyEvent event(type, key, Qt::NoModifier, QString(), isMarked);
         event.setTimestamp(isMarked ? static_cast<quint64>(type) : 4711);
         if (type == QEvent::ShortcutOverride)
-            qt_sendShortcutOverrideEvent(window.focusWidget(), event.timestamp(), key, Qt::NoModifier,
-                                         QString(), isMarked);
+            qt_sendShortcutOverrideEvent(window.focusWidget(), static_cast<ulong>(event.timestamp()), key,
+                                         Qt::NoModifier, QString(), isMarked);
         else
             QApplication::sendEvent(window.windowHandle(), &event);
     }
@@ -119,7 +119,8 @@ private slots:
     {
         Place place(SettingsWith({"A", "B"}));
         bool isShown = false;
-        std::ofstream(place.Settings().Directory() / "modem.dat") << "Modello A=X3\r\nModello B=X4\r\n";
+        std::ofstream(place.Settings().Directory() / "modem.dat", std::ios::binary)
+            << "Modello A=X3\r\nModello B=X4\r\n";
 
         const int status = place.Run([&isShown](frmSiti& list) {
             isShown = true;

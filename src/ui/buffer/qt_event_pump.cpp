@@ -2,11 +2,37 @@
 
 #include "core/clock.h"
 
+#include <QAbstractEventDispatcher>
 #include <QCoreApplication>
 #include <QTimer>
 
 namespace corvrec
 {
+
+namespace
+{
+
+#ifdef Q_OS_WIN
+// Ends the rest of a pass in which an event was handled. Qt's dispatcher for Windows first handles what is
+// posted, such as timers, and then rests all the same. A wake-up keeps it from resting. An interruption would
+// too, but it would also keep the next pass from handling keys and mouse buttons.
+class RestEnder final : public QObject
+{
+public:
+    RestEnder() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* /*event*/) override
+    {
+        QAbstractEventDispatcher::instance()->wakeUp();
+        return false;
+    }
+};
+#else
+struct RestEnder {
+};
+#endif
+
+} // namespace
 
 void QtEventPump::Process(std::optional<std::int64_t> deadlineTick)
 {
@@ -24,6 +50,7 @@ void QtEventPump::Process(std::optional<std::int64_t> deadlineTick)
     deadline.setTimerType(Qt::PreciseTimer);
     deadline.setSingleShot(true);
     deadline.start(static_cast<int>(leftMs + kTickStepMs));
+    [[maybe_unused]] const RestEnder restEnder;
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
 

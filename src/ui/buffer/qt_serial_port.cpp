@@ -1,6 +1,7 @@
 #include "ui/buffer/qt_serial_port.h"
 
 #include "ui/buffer/serial_device.h"
+#include "ui/buffer/system_serial_port.h"
 #include "ui/widgets/qt_text.h"
 
 #include <QDeadlineTimer>
@@ -269,6 +270,11 @@ void QtSerialPort::Take()
     if (isMarked_)
         characters = marks_.Decode(characters);
     std::ranges::copy_if(characters, std::back_inserter(received_), [](char c) { return c != '\0'; });
+}
+
+std::unique_ptr<SerialPort> MakeSerialPort()
+{
+    return std::make_unique<QtSerialPort>();
 }
 
 } // namespace corvrec
