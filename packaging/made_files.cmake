@@ -30,3 +30,5 @@ man_page(src/app/corvrec-config.it.1 it/man1)
 man_page(tools/lab/corvrec-lab.1 man1)
 
 include("${packaging}/bill_of_materials.cmake")
+include("${packaging}/linked_packages.cmake")
+write_bill("${doc}/corvane-recorder.cdx.json" "${packages}" "")
