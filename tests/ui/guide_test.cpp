@@ -553,6 +553,19 @@ private slots:
         QVERIFY(View().width() > 50 * View().fontMetrics().averageCharWidth());
     }
 
+    // As in the style of Windows.
+    static void hitsAreColouredWithoutTheFocusToo()
+    {
+        GuideView view;
+        QPalette pale = view.palette();
+        pale.setColor(QPalette::Inactive, QPalette::Highlight, Qt::lightGray);
+
+        view.setPalette(pale);
+
+        QCOMPARE(view.palette().color(QPalette::Inactive, QPalette::Highlight),
+                 view.palette().color(QPalette::Active, QPalette::Highlight));
+    }
+
     // As on a desktop that sets dark colours but no link colour.
     static void linksCanBeReadOnADarkBackground()
     {

@@ -70,6 +70,7 @@ GuideView::GuideView(QWidget* parent)
     setSource(QUrl("qrc:/guida/guida.md"), QTextDocument::MarkdownResource);
     SpaceBlocks();
     ColourLinks();
+    ColourHits();
     DrawTables();
     LoadPictures();
 }
@@ -128,8 +129,10 @@ bool GuideView::Find(const QString& text, QTextDocument::FindFlags direction)
 void GuideView::changeEvent(QEvent* event)
 {
     QTextBrowser::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
+    if (event->type() == QEvent::PaletteChange) {
         ColourLinks();
+        ColourHits();
+    }
 }
 
 // Text at the top stays there, however the new width changes the lines and pictures above it.
@@ -168,6 +171,17 @@ void GuideView::SpaceBlocks()
         }
         cursor.setBlockFormat(format);
     }
+}
+
+// A hit is selected while the search field has the focus. On Windows the selection of a view without the
+// focus can hardly be seen.
+void GuideView::ColourHits()
+{
+    QPalette colours = palette();
+    for (const QPalette::ColorRole role : {QPalette::Highlight, QPalette::HighlightedText})
+        colours.setColor(QPalette::Inactive, role, colours.color(QPalette::Active, role));
+    if (colours != palette())
+        setPalette(colours);
 }
 
 void GuideView::ColourLinks()

@@ -37,6 +37,8 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    void ColourHits();
+
     // Format the loaded text: margins, link colour, table borders.
     void SpaceBlocks();
     void ColourLinks();
