@@ -214,6 +214,8 @@ Function FixDirectoryOfUpgrade
     ${If} $installedIn != ""
         EnableWindow $mui.DirectoryPage.Directory 0
         EnableWindow $mui.DirectoryPage.BrowseButton 0
+        GetDlgItem $0 $HWNDPARENT 1 ; Installa: the disabled field would keep the focus, and Enter would do nothing
+        SendMessage $HWNDPARENT ${WM_NEXTDLGCTL} $0 1
     ${EndIf}
 FunctionEnd
 
