@@ -6,6 +6,7 @@
 #include "ui/editor/frmDettaglio.h"
 #include "ui/widgets/mask_edit.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QTest>
 
@@ -62,6 +63,25 @@ void Type(frmSX& window, const char* field, int place, const char* digits)
     auto& edit = SiteWindow::Part<MaskEdit>(window, field);
     edit.setSelection(place, static_cast<int>(qstrlen(digits)));
     edit.setSelText(digits);
+}
+
+void SetClock(frmSX& window)
+{
+    Type(window, "mskOra", 0, "09");
+    Type(window, "mskOra", 3, "05");
+    Type(window, "mskData", 0, "31");
+    Type(window, "mskData", 3, "12");
+    Type(window, "mskData", 6, "26");
+    Click(window, "cmdImpostaDataOra");
+}
+
+frmSX* OpenWindow()
+{
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (auto* const buffer = qobject_cast<frmSX*>(window); buffer != nullptr && buffer->isVisible())
+            return buffer;
+    }
+    return nullptr;
 }
 
 frmConnessione& ModemDialog(frmSX& window)

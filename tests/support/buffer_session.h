@@ -44,6 +44,12 @@ void Click(QWidget& window, const char* button);
 // Types over the text of a masked field, starting at this place.
 void Type(frmSX& window, const char* field, int place, const char* digits);
 
+// Sets the device's clock to 09:05 on 31 December 2026.
+void SetClock(frmSX& window);
+
+// The visible buffer window; null when there is none.
+frmSX* OpenWindow();
+
 frmConnessione& ModemDialog(frmSX& window);
 
 } // namespace corvrec

@@ -35,17 +35,6 @@ lab::DeviceOptions ByModem(const lab::ModemBehaviour& modem)
     return device;
 }
 
-// Sets the device's clock to 09:05 on 31 December 2026.
-void SetClock(frmSX& window)
-{
-    Type(window, "mskOra", 0, "09");
-    Type(window, "mskOra", 3, "05");
-    Type(window, "mskData", 0, "31");
-    Type(window, "mskData", 3, "12");
-    Type(window, "mskData", 6, "26");
-    Click(window, "cmdImpostaDataOra");
-}
-
 } // namespace
 
 class frmSX_lab_test : public QObject

@@ -123,26 +123,6 @@ struct Desk {
     BufferSession editor;
 };
 
-// Sets the device's clock to 09:05 on 31 December 2026.
-void SetClock(frmSX& window)
-{
-    Type(window, "mskOra", 0, "09");
-    Type(window, "mskOra", 3, "05");
-    Type(window, "mskData", 0, "31");
-    Type(window, "mskData", 3, "12");
-    Type(window, "mskData", 6, "26");
-    Click(window, "cmdImpostaDataOra");
-}
-
-frmSX* OpenWindow()
-{
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (auto* const buffer = qobject_cast<frmSX*>(window); buffer != nullptr && buffer->isVisible())
-            return buffer;
-    }
-    return nullptr;
-}
-
 // A user requests the status, sets the clock, as far as the window allows it, and leaves.
 void UseAndLeave(frmSX& window)
 {

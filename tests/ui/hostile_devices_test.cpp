@@ -86,15 +86,6 @@ void Visit(LabWorld& world, const lab::DeviceOptions& device)
 // An action during a request. Returns whether there was anything to act on.
 using Act = std::function<bool(LabWorld&)>;
 
-frmSX* OpenWindow()
-{
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (auto* const buffer = qobject_cast<frmSX*>(window); buffer != nullptr && buffer->isVisible())
-            return buffer;
-    }
-    return nullptr;
-}
-
 bool PullTheCable(LabWorld& world)
 {
     world.pump.Unplug();
