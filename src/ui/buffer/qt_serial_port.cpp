@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -124,7 +123,7 @@ bool QtSerialPort::IsOpen() const
 
 void QtSerialPort::Close() noexcept
 {
-    received_.clear();
+    received_.Clear();
     CloseDevice();
 }
 
@@ -151,22 +150,17 @@ void QtSerialPort::SendRest() noexcept
 
 int QtSerialPort::InBufferCount()
 {
-    if (received_.empty())
+    if (received_.IsEmpty())
         Fill();
-    if (received_.empty())
+    if (received_.IsEmpty())
         CheckUsable();
-    return static_cast<int>(received_.size());
+    return received_.Count();
 }
 
 std::string QtSerialPort::Input()
 {
-    const auto waiting = static_cast<std::size_t>(InBufferCount());
-    const std::size_t count =
-        inputLen_ == 0 ? waiting : std::min(waiting, static_cast<std::size_t>(inputLen_));
-    const auto end = received_.begin() + static_cast<std::ptrdiff_t>(count);
-    std::string taken(received_.begin(), end);
-    received_.erase(received_.begin(), end);
-    return taken;
+    InBufferCount(); // takes in what has arrived, or throws
+    return received_.Take();
 }
 
 bool QtSerialPort::CDHolding() const
@@ -201,7 +195,7 @@ void QtSerialPort::WaitUntilSent(int timeOutMs)
 
 void QtSerialPort::ClearInput()
 {
-    received_.clear();
+    received_.Clear();
     marks_.Reset();
     if (IsOpen())
         port_.clear(QSerialPort::Input);
@@ -269,7 +263,7 @@ void QtSerialPort::Take()
     std::string characters(bytes.data(), static_cast<std::size_t>(count));
     if (isMarked_)
         characters = marks_.Decode(characters);
-    std::ranges::copy_if(characters, std::back_inserter(received_), [](char c) { return c != '\0'; });
+    received_.Append(characters);
 }
 
 std::unique_ptr<SerialPort> MakeSerialPort()

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "core/device/parity_marks.h"
+#include "core/device/receive_buffer.h"
 #include "core/device/serial_port.h"
 
 #include <QSerialPort>
-
-#include <deque>
 
 namespace corvrec
 {
@@ -24,8 +23,8 @@ public:
     void Open() override;
     [[nodiscard]] bool IsOpen() const override;
     void Close() noexcept override;
-    [[nodiscard]] int InputLen() const noexcept override { return inputLen_; }
-    void SetInputLen(int characters) noexcept override { inputLen_ = characters; }
+    [[nodiscard]] int InputLen() const noexcept override { return received_.InputLen(); }
+    void SetInputLen(int characters) noexcept override { received_.SetInputLen(characters); }
     int InBufferCount() override;
     std::string Input() override;
     [[nodiscard]] bool CDHolding() const override;
@@ -50,12 +49,10 @@ private:
     LineSettings line_;
     // Mutable because pinoutSignals(), although a query, is not const.
     mutable QSerialPort port_;
-    // Input not yet read, without NULs: at most kBufferSize, but for a lost device also everything that Qt
-    // held.
-    std::deque<char> received_;
+    // At most kBufferSize characters, but for a lost device also everything that Qt held.
+    ReceiveBuffer received_;
     ParityMarks marks_;
-    bool isMarked_ = false; // the system marks parity errors: marks_ decodes the input
-    int inputLen_ = 0;
+    bool isMarked_ = false;  // the system marks parity errors: marks_ decodes the input
     bool isSending_ = false; // a resource error now means a stopped line, not a lost device
     bool isLost_ = false;    // the device has disappeared; closed soon, outside Qt's signal
 };

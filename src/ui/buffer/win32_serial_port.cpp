@@ -7,8 +7,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
-#include <utility>
 
 namespace corvrec
 {
@@ -166,7 +164,7 @@ void Win32SerialPort::Open()
 {
     if (IsOpen())
         throw PortError("the port is open");
-    received_.clear();
+    received_.Clear();
     const auto format = FormatOf(line_.settings);
     if (line_.commPort < 1 || !format)
         throw PortError("no such port, or invalid line settings");
@@ -234,7 +232,7 @@ bool Win32SerialPort::IsOpen() const
 
 void Win32SerialPort::Close() noexcept
 {
-    received_.clear();
+    received_.Clear();
     // If the device has stopped us (XOFF, CTS) and never lets us go on, what is left is sent all the same.
     if (!SendRest() && line_.handshaking != 0) {
         IgnoreHandshake();
@@ -277,22 +275,17 @@ void Win32SerialPort::CloseDevice() noexcept
 
 int Win32SerialPort::InBufferCount()
 {
-    if (received_.empty())
+    if (received_.IsEmpty())
         Fill();
-    if (received_.empty())
+    if (received_.IsEmpty())
         CheckUsable();
-    return static_cast<int>(received_.size());
+    return received_.Count();
 }
 
 std::string Win32SerialPort::Input()
 {
-    const auto waiting = static_cast<std::size_t>(InBufferCount());
-    const std::size_t count =
-        inputLen_ == 0 ? waiting : std::min(waiting, static_cast<std::size_t>(inputLen_));
-    const auto end = received_.begin() + static_cast<std::ptrdiff_t>(count);
-    std::string taken(received_.begin(), end);
-    received_.erase(received_.begin(), end);
-    return taken;
+    InBufferCount(); // takes in what has arrived, or throws
+    return received_.Take();
 }
 
 bool Win32SerialPort::CDHolding() const
@@ -377,7 +370,7 @@ void Win32SerialPort::WaitUntilSent(int timeOutMs)
 
 void Win32SerialPort::ClearInput()
 {
-    received_.clear();
+    received_.Clear();
     if (!IsOpen())
         return;
     ::PurgeComm(port_, PURGE_RXCLEAR);
@@ -440,7 +433,7 @@ void Win32SerialPort::Fill()
         CloseDevice();
         return;
     }
-    Append({&first_, 1});
+    received_.Append({&first_, 1});
     ReadWaiting();
     StartReading();
 }
@@ -458,12 +451,7 @@ void Win32SerialPort::ReadWaiting()
     read_.Wait(INFINITE);
     DWORD count = 0;
     if (read_.Take(port_, count) == Operation::State::done)
-        Append({bytes.data(), count});
-}
-
-void Win32SerialPort::Append(std::string_view bytes)
-{
-    std::ranges::copy_if(bytes, std::back_inserter(received_), [](char c) { return c != '\0'; });
+        received_.Append({bytes.data(), count});
 }
 
 std::unique_ptr<SerialPort> MakeSerialPort()

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "core/device/receive_buffer.h"
 #include "core/device/serial_port.h"
 
 #include <QWinEventNotifier>
 
 #include <cstddef>
-#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -34,8 +34,8 @@ public:
     void Open() override;
     [[nodiscard]] bool IsOpen() const override;
     void Close() noexcept override;
-    [[nodiscard]] int InputLen() const noexcept override { return inputLen_; }
-    void SetInputLen(int characters) noexcept override { inputLen_ = characters; }
+    [[nodiscard]] int InputLen() const noexcept override { return received_.InputLen(); }
+    void SetInputLen(int characters) noexcept override { received_.SetInputLen(characters); }
     int InBufferCount() override;
     std::string Input() override;
     [[nodiscard]] bool CDHolding() const override;
@@ -88,7 +88,6 @@ private:
     void Fill();
     void StartReading();
     void ReadWaiting();
-    void Append(std::string_view bytes);
 
     // Starts sending what is left, unless a write is under way.
     void Send();
@@ -107,11 +106,10 @@ private:
     HANDLE port_ = INVALID_HANDLE_VALUE;
     Operation read_;
     Operation write_;
-    char first_ = 0;            // where read_ puts its byte
-    std::string sending_;       // the bytes of write_
-    std::string unsent_;        // the bytes after those
-    std::deque<char> received_; // not yet read, without NULs: at most 1024
-    int inputLen_ = 0;
+    char first_ = 0;         // where read_ puts its byte
+    std::string sending_;    // the bytes of write_
+    std::string unsent_;     // the bytes after those
+    ReceiveBuffer received_; // at most 1024 characters
 };
 
 } // namespace corvrec
