@@ -1,5 +1,6 @@
 #include "tests/support/buffer_session.h"
 
+#include "tests/support/buffer_window.h"
 #include "tests/support/modal_visit.h"
 #include "tests/support/site_window.h"
 #include "ui/editor/environment.h"
@@ -73,6 +74,18 @@ void SetClock(frmSX& window)
     Type(window, "mskData", 3, "12");
     Type(window, "mskData", 6, "26");
     Click(window, "cmdImpostaDataOra");
+}
+
+void UseAndLeave(frmSX& window)
+{
+    for (const char* const button : {"cmdStato", "cmdImpostaDataOra"}) {
+        if (window.isVisible())
+            Click(window, button);
+    }
+    if (window.isVisible()) {
+        QCOMPARE(EnabledButtons(window), (QStringList{"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}));
+        QCOMPARE(BusyWindows(window), QStringList());
+    }
 }
 
 frmSX* OpenWindow()

@@ -47,6 +47,9 @@ void Type(frmSX& window, const char* field, int place, const char* digits);
 // Sets the device's clock to 09:05 on 31 December 2026.
 void SetClock(frmSX& window);
 
+// Requests the status and sets the clock, as far as the window is open, which must be usable afterwards.
+void UseAndLeave(frmSX& window);
+
 // The visible buffer window; null when there is none.
 frmSX* OpenWindow();
 

@@ -123,19 +123,6 @@ struct Desk {
     BufferSession editor;
 };
 
-// A user requests the status, sets the clock, as far as the window allows it, and leaves.
-void UseAndLeave(frmSX& window)
-{
-    for (const char* const button : {"cmdStato", "cmdImpostaDataOra"}) {
-        if (window.isVisible())
-            Click(window, button);
-    }
-    if (window.isVisible()) {
-        QCOMPARE(EnabledButtons(window), (QStringList{"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}));
-        QCOMPARE(BusyWindows(window), QStringList());
-    }
-}
-
 using Act = std::function<void(PluggedDevice&)>;
 
 void CancelTheCall(PluggedDevice& /*device*/)

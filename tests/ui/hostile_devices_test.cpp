@@ -57,19 +57,6 @@ std::size_t MostPasses(const LabPump& pump, std::int64_t passedMs)
     return 2 * pump.Sent() + static_cast<std::size_t>(passedMs / LabPump::kLongestRestMs) + kOthers;
 }
 
-// A user requests the status, sets the clock, as far as the window allows it, and leaves.
-void UseAndLeave(frmSX& window)
-{
-    for (const char* const button : {"cmdStato", "cmdImpostaDataOra"}) {
-        if (window.isVisible())
-            Click(window, button);
-    }
-    if (window.isVisible()) {
-        QCOMPARE(EnabledButtons(window), (QStringList{"cmdStato", "cmdImpostaDataOra", "cmdChiudi"}));
-        QCOMPARE(BusyWindows(window), QStringList());
-    }
-}
-
 // What must hold for every visit, whatever happens in it.
 void Visit(LabWorld& world, const lab::DeviceOptions& device)
 {

@@ -3,13 +3,13 @@
 #include "tests/support/patience.h"
 #include "tests/support/registered_test.h"
 #include "tests/support/running_lab.h"
+#include "tests/support/throws.h"
 #include "ui/buffer/qt_serial_port.h"
 
 #include <QTest>
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <poll.h>
 #include <string>
@@ -61,16 +61,6 @@ int BytesWithTheSystem()
             return count;
     }
     return -1;
-}
-
-bool Throws(const std::function<void()>& call)
-{
-    try {
-        call();
-    } catch (const PortError&) {
-        return true;
-    }
-    return false;
 }
 
 } // namespace

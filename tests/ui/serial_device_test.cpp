@@ -4,6 +4,7 @@
 #include "core/device/buffer_device.h"
 #include "tests/support/registered_test.h"
 #include "tests/support/running_lab.h"
+#include "tests/support/throws.h"
 #include "tools/lab/pty.h"
 #include "ui/buffer/qt_serial_port.h"
 #include "ui/buffer/serial_device.h"
@@ -20,7 +21,6 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -115,16 +115,6 @@ struct Line {
     std::unique_ptr<lab::Pty> pty = std::make_unique<lab::Pty>();
     QtSerialPort port;
 };
-
-bool Throws(const std::function<void()>& call)
-{
-    try {
-        call();
-    } catch (const PortError&) {
-        return true;
-    }
-    return false;
-}
 
 // A lock file for a device below /dev, removed at the end.
 class LockFile

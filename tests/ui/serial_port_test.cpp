@@ -5,6 +5,7 @@
 #include "tests/support/patience.h"
 #include "tests/support/plugged_device.h"
 #include "tests/support/registered_test.h"
+#include "tests/support/throws.h"
 #include "ui/buffer/qt_event_pump.h"
 #include "ui/buffer/system_serial_port.h"
 
@@ -12,7 +13,6 @@
 #include <QTimer>
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -80,16 +80,6 @@ int CountOf(SerialPort& port, int count)
     while (port.InBufferCount() < count && clock.TickMs() - start < kPatienceMs) {
     }
     return port.InBufferCount();
-}
-
-bool Throws(const std::function<void()>& call)
-{
-    try {
-        call();
-    } catch (const PortError&) {
-        return true;
-    }
-    return false;
 }
 
 std::string EveryByte(unsigned first)
