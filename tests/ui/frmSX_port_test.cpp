@@ -303,7 +303,7 @@ private slots:
     {
         QFETCH(const QString, description);
         QFETCH(const Act, act);
-        const std::size_t steps = SampleOrAll<std::size_t>(17, 37, 1);
+        const auto steps = SampleOrAll<std::size_t>(17, 37, 1);
 
         bool happened = true;
         for (std::size_t pass = 0; happened && !QTest::currentTestFailed(); pass += steps) {
